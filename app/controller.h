@@ -1,0 +1,55 @@
+#pragma once
+
+#include "form/boxes.h"
+#include "form/form1.h"
+#include "platform/printer_port.h"
+#include "platform/shell.h"
+#include "platform/sound.h"
+#include "platform/station_messages.h"
+#include "platform/udp_sockets.h"
+#include "platform/usb_board.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+namespace app {
+
+/// The outside of the program, one adapter for each port. They outlive the controller.
+struct Ports {
+    platform::PrinterPort& printer;
+    platform::UsbBoard& usb;
+    platform::Timers& timers;
+    platform::DdeLinks& links;
+    platform::StationMessages& station;
+    platform::UdpSockets& udp;
+    platform::Dialogs& dialogs;
+    platform::Shell& shell;
+    platform::Sound& sound;
+    std::string outputsName; // what the status bar calls the printer port: "/dev/parport0", "simulated"
+};
+
+/// The whole program behind its window: the form and all subsystems, wired together.
+class Controller {
+  public:
+    /// `directory` holds "save.cfg".
+    Controller(const Ports& ports, const std::filesystem::path& directory);
+    ~Controller();
+    Controller(const Controller&) = delete;
+    Controller& operator=(const Controller&) = delete;
+
+    form::Form1& form();
+    form::Boxes& boxes();
+
+    /// Loads "save.cfg" and starts polling. Call it once, when the window stands.
+    void start();
+    /// The user closes the main window, or the system ends the session: releases the frequency source, saves,
+    /// and calls the form's onUnload. A second call does nothing.
+    void close();
+
+  private:
+    struct Subsystems;
+    std::unique_ptr<Subsystems> all_;
+};
+
+} // namespace app

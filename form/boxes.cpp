@@ -1,0 +1,56 @@
+#include "form/boxes.h"
+
+namespace form {
+
+/// Counts a box as open while it lives.
+class Boxes::Opened {
+  public:
+    explicit Opened(Boxes& boxes) : boxes_(boxes) {
+        if (boxes_.onOpening) boxes_.onOpening();
+        ++boxes_.open_;
+    }
+    Opened(const Opened&) = delete;
+    Opened& operator=(const Opened&) = delete;
+    ~Opened() { --boxes_.open_; }
+
+  private:
+    Boxes& boxes_;
+};
+
+void Boxes::critical(const std::string& text, const std::string& title) {
+    const Opened opened(*this);
+    dialogs_.message(text, title, platform::Icon::Critical, platform::Buttons::Ok);
+}
+
+bool Boxes::confirm(const std::string& text, const std::string& title) {
+    const Opened opened(*this);
+    return dialogs_.message(text, title, platform::Icon::None, platform::Buttons::OkCancel);
+}
+
+std::optional<std::string> Boxes::input(const std::string& prompt, const std::string& title,
+                                        const std::string& proposed) {
+    const Opened opened(*this);
+    return dialogs_.input(prompt, title, proposed);
+}
+
+std::optional<std::string> Boxes::openFile(const std::string& filter) {
+    const Opened opened(*this);
+    return dialogs_.openFile(filter);
+}
+
+std::optional<std::string> Boxes::saveFile(const std::string& filter) {
+    const Opened opened(*this);
+    return dialogs_.saveFile(filter);
+}
+
+std::optional<std::uint32_t> Boxes::chooseColour(std::uint32_t initial, const std::string& title) {
+    const Opened opened(*this);
+    return dialogs_.chooseColour(initial, title);
+}
+
+void Boxes::showModal(Form& form) {
+    const Opened opened(*this);
+    if (modalWindow) modalWindow(form);
+}
+
+} // namespace form

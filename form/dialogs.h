@@ -1,0 +1,80 @@
+#pragma once
+
+#include "form/controls.h"
+#include "form/link_label.h"
+#include "form/timer.h"
+#include "runtime/checked.h"
+
+/// The dialogs' state. Each is made when it is opened and gone when it is closed.
+namespace form {
+
+/// "New Value": declares the current position of an engine.
+struct FrmInsPosition : Form {
+    FrmInsPosition() : Form("frmInsPosition") { Caption = "New Value"; }
+
+    Label Label1{*this, "Label1"};
+    TextBox txtInt{*this, "txtInt", "000"};
+    Label Label4{*this, "Label4", "."};
+    TextBox txtDec{*this, "txtDec", "00"};
+    Label Label2{*this, "Label2", "ENTER to Confirm"};
+    Label Label3{*this, "Label3", "ESC to Abort"};
+    bool atEngineB = false; // stands over engine B's panel, not A's
+};
+
+struct FrmGenSet : Form {
+    FrmGenSet() : Form("frmGenSet") { Caption = "General Settings"; }
+
+    enum ColourChoice { kTitle, kDisplay, kBackground };
+
+    TextBox txtCCW1{*this, "txtCCW1"}, txtCW1{*this, "txtCW1"};
+    TextBox txtCCW2{*this, "txtCCW2"}, txtCW2{*this, "txtCW2"};
+    ComboBox cmbColor{*this, "cmbColor", {"Color", "Display", "BackGround Display"}};
+    CheckBox chkSalvaM{*this, "chkSalvaM", "Save Stepper Positions on Program E&xit"};
+    CheckBox chkCaricaInAvvio{*this, "chkCaricaInAvvio", "&Load Stepper Positions on Program Start"};
+    CheckBox chkAlarmOnOff{*this, "chkAlarmOnOff", "&Audio Alarm Enabling"};
+    Button cmdSalvaGenSet{*this, "cmdSalvaGenSet", "Save"};
+    Button cmdExitGen{*this, "cmdExitGen", "Cancel"};
+};
+
+struct FrmTunerConn : Form {
+    FrmTunerConn(platform::Timers& timers, platform::DdeLinks& links)
+        : Form("frmTunerConn"), lblDDE(*this, "lblDDE", links),
+          tmrLog32(*this, "tmrLog32", timers, kPollMilliseconds) {
+        Caption = "Tuner Connections";
+        lblListening.Visible = false;
+    }
+
+    static constexpr int kPollMilliseconds = 500;
+
+    OptionButton optHamDeluxe{*this, "optHamDeluxe", "&Ham Radio Deluxe"};
+    OptionButton optLog32{*this, "optLog32", "&Logger32"};
+    OptionButton optN1MM{*this, "optN1MM", "&N1MM Logger"};
+    Button cmdOn{*this, "cmdOn", "On"}, cmdOff{*this, "cmdOff", "Off"};
+    LinkLabel lblDDE;
+    Label lblConn{*this, "lblConn", "Disc."};
+    Button cmdOnLog32{*this, "cmdOnLog32", "On"}, cmdOffLog32{*this, "cmdOffLog32", "Off"};
+    Label lblLog32Data{*this, "lblLog32Data"};
+    Label lblConnLog32{*this, "lblConnLog32", "Disc."};
+    Timer tmrLog32;
+    TextBox txtN1mmPortNumb{*this, "txtN1mmPortNumb"};
+    Button Command1{*this, "Command1", "&Change"};
+    Label lblPortError{*this, "lblPortError"}; // what is wrong with the port typed in
+    Label lblListening{*this, "lblListening", "Listening"};
+    Label lblN1mmData{*this, "lblN1mmData"};
+    Button cmdSaveTConf{*this, "cmdSaveTConf", "Save"};
+    Button cmdExitTConf{*this, "cmdExitTConf", "Cancel"};
+};
+
+struct FrmAbout : Form {
+    FrmAbout() : Form("frmAbout") { Caption = "Informations about Twinstep"; }
+
+    Label lblTitle{*this, "lblTitle", "Twinstep"};
+    Label lblVersion{*this, "lblVersion"};
+    Label lblDescription{*this, "lblDescription",
+                         "Two stepper motors for antenna tuners and rotors, from one calm window."};
+    Label lblLicence{*this, "lblLicence",
+                     "Free software under the GNU General Public License, version 3 or later."};
+    Button cmdOK{*this, "cmdOK", "OK"};
+};
+
+} // namespace form

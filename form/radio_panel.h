@@ -1,0 +1,34 @@
+#pragma once
+
+#include "form/controls.h"
+#include "form/link_label.h"
+#include "runtime/checked.h"
+
+namespace form {
+
+/// Values of intConnProgrTuner.
+enum FrequencyProgram { kNoProgram = 0, kHamRadioDeluxe = 1, kLogger32 = 2, kN1mmLogger = 3 };
+
+/// The transceiver's frequency: one label for each program, of which the chosen one is in front.
+struct RadioPanel {
+    RadioPanel(Form& form, platform::DdeLinks& links) : form_(form), lblFreqRx(form, "lblFreqRx", links) {
+        cmdAutoMemConn.BackColor = kGreen;
+    }
+
+  private:
+    Form& form_;
+
+  public:
+    runtime::Int16 intConnProgrTuner; // a FrequencyProgram
+    runtime::Int16 intPortaN1MM;      // UDP port; 0 stands for 12060
+    bool bolLog32Conn = false;        // the Logger32 connection is switched on
+    long lngHwndLog32Prev = 0;        // Logger32's window at the previous poll
+
+    LinkLabel lblFreqRx;                                 // Ham Radio Deluxe: MHz
+    Label lblLog32DataM{form_, "lblLog32DataM"};         // Logger32: MHz with points, "14.200.000"
+    Label lblFreqN1MM{form_, "lblFreqN1MM"};             // N1MM Logger: kHz
+    Button cmdAutoMemConn{form_, "cmdAutoMemConn", "0"}; // "0" disconnected, "I" connected
+    Label lblAutoMemConn{form_, "lblAutoMemConn", "Connect"};
+};
+
+} // namespace form

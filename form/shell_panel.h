@@ -1,0 +1,75 @@
+#pragma once
+
+#include "form/controls.h"
+#include "form/timer.h"
+#include "runtime/checked.h"
+
+#include <array>
+#include <string>
+#include <vector>
+
+namespace form {
+
+/// Values of intFunzione.
+enum Function { kNoFunction = 0, kCoilTuner = 1, kTuneAndLoad = 2, kSatelliteRotor = 3 };
+
+/// Panels of StatusBar1.
+enum Panel {
+    kPanelFunction = 1,
+    kPanelMessage = 2,
+    kPanelSource = 3,
+    kPanelTracking = 4,
+    kPanelConfiguration = 5,
+    kPanelOutputs = 6
+};
+
+/// The frame around the subsystems: function, menus, status bar, automatic outputs-off, configuration.
+struct ShellPanel {
+    ShellPanel(Form& form, platform::Timers& timers) : form_(form), tmrAutoOff(form, "tmrAutoOff", timers) {
+        framSat.Visible = false;
+    }
+
+  private:
+    Form& form_;
+
+  public:
+    runtime::Int16 intFunzione; // a Function
+
+    // Automatic outputs-off.
+    bool bolAutoCmdOff = false;
+    runtime::Int16 intAutoCmdOffSec; // seconds
+    CheckBox chkAutoCmdOff{form_, "chkAutoCmdOff", "Enable &Auto Out Off"};
+    ScrollBar hScrCmdOff{form_, "hScrCmdOff", {1, 32, 1, 5}}; // 33 s and more overflow the interval
+    Label lblAutoCmdOff{form_, "lblAutoCmdOff", "1"};
+    Timer tmrAutoOff;
+
+    // Configuration.
+    std::string varConfigName;
+    bool bolCaricaInAvvio = false; // record 51 until the start has used it: keep the loaded positions
+    runtime::Int16 intPortaSat;    // record 45: port of the tracking server
+    runtime::Int16 intSatSource;   // record 81: tracking program
+    std::array<runtime::Int16, 3> spareSettings{}; // records 36 to 38, which nothing writes
+    std::vector<std::array<float, 4>> hiResMem;    // the high-resolution table, at most 200 entries
+
+    // Settings of the general settings dialog: the jog keys and the alarms.
+    std::string strCW1, strCCW1, strCW2, strCCW2;
+    bool bolAllarmi = false;
+    bool bolAllarmePOF = false; // alarm of the power-off; no setting turns it on
+
+    Frame framTuner{form_, "framTuner"}, framSat{form_, "framSat"};
+    StatusBar StatusBar1{form_, "StatusBar1"};
+
+    Menu mnuLoadConfig{form_, "mnuLoadConfig", "&Load Config…"};
+    Menu mnuSaveConfig{form_, "mnuSaveConfig", "&Save Config…"};
+    Menu mnuUscita{form_, "mnuUscita", "E&xit"};
+    Menu mnuCoilTuner{form_, "mnuCoilTuner", "&Coil Tuner"};
+    Menu mnuAmpli{form_, "mnuAmpli", "&Tune && Load"};
+    Menu mnuSat{form_, "mnuSat", "&Satellite Rotor"};
+    Menu mnuGenSet{form_, "mnuGenSet", "&General Settings…"};
+    Menu mnuTunConn{form_, "mnuTunConn", "&Tuner Connections…"};
+    Menu mnuHelp{form_, "mnuHelp", "&Help"};
+    Menu mnuMail{form_, "mnuMail", "Send a &Mail…"};
+    Menu mnuSplash{form_, "mnuSplash", "&About Twinstep…"};
+};
+
+} // namespace form

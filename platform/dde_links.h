@@ -1,0 +1,36 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace platform {
+
+/// What a link tells its owner, always on the user-interface thread.
+struct DdeEvents {
+    std::function<void()> opened;
+    /// The server did not answer; the link is over.
+    std::function<void()> failed;
+    /// The item's text, at the opening and at each change.
+    std::function<void(const std::string&)> changed;
+    /// The server ended the link; the link is over.
+    std::function<void()> closed;
+};
+
+/// An open link; destroying it ends the link without an event.
+class DdeLink {
+  public:
+    virtual ~DdeLink() = default;
+};
+
+/// Automatic (hot) links to items of DDE servers.
+class DdeLinks {
+  public:
+    virtual ~DdeLinks() = default;
+    /// `topic` is "application|topic". Never waits: `opened` or `failed` follows within a second, or during
+    /// the call.
+    virtual std::unique_ptr<DdeLink> open(const std::string& topic, const std::string& item,
+                                          DdeEvents events) = 0;
+};
+
+} // namespace platform

@@ -1,0 +1,149 @@
+#include "runtime/text.h"
+
+#include "runtime/number.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdint>
+
+namespace runtime {
+
+namespace {
+
+bool isContinuation(char c) {
+    return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
+}
+
+/// The byte offset at which character `index` begins.
+std::size_t offsetOf(std::string_view text, std::size_t index) {
+    std::size_t offset = 0;
+    for (; offset < text.size(); ++offset) {
+        if (!isContinuation(text[offset]) && index-- == 0) break;
+    }
+    return offset;
+}
+
+/// Code points of the bytes 0x80 to 0x9F in Windows-1252; elsewhere it equals Latin-1. Source: the Unicode
+/// Consortium's mapping table CP1252.TXT; the five undefined bytes map to themselves.
+constexpr std::array<std::uint16_t, 32> kAnsiUpper = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+char ansiByte(std::uint32_t codePoint) {
+    if (codePoint < 0x80 || (codePoint >= 0xA0 && codePoint <= 0xFF)) return static_cast<char>(codePoint);
+    const auto* found = std::find(kAnsiUpper.begin(), kAnsiUpper.end(), codePoint);
+    return found == kAnsiUpper.end() ? '?' : static_cast<char>(0x80 + (found - kAnsiUpper.begin()));
+}
+
+/// Reads the code point at the front of `text` and removes it; a malformed byte reads as U+FFFD.
+std::uint32_t takeCodePoint(std::string_view& text) {
+    const auto lead = static_cast<unsigned char>(text.front());
+    text.remove_prefix(1);
+    if (lead < 0x80) return lead;
+    const int extra = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC2 ? 1 : 0;
+    if (extra == 0) return 0xFFFD;
+    std::uint32_t codePoint = lead & (0x3FU >> static_cast<unsigned>(extra));
+    for (int i = 0; i < extra; ++i) {
+        if (text.empty() || !isContinuation(text.front())) return 0xFFFD;
+        codePoint = (codePoint << 6U) | (static_cast<unsigned char>(text.front()) & 0x3FU);
+        text.remove_prefix(1);
+    }
+    return codePoint;
+}
+
+void appendUtf8(std::string& out, std::uint32_t codePoint) {
+    if (codePoint < 0x80) {
+        out += static_cast<char>(codePoint);
+    } else if (codePoint < 0x800) {
+        out += static_cast<char>(0xC0U | (codePoint >> 6U));
+        out += static_cast<char>(0x80U | (codePoint & 0x3FU));
+    } else {
+        out += static_cast<char>(0xE0U | (codePoint >> 12U));
+        out += static_cast<char>(0x80U | ((codePoint >> 6U) & 0x3FU));
+        out += static_cast<char>(0x80U | (codePoint & 0x3FU));
+    }
+}
+
+/// Adds one to the last digit of a text of digits and at most one point.
+void incrementDecimal(std::string& digits) {
+    for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit) {
+        if (*digit == '.') continue;
+        if (*digit != '9') {
+            ++*digit;
+            return;
+        }
+        *digit = '0';
+    }
+    digits.insert(digits.begin(), '1');
+}
+
+} // namespace
+
+std::size_t characterCount(std::string_view text) {
+    return static_cast<std::size_t>(
+        std::count_if(text.begin(), text.end(), [](char c) { return !isContinuation(c); }));
+}
+
+std::string firstCharacters(std::string_view text, std::size_t count) {
+    return std::string(text.substr(0, offsetOf(text, count)));
+}
+
+std::string lastCharacters(std::string_view text, std::size_t count) {
+    const std::size_t total = characterCount(text);
+    return std::string(text.substr(count < total ? offsetOf(text, total - count) : 0));
+}
+
+std::string formatFixed(float value, int integerDigits) {
+    constexpr std::size_t decimals = 2;
+    std::string digits = shortestText(value);
+    const bool negative = digits.starts_with('-');
+    if (negative) digits.erase(0, 1);
+    if (digits.find('.') == std::string::npos) digits += '.';
+    digits.append(decimals + 1, '0');
+    const std::size_t firstDropped = digits.find('.') + decimals + 1;
+    const bool roundUp = digits[firstDropped] >= '5';
+    digits.resize(firstDropped);
+    if (roundUp) incrementDecimal(digits);
+    const auto wanted = static_cast<std::size_t>(integerDigits) + 1 + decimals;
+    if (digits.size() < wanted) digits.insert(0, wanted - digits.size(), '0');
+    const bool isZero = digits.find_first_not_of("0.") == std::string::npos;
+    return negative && !isZero ? "-" + digits : digits;
+}
+
+std::string formatCharacters(std::string_view text, std::string_view pattern) {
+    std::string out(pattern);
+    for (auto place = out.rbegin(); place != out.rend(); ++place) {
+        if (*place != '@') continue;
+        *place = text.empty() ? ' ' : text.back();
+        if (!text.empty()) text.remove_suffix(1);
+    }
+    return std::string(text) + out;
+}
+
+std::string hexText(unsigned value) {
+    std::array<char, 8> digits;
+    const auto end = std::to_chars(digits.begin(), digits.end(), value, 16).ptr;
+    std::transform(digits.begin(), end, digits.begin(),
+                   [](char c) { return c >= 'a' ? static_cast<char>(c - 'a' + 'A') : c; });
+    return "&H" + std::string(digits.data(), end);
+}
+
+std::string toAnsi(std::string_view utf8) {
+    std::string out;
+    while (!utf8.empty())
+        out += ansiByte(takeCodePoint(utf8));
+    return out;
+}
+
+std::string fromAnsi(std::string_view bytes) {
+    std::string out;
+    for (const char byte : bytes) {
+        const auto code = static_cast<unsigned char>(byte);
+        appendUtf8(out, code >= 0x80 && code < 0xA0 ? kAnsiUpper[code - 0x80U] : code);
+    }
+    return out;
+}
+
+} // namespace runtime

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace runtime {
+
+/// Texts are UTF-8; lengths and positions count characters (code points), never bytes.
+std::size_t characterCount(std::string_view text);
+std::string firstCharacters(std::string_view text, std::size_t count);
+std::string lastCharacters(std::string_view text, std::size_t count);
+
+/// The format "000.00" (integerDigits = 3) or "0.00" (integerDigits = 1): at least so many integer digits,
+/// exactly two decimals, always a point. Rounds half away from zero on the shortest decimal text of the
+/// value, so 0.125 gives "000.13"; what rounds to zero has no sign.
+std::string formatFixed(float value, int integerDigits);
+
+inline std::string formatStored(float value) {
+    return formatFixed(value, 3);
+}
+inline std::string formatShown(float value) {
+    return formatFixed(value, 1);
+}
+
+/// A character format: each '@' takes one character of `text`, filled from the right, a blank where none is
+/// left; all else in `pattern` is literal. Characters beyond the pattern stand before it.
+std::string formatCharacters(std::string_view text, std::string_view pattern);
+
+/// "&H" and the hexadecimal value, the form in which colours are stored: "&HFF00".
+std::string hexText(unsigned value);
+
+/// To and from Windows-1252, the ANSI code page of the record file and of datagrams. A character outside it
+/// becomes '?'; an undefined byte becomes the control character of the same number.
+std::string toAnsi(std::string_view utf8);
+std::string fromAnsi(std::string_view bytes);
+
+} // namespace runtime
