@@ -119,6 +119,7 @@ class TextBox : public Control {
     Property<std::string> Text;
     Property<Colour> BackColor{*this, kWindowBackground};
     Property<bool> FontItalic{*this, false};
+    int MaxLength = 0;           // characters that can be typed; 0 for any number
     Event<int> KeyDown{*this};   // a key code: kEnter, kEscape
     Event<int&> KeyPress{*this}; // a character code, set to 0 to discard it
     Event<> MouseDown{*this};

@@ -53,6 +53,7 @@ struct EnginePanel {
 
     // Motion.
     bool bolVelAltaA = false, bolVelAltaB = false; // fast speed selected
+    Byte bytInsPosSel;                             // the position that the "New Value" dialog edits, 1 to 4
     bool bolManualA = false, bolManualB = false;   // moved by a jog button
 
     // Outputs: the coil values last handed to the USB board, A in bits 0 to 3, B in bits 4 to 7.

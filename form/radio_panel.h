@@ -22,7 +22,6 @@ struct RadioPanel {
     runtime::Int16 intConnProgrTuner; // a FrequencyProgram
     runtime::Int16 intPortaN1MM;      // UDP port; 0 stands for 12060
     bool bolLog32Conn = false;        // the Logger32 connection is switched on
-    long lngHwndLog32Prev = 0;        // Logger32's window at the previous poll
 
     LinkLabel lblFreqRx;                                 // Ham Radio Deluxe: MHz
     Label lblLog32DataM{form_, "lblLog32DataM"};         // Logger32: MHz with points, "14.200.000"

@@ -25,6 +25,8 @@ struct SubscriptError : RunTimeError {
 
 struct DivisionByZero : RunTimeError {
     DivisionByZero() : RunTimeError(11, "Division by zero") {}
+    /// `reason` tells the user which value is to blame.
+    explicit DivisionByZero(const std::string& reason) : RunTimeError(11, "Division by zero: " + reason) {}
 };
 
 struct TypeMismatch : RunTimeError {

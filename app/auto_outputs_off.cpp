@@ -1,0 +1,49 @@
+#include "app/auto_outputs_off.h"
+
+#include "config/records.h"
+
+namespace app {
+
+namespace {
+
+constexpr int kMillisecondsPerSecond = 1000;
+
+} // namespace
+
+AutoOutputsOff::AutoOutputsOff(form::Form1& form, config::RecordFile& file, memory::MemorySlots& slots)
+    : form_(form), file_(file), slots_(slots), sides_(form) {
+    form_.tmrAutoOff.Tick.attach([this] { tmrAutoOff_Timer(); });
+    form_.chkAutoCmdOff.Click.attach([this] { chkAutoCmdOff_Click(); });
+    form_.hScrCmdOff.Change.attach([this] { hScrCmdOff_Change(); });
+}
+
+void AutoOutputsOff::arm() {
+    if (!form_.cmdOff.Enabled) {
+        form_.tmrAutoOff.Enabled = false;
+    } else if (!form_.bolFreqChanged && form_.bolAutoCmdOff) {
+        form_.tmrAutoOff.Enabled = true;
+    }
+}
+
+void AutoOutputsOff::tmrAutoOff_Timer() {
+    if (form_.intFunzione == form::kSatelliteRotor) return;
+    form_.tmrAutoOff.Enabled = false;
+    // An engine that has started since the last poll keeps its coils.
+    if (sides_.anyRunning()) return;
+    form_.cmdOff.Click.raise();
+    form_.bolAutoOffFire = true;
+    if (!form_.chkAutoMemOnOff.ticked() && form_.chkFastMemory.ticked()) slots_.fastStore();
+}
+
+void AutoOutputsOff::chkAutoCmdOff_Click() {
+    form_.bolAutoCmdOff = form_.chkAutoCmdOff.ticked();
+}
+
+void AutoOutputsOff::hScrCmdOff_Change() {
+    form_.lblAutoCmdOff.Caption = std::to_string(form_.hScrCmdOff.Value.get());
+    form_.intAutoCmdOffSec = form_.hScrCmdOff.Value.get();
+    file_.write({config::integerRecord(config::record::kAutoOffSeconds, form_.intAutoCmdOffSec)});
+    form_.tmrAutoOff.Interval = (form_.intAutoCmdOffSec * kMillisecondsPerSecond).value();
+}
+
+} // namespace app

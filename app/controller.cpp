@@ -1,0 +1,114 @@
+#include "app/controller.h"
+
+#include "app/auto_outputs_off.h"
+#include "app/error_boundary.h"
+#include "app/functions.h"
+#include "app/help_menu.h"
+#include "app/shutdown.h"
+#include "app/startup.h"
+#include "config/general_settings.h"
+#include "config/named_configurations.h"
+#include "engine/motion.h"
+#include "engine/output_ports.h"
+#include "engine/parameters.h"
+#include "engine/position.h"
+#include "engine/stepper.h"
+#include "memory/automatic_recall.h"
+#include "memory/memory_slots.h"
+#include "radio/frequency_source.h"
+#include "radio/tuner_connections.h"
+#include "rotor/thresholds.h"
+
+namespace app {
+
+/// From the ground up; what must be told upwards is wired in the constructor.
+struct Controller::Subsystems {
+    Subsystems(const Ports& outside, const std::filesystem::path& directory);
+
+    void mnuGenSet_Click();
+    void mnuTunConn_Click();
+
+    Ports ports;
+    form::Form1 form{ports.timers, ports.links};
+    form::Boxes boxes{ports.dialogs};
+    config::RecordFile file;
+
+    engine::OutputPorts outputs{form, boxes, ports.printer, ports.usb};
+    ErrorBoundary errors{form, boxes, outputs};
+    engine::Stepper stepper{form, boxes, outputs};
+    engine::Motion motion{form, boxes};
+    engine::Parameters parameters{form, boxes, file};
+    engine::PositionEntry positionEntry{form, boxes};
+
+    memory::MemorySlots slots{form, boxes, file, ports.sound};
+    memory::AutomaticRecall recall{form, boxes, slots, file, ports.sound};
+    radio::Logger32 logger32{ports.station};
+    radio::FrequencySource source{form, logger32, ports.udp};
+    rotor::Thresholds thresholds{form, file};
+    config::NamedConfigurations configurations{form, boxes, file};
+
+    Functions functions{form, slots};
+    AutoOutputsOff outputsOff{form, file, slots};
+    HelpMenu help{form, boxes, ports.shell};
+    Startup startup{form, boxes, file, outputs, functions, slots, thresholds};
+    Shutdown shutdown{form, boxes, file, outputs, source, startup};
+};
+
+Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::path& directory)
+    : ports(outside), file(directory / "save.cfg") {
+    form.StatusBar1.Panels(form::kPanelOutputs) = ports.outputsName;
+    boxes.onOpening = [this] { motion.releaseJogs(); };
+    motion.subResetPressedMem = [this] { slots.subResetPressedMem(); };
+    recall.armOutputsOff = [this] { outputsOff.arm(); };
+    recall.subSelTunerProgr = [this] { source.subSelTunerProgr(); };
+    recall.subFreqLog32 = [this] { source.subFreqLog32(); };
+    startup.subSelTunerProgr = [this] { source.subSelTunerProgr(); };
+    configurations.beforeLoad = [this] {
+        if (source.connected()) source.cmdAutoMemConn_Click();
+        form.cmdAlt.Click.raise();
+        form.cmdAltB.Click.raise();
+    };
+    configurations.load = [this] { startup.Form_Load(); };
+    form.mnuGenSet.Click.attach([this] { mnuGenSet_Click(); });
+    form.mnuTunConn.Click.attach([this] { mnuTunConn_Click(); });
+}
+
+void Controller::Subsystems::mnuGenSet_Click() {
+    form::FrmGenSet dialog;
+    dialog.onError = form.onError;
+    config::GeneralSettings settings(form, dialog, boxes, file);
+    settings.Form_Load();
+    boxes.showModal(dialog);
+}
+
+void Controller::Subsystems::mnuTunConn_Click() {
+    if (source.connected()) source.cmdAutoMemConn_Click();
+    form::FrmTunerConn dialog(ports.timers, ports.links);
+    dialog.onError = form.onError;
+    radio::TunerConnections connections(form, dialog, file, logger32, ports.udp);
+    connections.Form_Load();
+    boxes.showModal(dialog);
+}
+
+Controller::Controller(const Ports& ports, const std::filesystem::path& directory)
+    : all_(std::make_unique<Subsystems>(ports, directory)) {}
+
+Controller::~Controller() = default;
+
+form::Form1& Controller::form() {
+    return all_->form;
+}
+
+form::Boxes& Controller::boxes() {
+    return all_->boxes;
+}
+
+void Controller::start() {
+    all_->form.guard([this] { all_->startup.Form_Load(); });
+}
+
+void Controller::close() {
+    all_->form.guard([this] { all_->shutdown.Form_Unload(); });
+}
+
+} // namespace app

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "form/form1.h"
+
+#include <string>
+
+namespace config {
+
+form::Colour displayColour(const form::Form1& form);
+form::Colour displayBackground(const form::Form1& form);
+
+/// The position and unit labels take the colour, the display shapes the background.
+void applyDisplayColour(form::Form1& form, form::Colour colour);
+void applyDisplayBackground(form::Form1& form, form::Colour colour);
+
+/// The colour that a stored text names ("&H" and hexadecimal digits, or decimal ones), or `fallback` for a
+/// text that names none.
+form::Colour colourFromText(const std::string& text, form::Colour fallback);
+
+} // namespace config

@@ -1,0 +1,86 @@
+#include "config/general_settings.h"
+
+#include "config/display_colours.h"
+#include "config/records.h"
+#include "form/key_filter.h"
+#include "runtime/text.h"
+
+namespace config {
+
+GeneralSettings::GeneralSettings(form::Form1& main, form::FrmGenSet& dialog, form::Boxes& boxes,
+                                 RecordFile& file)
+    : main_(main), dialog_(dialog), boxes_(boxes), file_(file), colourBefore_(displayColour(main)),
+      backgroundBefore_(displayBackground(main)) {
+    for (form::TextBox* box : {&dialog_.txtCW1, &dialog_.txtCCW1, &dialog_.txtCW2, &dialog_.txtCCW2}) {
+        box->MaxLength = 1;
+        box->KeyPress.attach([box](int& character) {
+            // The letter replaces the one before.
+            box->selectAll();
+            form::keepRange(character, 'a', 'z');
+        });
+    }
+    dialog_.cmbColor.Click.attach([this] { cmbColor_Click(); });
+    dialog_.cmdSalvaGenSet.Click.attach([this] { cmdSalvaGenSet_Click(); });
+    dialog_.cmdExitGen.Click.attach([this] { cmdExitGen_Click(); });
+}
+
+void GeneralSettings::Form_Load() {
+    RecordImage records = file_.read();
+    dialog_.txtCCW1.Text = records.text(record::kKeyCcw1);
+    dialog_.txtCW1.Text = records.text(record::kKeyCw1);
+    dialog_.txtCCW2.Text = records.text(record::kKeyCcw2);
+    dialog_.txtCW2.Text = records.text(record::kKeyCw2);
+    dialog_.chkSalvaM.Value = records.boolean(record::kSavePositions) ? 1 : 0;
+    dialog_.chkCaricaInAvvio.Value = records.boolean(record::kLoadPositions) ? 1 : 0;
+    dialog_.chkAlarmOnOff.Value = records.boolean(record::kAlarms) ? 1 : 0;
+}
+
+bool GeneralSettings::keysDiffer() const {
+    // The key for engine 1 clockwise is compared with none of the others.
+    const std::string& ccw1 = dialog_.txtCCW1.Text;
+    const std::string& cw2 = dialog_.txtCW2.Text;
+    const std::string& ccw2 = dialog_.txtCCW2.Text;
+    return cw2 != ccw1 && ccw2 != ccw1 && ccw2 != cw2;
+}
+
+void GeneralSettings::cmdSalvaGenSet_Click() {
+    if (!keysDiffer()) {
+        boxes_.critical("Please, choose another letter", "Found similar keys!");
+        return;
+    }
+    main_.strCCW1 = dialog_.txtCCW1.Text;
+    main_.strCCW2 = dialog_.txtCCW2.Text;
+    main_.strCW1 = dialog_.txtCW1.Text;
+    main_.strCW2 = dialog_.txtCW2.Text;
+    main_.bolAllarmi = dialog_.chkAlarmOnOff.ticked();
+    file_.write({booleanRecord(record::kSavePositions, dialog_.chkSalvaM.ticked()),
+                 booleanRecord(record::kLoadPositions, dialog_.chkCaricaInAvvio.ticked()),
+                 textRecord(record::kDisplayColour, runtime::hexText(displayColour(main_))),
+                 textRecord(record::kBackgroundColour, runtime::hexText(displayBackground(main_))),
+                 textRecord(record::kKeyCcw1, main_.strCCW1), textRecord(record::kKeyCw1, main_.strCW1),
+                 textRecord(record::kKeyCcw2, main_.strCCW2), textRecord(record::kKeyCw2, main_.strCW2),
+                 booleanRecord(record::kAlarms, main_.bolAllarmi)});
+    dialog_.unload();
+}
+
+void GeneralSettings::cmdExitGen_Click() {
+    applyDisplayColour(main_, colourBefore_);
+    applyDisplayBackground(main_, backgroundBefore_);
+    dialog_.unload();
+}
+
+void GeneralSettings::cmbColor_Click() {
+    const int choice = dialog_.cmbColor.ListIndex;
+    dialog_.cmbColor.ListIndex = form::FrmGenSet::kTitle;
+    const std::string& title = dialog_.cmbColor.List.at(static_cast<std::size_t>(choice));
+    if (choice == form::FrmGenSet::kDisplay) {
+        if (const auto colour = boxes_.chooseColour(displayColour(main_), title))
+            applyDisplayColour(main_, *colour);
+    } else if (choice == form::FrmGenSet::kBackground) {
+        if (const auto colour = boxes_.chooseColour(displayBackground(main_), title)) {
+            applyDisplayBackground(main_, *colour);
+        }
+    }
+}
+
+} // namespace config

@@ -1,0 +1,37 @@
+#include "config/named_configurations.h"
+
+#include "config/records.h"
+#include "runtime/text.h"
+
+namespace config {
+
+NamedConfigurations::NamedConfigurations(form::Form1& form, form::Boxes& boxes, RecordFile& file)
+    : form_(form), boxes_(boxes), file_(file) {
+    form_.mnuSaveConfig.Click.attach([this] { mnuSaveConfig_Click(); });
+    form_.mnuLoadConfig.Click.attach([this] { mnuLoadConfig_Click(); });
+}
+
+void NamedConfigurations::setName(const std::string& name) {
+    form_.varConfigName = runtime::firstCharacters(name, kTaggedTextMax);
+    form_.StatusBar1.Panels(form::kPanelConfiguration) = form_.varConfigName;
+}
+
+void NamedConfigurations::mnuSaveConfig_Click() {
+    const auto name = boxes_.input("Insert a Text (8 characters)", "Configuration Name", "test");
+    if (!name) return;
+    setName(*name);
+    // The name is in the working file before a file is chosen, and stays there when none is.
+    file_.write({taggedTextRecord(record::kConfigName, form_.varConfigName)});
+    if (const auto target = boxes_.saveFile(kConfigFilter)) file_.copyTo(*target);
+}
+
+void NamedConfigurations::mnuLoadConfig_Click() {
+    const auto source = boxes_.openFile(kConfigFilter);
+    if (!source) return;
+    beforeLoad();
+    file_.replaceBy(*source);
+    setName(std::filesystem::path(*source).stem().string());
+    load();
+}
+
+} // namespace config

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "config/record_file.h"
+#include "form/boxes.h"
+#include "form/form1.h"
+
+#include <functional>
+
+namespace config {
+
+constexpr const char* kConfigFilter = "Config File (*.cfg)|*.cfg";
+
+/// Named configurations: copies of "save.cfg" under other names.
+class NamedConfigurations {
+  public:
+    NamedConfigurations(form::Form1& form, form::Boxes& boxes, RecordFile& file);
+
+    void mnuSaveConfig_Click();
+    void mnuLoadConfig_Click();
+
+    /// Lets go of the frequency source and stops both engines, before another configuration takes over.
+    std::function<void()> beforeLoad;
+    /// The whole start-up load.
+    std::function<void()> load;
+
+  private:
+    void setName(const std::string& name);
+
+    form::Form1& form_;
+    form::Boxes& boxes_;
+    RecordFile& file_;
+};
+
+} // namespace config

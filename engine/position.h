@@ -1,0 +1,36 @@
+#pragma once
+
+#include "engine/side.h"
+#include "form/boxes.h"
+#include "form/dialogs.h"
+
+namespace engine {
+
+/// Puts the position that the present function moves into its display.
+void showPosition(const form::Form1& form, const Side& side);
+
+/// Values of bytInsPosSel: the position that the "New Value" dialog edits.
+enum PositionChoice { kTunePosition = 1, kLoadPosition = 2, kAzimuthPosition = 3, kElevationPosition = 4 };
+
+/// Declares where an engine stands by the "New Value" dialog, which a double-click on a position opens. No
+/// engine moves.
+class PositionEntry {
+  public:
+    PositionEntry(form::Form1& form, form::Boxes& boxes);
+
+    void Label2_DblClick() { open(kTunePosition); }
+    void Label8_DblClick() { open(kLoadPosition); }
+    void lblAzimut_DblClick() { open(kAzimuthPosition); }
+    void lblElev_DblClick() { open(kElevationPosition); }
+
+  private:
+    void open(PositionChoice choice);
+    void keyDown(form::FrmInsPosition& dialog, int key);
+    void store(const form::FrmInsPosition& dialog);
+
+    form::Form1& form_;
+    form::Boxes& boxes_;
+    Sides sides_;
+};
+
+} // namespace engine

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "engine/output_ports.h"
+#include "engine/side.h"
+
+namespace engine {
+
+/// Beyond this many user units, either way, an engine is at the end of its run.
+constexpr int kEndOfRun = 999;
+
+/// The step timers: each tick puts the next coil pattern out and moves the position by one step.
+class Stepper {
+  public:
+    Stepper(form::Form1& form, form::Boxes& boxes, OutputPorts& outputs);
+
+    void Timer1_Timer() { tick(sides_.a, form::kForward); }
+    void Timer2_Timer() { tick(sides_.a, form::kBackward); }
+    void Timer3_Timer() { tick(sides_.b, form::kBackward); }
+    void Timer4_Timer() { tick(sides_.b, form::kForward); }
+
+    void chkHalfStep_Click() { changeStepMode(sides_.a); }
+    void chkHalfStepB_Click() { changeStepMode(sides_.b); }
+
+    const Sides& sides() const { return sides_; }
+    /// Caption, mode and multiplier as the step mode box stands.
+    static void applyStepMode(const Side& side);
+
+  private:
+    void tick(const Side& side, int direction);
+    bool atLimit(const Side& side, int direction) const;
+    /// Writes phase `index` of a sequence and moves the position. False when the sequence has no such phase.
+    template <class Sequence>
+    bool writePhase(const Side& side, int direction, const Sequence& sequence, form::Int16 index);
+    /// subApos, subAneg, subBpos and subBneg in one: once for each written step.
+    void move(const Side& side, int direction);
+    bool atEndOfRun(const Side& side, int direction) const;
+    void stopAtTarget(const Side& side, int direction);
+    void changeStepMode(const Side& side);
+    bool isRotor() const { return form_.intFunzione == form::kSatelliteRotor; }
+
+    form::Form1& form_;
+    form::Boxes& boxes_;
+    OutputPorts& outputs_;
+    Sides sides_;
+};
+
+} // namespace engine

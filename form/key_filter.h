@@ -1,0 +1,14 @@
+#pragma once
+
+namespace form {
+
+/// Key filters of text boxes: they set a character that may not be typed to 0. Backspace is one of those.
+inline void keepRange(int& character, int first, int last) {
+    if (character < first || character > last) character = 0;
+}
+
+inline void keepDigits(int& character) {
+    keepRange(character, '0', '9');
+}
+
+} // namespace form

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "engine/side.h"
+#include "form/boxes.h"
+#include "memory/memory_slots.h"
+#include "platform/sound.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace memory {
+
+/// The amateur band that a two-character key stands for ("7." gives "40"); any other key stays itself.
+std::string bandName(const std::string& key);
+
+/// Follows the transceiver: each tick of tmrFastMem turns the frequency into a key and, once it has stayed
+/// for a whole tick, recalls the first memory whose label matches.
+class AutomaticRecall {
+  public:
+    AutomaticRecall(form::Form1& form, form::Boxes& boxes, MemorySlots& slots, config::RecordFile& file,
+                    platform::Sound& sound);
+
+    void tmrFastMem_Timer();
+    void tmrBandCh_Timer();
+    void chkAutoMemOnOff_Click();
+    void chkAutoMemOnOff_MouseDown();
+    void chkBandMode_Click();
+    void HScrMemSpeedCh_Change();
+
+    /// Arms or disarms the automatic outputs-off, once a tick.
+    std::function<void()> armOutputsOff;
+    /// Brings the chosen source to the front and names it in the status bar.
+    std::function<void()> subSelTunerProgr;
+    /// Polls Logger32.
+    std::function<void()> subFreqLog32;
+
+  private:
+    /// Derives the key from the chosen source. False when it has nothing to say and the tick ends here.
+    bool readSource();
+    void readHamRadioDeluxe();
+    void readLogger32();
+    bool readN1mm();
+    void announceChange(const std::string& now);
+    void signalBandChange();
+    void recallStep();
+    bool matches(int n);
+    bool isInUse(int n);
+    void keepFrequency();
+    void subAllarme();
+
+    form::Form1& form_;
+    form::Boxes& boxes_;
+    MemorySlots& slots_;
+    config::RecordFile& file_;
+    platform::Sound& sound_;
+    engine::Sides sides_;
+};
+
+} // namespace memory

@@ -1,0 +1,199 @@
+#include "radio/tuner_connections.h"
+
+#include "config/records.h"
+#include "radio/frequency_source.h"
+#include "radio/n1mm.h"
+#include "runtime/number.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace radio {
+
+TunerConnections::TunerConnections(form::Form1& main, form::FrmTunerConn& dialog, config::RecordFile& file,
+                                   Logger32& logger32, platform::UdpSockets& sockets)
+    : main_(main), dialog_(dialog), file_(file), logger32_(logger32), sockets_(sockets) {
+    dialog_.optHamDeluxe.Click.attach([this] { optHamDeluxe_Click(); });
+    dialog_.optLog32.Click.attach([this] { optLog32_Click(); });
+    dialog_.optN1MM.Click.attach([this] { optN1MM_Click(); });
+    attachLinkTest();
+    dialog_.cmdOnLog32.Click.attach([this] { cmdOnLog32_Click(); });
+    dialog_.cmdOffLog32.Click.attach([this] { cmdOffLog32_Click(); });
+    dialog_.tmrLog32.Tick.attach([this] { tmrLog32_Timer(); });
+    attachPortEntry();
+    dialog_.cmdSaveTConf.Click.attach([this] { cmdSaveTConf_Click(); });
+    dialog_.cmdExitTConf.Click.attach([this] { dialog_.unload(); });
+}
+
+TunerConnections::~TunerConnections() {
+    if (dialog_.tmrLog32.Enabled) cmdOffLog32_Click();
+}
+
+void TunerConnections::attachLinkTest() {
+    dialog_.cmdOn.Click.attach([this] {
+        dialog_.lblDDE.LinkTopic = kHrdTopic;
+        dialog_.lblDDE.LinkItem = kHrdItem;
+        dialog_.lblDDE.LinkMode = form::LinkLabel::kAutomatic;
+    });
+    dialog_.cmdOff.Click.attach([this] { dialog_.lblDDE.LinkMode = form::LinkLabel::kNone; });
+    dialog_.lblDDE.LinkOpen.attach([this] {
+        dialog_.lblConn.BackColor = form::kBrightGreen;
+        dialog_.lblConn.Caption = "Conn";
+    });
+    dialog_.lblDDE.LinkClose.attach([this] {
+        dialog_.lblConn.BackColor = form::kRed;
+        dialog_.lblConn.Caption = "Disc.";
+        dialog_.lblDDE.Caption = "";
+    });
+}
+
+void TunerConnections::attachPortEntry() {
+    dialog_.txtN1mmPortNumb.ToolTip = "Write new Port then press Change (def. value 12060)";
+    const auto markAsEdited = [this] { showPort(dialog_.txtN1mmPortNumb.Text, true); };
+    dialog_.txtN1mmPortNumb.MouseDown.attach(markAsEdited);
+    dialog_.txtN1mmPortNumb.KeyPress.attach([markAsEdited](int&) { markAsEdited(); });
+    dialog_.Command1.Click.attach([this] { Command1_Click(); });
+}
+
+void TunerConnections::Form_Load() {
+    const config::RecordImage records = file_.read();
+    program_ = records.integer(config::record::kFrequencyProgram);
+    port_ = records.integer(config::record::kN1mmPort);
+    showPort(std::to_string(port_.value()), false);
+    switch (program_.value()) {
+    case form::kHamRadioDeluxe:
+        dialog_.optHamDeluxe.Value = true;
+        break;
+    case form::kLogger32:
+        dialog_.optLog32.Value = true;
+        break;
+    case form::kN1mmLogger:
+        dialog_.optN1MM.Value = true;
+        break;
+    default:
+        break;
+    }
+}
+
+void TunerConnections::select(const form::OptionButton& chosen) {
+    for (form::OptionButton* option : {&dialog_.optHamDeluxe, &dialog_.optLog32, &dialog_.optN1MM}) {
+        option->Value.load(option == &chosen);
+    }
+}
+
+void TunerConnections::enableTests(bool hrd, bool log32, bool n1mm) {
+    dialog_.cmdOn.Enabled = hrd;
+    dialog_.cmdOnLog32.Enabled = log32;
+    dialog_.Command1.Enabled = n1mm;
+    dialog_.txtN1mmPortNumb.Enabled = n1mm;
+    dialog_.lblListening.Visible = n1mm;
+}
+
+void TunerConnections::optHamDeluxe_Click() {
+    select(dialog_.optHamDeluxe);
+    program_ = form::kHamRadioDeluxe;
+    enableTests(true, false, false);
+    dialog_.lblDDE.bringToFront();
+    wskN1mm_.reset();
+}
+
+void TunerConnections::optLog32_Click() {
+    select(dialog_.optLog32);
+    program_ = form::kLogger32;
+    enableTests(false, true, false);
+    wskN1mm_.reset();
+    dialog_.lblLog32Data.bringToFront();
+}
+
+void TunerConnections::optN1MM_Click() {
+    select(dialog_.optN1MM);
+    program_ = form::kN1mmLogger;
+    // A port that cannot be bound ends the click here.
+    if (!listen()) return;
+    enableTests(false, false, true);
+    dialog_.lblN1mmData.Caption = "";
+    dialog_.lblN1mmData.bringToFront();
+}
+
+bool TunerConnections::listen() {
+    wskN1mm_.reset();
+    try {
+        wskN1mm_ = sockets_.bind(n1mmPort(port_), [this](const std::string& datagram) {
+            dialog_.guard([&] { dialog_.lblN1mmData.Caption = n1mmKilohertz(datagram) + " KHz"; });
+        });
+    } catch (const runtime::ObjectError& error) {
+        dialog_.lblPortError.Caption = error.what();
+        return false;
+    }
+    dialog_.lblPortError.Caption = "";
+    return true;
+}
+
+void TunerConnections::cmdOnLog32_Click() {
+    logger32_.connect(dialog_.lblLog32Data);
+    dialog_.tmrLog32.Enabled = true;
+    dialog_.cmdOnLog32.Enabled = false;
+}
+
+void TunerConnections::tmrLog32_Timer() {
+    switch (logger32_.poll(dialog_)) {
+    case Logger32::Sighting::Missing:
+        dialog_.lblConnLog32.Caption = "Disc.";
+        break;
+    case Logger32::Sighting::New:
+        dialog_.lblConnLog32.Caption = "Conn.";
+        dialog_.lblConnLog32.BackColor = form::kBrightGreen;
+        break;
+    case Logger32::Sighting::Known:
+        break;
+    }
+}
+
+void TunerConnections::cmdOffLog32_Click() {
+    logger32_.disconnect(dialog_);
+    dialog_.tmrLog32.Enabled = false;
+    dialog_.lblConnLog32.Caption = "Disc.";
+    dialog_.lblConnLog32.BackColor = form::kRed;
+    dialog_.cmdOnLog32.Enabled = program_ == form::kLogger32;
+}
+
+void TunerConnections::showPort(const std::string& text, bool editing) {
+    dialog_.txtN1mmPortNumb.Text = text;
+    dialog_.txtN1mmPortNumb.BackColor = editing ? form::kYellow : form::kWindowBackground;
+    dialog_.txtN1mmPortNumb.FontItalic = editing;
+}
+
+std::optional<form::Int16> TunerConnections::typedPort() {
+    const std::string& text = dialog_.txtN1mmPortNumb.Text;
+    const bool digitsOnly = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+    const double value = digitsOnly ? runtime::leadingNumber(text) : -1;
+    const bool zeroIsNone = program_ == form::kN1mmLogger && value == 0;
+    constexpr int kHighest = std::numeric_limits<std::int16_t>::max();
+    if (value < 0 || value > kHighest || zeroIsNone) {
+        dialog_.lblPortError.Caption = "Insert a port from 1 to " + std::to_string(kHighest);
+        return {};
+    }
+    return form::Int16(static_cast<int>(value));
+}
+
+void TunerConnections::Command1_Click() {
+    if (dialog_.txtN1mmPortNumb.BackColor.get() != form::kYellow) return;
+    const auto port = typedPort();
+    if (!port) return;
+    port_ = *port;
+    listen();
+    showPort(std::to_string(port_.value()), false);
+}
+
+void TunerConnections::cmdSaveTConf_Click() {
+    const auto port = typedPort();
+    if (!port) return;
+    port_ = *port;
+    file_.write({config::integerRecord(config::record::kFrequencyProgram, program_),
+                 config::integerRecord(config::record::kN1mmPort, port_)});
+    main_.intConnProgrTuner = program_;
+    main_.intPortaN1MM = port_;
+    dialog_.unload();
+}
+
+} // namespace radio

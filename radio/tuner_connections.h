@@ -1,0 +1,54 @@
+#pragma once
+
+#include "config/record_file.h"
+#include "form/boxes.h"
+#include "form/dialogs.h"
+#include "form/form1.h"
+#include "platform/udp_sockets.h"
+#include "radio/logger32.h"
+
+#include <optional>
+
+namespace radio {
+
+/// The dialog that chooses the frequency program and tries each connection out. Its test connections are its
+/// own: the main window's is not touched.
+class TunerConnections {
+  public:
+    TunerConnections(form::Form1& main, form::FrmTunerConn& dialog, config::RecordFile& file,
+                     Logger32& logger32, platform::UdpSockets& sockets);
+    ~TunerConnections();
+    TunerConnections(const TunerConnections&) = delete;
+    TunerConnections& operator=(const TunerConnections&) = delete;
+
+    void Form_Load();
+    void optHamDeluxe_Click();
+    void optLog32_Click();
+    void optN1MM_Click();
+    void cmdOnLog32_Click();
+    void cmdOffLog32_Click();
+    void tmrLog32_Timer();
+    void Command1_Click();
+    void cmdSaveTConf_Click();
+
+  private:
+    void attachLinkTest();
+    void attachPortEntry();
+    void select(const form::OptionButton& chosen);
+    void enableTests(bool hrd, bool log32, bool n1mm);
+    bool listen();
+    void showPort(const std::string& text, bool editing);
+    /// The port typed in; nothing, with a message beside the field, when it cannot be one.
+    std::optional<form::Int16> typedPort();
+
+    form::Form1& main_;
+    form::FrmTunerConn& dialog_;
+    config::RecordFile& file_;
+    Logger32& logger32_;
+    platform::UdpSockets& sockets_;
+    std::unique_ptr<platform::UdpSocket> wskN1mm_;
+    form::Int16 program_;
+    form::Int16 port_;
+};
+
+} // namespace radio

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+namespace runtime {
+
+/// When the ticks of a periodic timer fall due. Pure arithmetic: the caller brings the clock, says when a
+/// tick really began, and arms its timer for next().
+///
+/// The schedule is absolute, so that the mean rate holds. After a late tick the next one comes no sooner than
+/// nine tenths of the interval, so that a motor never sees a burst; the backlog is made up over the ticks
+/// that follow. After a stall of more than ten intervals the schedule starts anew from there.
+class StepSchedule {
+  public:
+    using Time = std::chrono::nanoseconds; // since any fixed moment
+
+    /// The first tick falls due one interval from `now`. `interval` is above 0.
+    void start(Time now, Time interval);
+    /// A tick began at `now`.
+    void ticked(Time now);
+
+    /// The moment for which the timer is to be armed.
+    Time next() const { return next_; }
+    /// Ticks given up after stalls since the start, never to be made up.
+    std::uint64_t lost() const { return lost_; }
+
+  private:
+    static constexpr int kLongestBacklog = 10; // intervals
+
+    Time interval_{};
+    Time ideal_{}; // where next() would be had nothing ever been late
+    Time next_{};
+    std::uint64_t lost_ = 0;
+};
+
+} // namespace runtime
