@@ -1,0 +1,247 @@
+#include "tests/desk.h"
+
+namespace {
+
+class LifeCycleTest : public Desk {};
+
+TEST_F(LifeCycleTest, AnEmptyFolderStartsWithoutABoxAndWritesNothing) {
+    start();
+    EXPECT_TRUE(dialogs.takeMessages().empty());
+    EXPECT_EQ(bytesOf(file.path()), "");
+    EXPECT_TRUE(std::filesystem::exists(file.path()));
+    EXPECT_EQ(port.data(), 255);
+    EXPECT_EQ(f().StatusBar1.Panels(1), "Choose a function");
+    EXPECT_EQ(f().StatusBar1.Panels(6), "simulated");
+    EXPECT_TRUE(f().framTuner.Visible);
+    EXPECT_FALSE(f().framSat.Visible);
+    EXPECT_EQ(f().intFaseA, 1);
+    EXPECT_EQ(f().intFaseHalfA, 0);
+    EXPECT_EQ(f().bytMoltB, 1);
+    EXPECT_EQ(f().Label2.ForeColor, form::kDefaultDisplay);
+    EXPECT_EQ(f().hScrCmdOff.Value, 1);
+    f().cmdAv.Click.fire();
+    clock.advance(60000); // no speed, no steps, no error
+    EXPECT_TRUE(dialogs.takeMessages().empty());
+    EXPECT_EQ(bytesOf(file.path()), "");
+}
+
+/// A file that uses every record that the start reads.
+std::vector<config::Record> fullFile() {
+    using namespace config;
+    std::vector<Record> records;
+    for (int n = 1; n <= 10; ++n) {
+        records.push_back(textRecord(n, "0" + std::to_string(10 + n) + ".50"));
+        records.push_back(textRecord(70 + n, "1" + std::to_string(10 + n) + ".25"));
+        records.push_back(textRecord(20 + n, "label " + std::to_string(n)));
+    }
+    const std::vector<Record> rest = {integerRecord(11, 200),   singleRecord(12, 10),
+                                      integerRecord(13, 400),   integerRecord(14, 100),
+                                      integerRecord(15, 500),   integerRecord(16, 50),
+                                      integerRecord(17, 48),    singleRecord(18, 2.5F),
+                                      integerRecord(31, 2),     integerRecord(32, 12),
+                                      integerRecord(33, 13),    integerRecord(34, 14),
+                                      integerRecord(35, 15),    integerRecord(36, 1),
+                                      integerRecord(37, 2),     integerRecord(38, 3),
+                                      integerRecord(39, 16),    integerRecord(40, 17),
+                                      booleanRecord(41, true),  integerRecord(42, 8),
+                                      byteRecord(43, 2),        byteRecord(44, 1),
+                                      integerRecord(45, 6969),  singleRecord(46, 12.35F),
+                                      singleRecord(47, -3),     singleRecord(48, 180),
+                                      singleRecord(49, 45),     booleanRecord(50, true),
+                                      booleanRecord(51, true),  textRecord(52, "&HFF00"),
+                                      textRecord(53, "&H10"),   textRecord(54, "7.050"),
+                                      textRecord(55, "Manual"), integerRecord(56, 5),
+                                      textRecord(57, "a"),      textRecord(58, "b"),
+                                      textRecord(59, "c"),      textRecord(60, "d"),
+                                      booleanRecord(61, true),  taggedTextRecord(62, "Home"),
+                                      booleanRecord(63, true),  integerRecord(64, 3),
+                                      integerRecord(65, 12061), integerRecord(66, 150),
+                                      integerRecord(67, -25),   integerRecord(81, 2),
+                                      integerRecord(99, 2)};
+    records.insert(records.end(), rest.begin(), rest.end());
+    for (int i = 0; i < 8; ++i)
+        records.push_back(textRecord(100 + i, " " + std::to_string(i) + ".25"));
+    return records;
+}
+
+TEST_F(LifeCycleTest, EverySettingIsLoadedAndNothingWritten) {
+    file.write(fullFile());
+    const std::string before = bytesOf(file.path());
+    start();
+    EXPECT_EQ(bytesOf(file.path()), before);
+    EXPECT_TRUE(dialogs.takeMessages().empty());
+    EXPECT_EQ(f().intFunzione, form::kTuneAndLoad);
+    EXPECT_EQ(f().Label2.Caption, "12.35");
+    EXPECT_EQ(f().Label8.Caption, "-3.00");
+    EXPECT_EQ(f().sngPosAz, 180);
+    EXPECT_EQ(f().lblUsoA.Caption, "7.050");
+    EXPECT_EQ(f().lblUsoB.Caption, "Manual");
+    EXPECT_EQ(f().Timer1.Interval, 10);
+    EXPECT_EQ(f().Timer3.Interval, 20);
+    EXPECT_EQ(f().txtMMGiroB.Text, "2.5");
+    EXPECT_TRUE(f().chkHalfStep.ticked() && f().bolHalfStepA);
+    EXPECT_EQ(f().chkHalfStep.Caption, "Half Step");
+    EXPECT_EQ(f().chkHalfStepB.Caption, "Full Step");
+    EXPECT_EQ(f().lblFr[10].Caption, "label ");
+    EXPECT_EQ(f().Option[10].ToolTip, "label 10 (020.50-120.25)");
+    EXPECT_EQ(f().lblHiSpOnAz.Caption, "12");
+    EXPECT_EQ(f().HScroll5.Value, 15);
+    EXPECT_EQ(f().lblAccCurve.Caption, "17");
+    EXPECT_EQ(f().lblOffsetA.Caption, "1.50");
+    EXPECT_EQ(f().lblOffsetB.Caption, "-0.25");
+    EXPECT_TRUE(f().chkAutoCmdOff.ticked());
+    EXPECT_EQ(f().tmrAutoOff.Interval, 8000);
+    EXPECT_EQ(f().lblMemSpeedCh.Caption, "5");
+    EXPECT_EQ(f().lblBandMode.Caption, "Band Mode");
+    EXPECT_EQ(f().StatusBar1.Panels(5), "Home");
+    EXPECT_EQ(f().StatusBar1.Panels(3), "N1MM Logger");
+    EXPECT_EQ(f().Label2.ForeColor, 0xFF00U);
+    EXPECT_EQ(f().shpDisplayB.FillColor, 0x10U);
+    EXPECT_EQ(f().hiResMem.size(), 2U);
+    EXPECT_EQ(f().strCW2, "d");
+    EXPECT_FALSE(f().bolCaricaInAvvio);
+}
+
+TEST_F(LifeCycleTest, WithoutRecord51PositionsStartAtZeroAndBandModeKnowsTwoValues) {
+    file.write(fullFile());
+    file.write({config::integerRecord(51, 1), config::integerRecord(61, 1)});
+    start();
+    EXPECT_EQ(f().sngPosA, 0);
+    EXPECT_EQ(f().Label2.Caption, "0");
+    EXPECT_EQ(f().lblUsoA.Caption, "");
+    EXPECT_FALSE(f().chkBandMode.ticked());
+}
+
+TEST_F(LifeCycleTest, ExitInMidMoveSwitchesOffSavesAndKeepsTheRest) {
+    file.write(fullFile());
+    start();
+    connectN1mm(12061);
+    f().cmdAv.Click.fire();
+    clock.advance(100);
+    f().HScOffsetA.userScroll(1);
+    f().chkAutoCmdOff.userClick();
+    int closed = 0;
+    f().onUnload = [&] {
+        ++closed;
+        EXPECT_EQ(port.data(), 255);
+        EXPECT_FALSE(f().Timer1.Enabled);
+        EXPECT_FALSE(udp.listening(12061));
+    };
+    f().mnuUscita.Click.fire();
+    controller->close();
+    EXPECT_EQ(closed, 1);
+    auto records = file.read();
+    EXPECT_EQ(records.single(46), f().sngPosA);
+    EXPECT_FALSE(records.boolean(41));
+    EXPECT_EQ(records.byte(43), 2);
+    EXPECT_EQ(records.text(52), "&HFF00");
+    EXPECT_EQ(records.integer(66), 1);
+    EXPECT_EQ(records.text(101), " 1.25");
+    EXPECT_EQ(bytesOf(file.path()).size(), 107U * 12);
+    f().HScrMemSpeedCh.userScroll(9); // the program has ended
+    EXPECT_EQ(file.read().integer(56), 5);
+}
+
+TEST_F(LifeCycleTest, ClosingTheWindowSavesTooAndPositionsOnlyWhenWanted) {
+    file.write(fullFile());
+    file.write({config::booleanRecord(50, false), config::integerRecord(99, 0)});
+    start();
+    f().sngPosA = 1;
+    f().hiResMem.assign(1, {14.2003F, -123.456F, 5, 123.456F});
+    int closed = 0;
+    f().onUnload = [&] { ++closed; };
+    controller->close();
+    controller->close();
+    EXPECT_EQ(closed, 1);
+    auto records = file.read();
+    EXPECT_EQ(records.single(46), 12.35F);
+    EXPECT_EQ(records.integer(99), 1);
+    EXPECT_EQ(records.text(100), " 14.20");
+    EXPECT_EQ(records.text(101), "-123.4");
+    EXPECT_EQ(records.text(102), " 5");
+    EXPECT_EQ(records.text(103), " 123.4");
+}
+
+TEST_F(LifeCycleTest, DamageIsToldOnceAndNothingMadeWorse) {
+    file.write(fullFile());
+    file.write(
+        {config::integerRecord(3, 300), config::integerRecord(42, 40), config::textRecord(104, "oops")});
+    std::ofstream(file.path(), std::ios::binary | std::ios::app) << "tail";
+    const std::string before = bytesOf(file.path());
+    start();
+    const auto messages = dialogs.takeMessages();
+    ASSERT_EQ(messages.size(), 1U);
+    for (const char* part : {"save.cfg", "record 3", "record 42", "table", "ends inside"}) {
+        EXPECT_NE(messages[0].text.find(part), std::string::npos) << part;
+    }
+    EXPECT_EQ(bytesOf(file.path()), before);
+    EXPECT_EQ(f().intStepsB, 48);
+    EXPECT_EQ(f().StatusBar1.Panels(5), "Home"); // the table ended, the load went on
+    f().mnuUscita.Click.fire();
+    EXPECT_EQ(bytesOf(file.path()).substr(98 * 12), before.substr(98 * 12));
+}
+
+TEST_F(LifeCycleTest, AFileThatCannotBeReadOrSavedIsToldAndTheProgramGoesOn) {
+    std::filesystem::create_directory(file.path());
+    start();
+    EXPECT_EQ(dialogs.takeMessages().size(), 1U);
+    f().mnuCoilTuner.Click.fire();
+    EXPECT_EQ(f().StatusBar1.Panels(1), "Coil Tuner");
+    f().HScrMemSpeedCh.userScroll(3);
+    EXPECT_EQ(dialogs.takeMessages().size(), 1U);
+    int closed = 0;
+    f().onUnload = [&] { ++closed; };
+    f().mnuUscita.Click.fire();
+    EXPECT_EQ(dialogs.takeMessages().size(), 1U);
+    EXPECT_EQ(closed, 1);
+}
+
+TEST_F(LifeCycleTest, FunctionsRelabelTheEnginesAndClearPositions) {
+    startTuner();
+    f().sngPosA = 5;
+    f().mnuCoilTuner.Click.fire(); // on already
+    EXPECT_EQ(f().sngPosA, 5);
+    f().cmdAv.Click.fire();
+    port.takeAccesses();
+    f().mnuAmpli.Click.fire();
+    EXPECT_EQ(port.takeAccesses().size(), 8U);
+    EXPECT_FALSE(f().Timer1.Enabled);
+    EXPECT_EQ(f().sngPosA, 0);
+    EXPECT_EQ(f().Label2.Caption, "0");
+    EXPECT_EQ(f().lblEngineA.Caption.get() + f().lblEngineB.Caption.get(), "TuneLoad");
+    EXPECT_EQ(f().cmdResetB.Caption, "Reset Ld");
+    EXPECT_EQ(f().lblUnitA.Caption, "dots:");
+    EXPECT_EQ(f().lblMMGiroB.Caption, "dots/r");
+    EXPECT_TRUE(f().mnuAmpli.Checked);
+    EXPECT_FALSE(f().mnuCoilTuner.Checked || f().cmdAv.Visible || f().cmdIndB.Visible);
+    f().Option[1].Value.load(true);
+    f().mnuSat.Click.fire();
+    EXPECT_FALSE(f().Option[1].Value);
+    EXPECT_TRUE(f().framSat.Visible && f().lblAzimut.Visible && f().cmdAv.Visible);
+    EXPECT_FALSE(f().framTuner.Visible || f().Label2.Visible || f().mnuTunConn.Enabled);
+    EXPECT_EQ(f().StatusBar1.Panels(1), "Satellite Rotor");
+    f().HScroll4.userScroll(33);
+    EXPECT_EQ(file.read().integer(33), 33);
+    EXPECT_EQ(f().lblHiSpOnEL.Caption, "33");
+    f().mnuCoilTuner.Click.fire();
+    EXPECT_EQ(f().lblEngineA.Caption, "Engine 1");
+    EXPECT_TRUE(f().mnuTunConn.Enabled);
+}
+
+TEST_F(LifeCycleTest, HelpMailAndAboutReachTheDesktop) {
+    start();
+    f().mnuHelp.Click.fire();
+    EXPECT_EQ(shell.pages, std::vector<std::string>{"help.html"});
+    f().mnuMail.Click.fire();
+    EXPECT_EQ(shell.mails.size(), 1U);
+    bool seen = false;
+    inDialog<form::FrmAbout>([&](form::FrmAbout& about) {
+        EXPECT_TRUE(about.lblVersion.Caption.get().starts_with("Version 1."));
+        about.onUnload = [&] { seen = true; };
+        about.cmdOK.Click.fire();
+    });
+    f().mnuSplash.Click.fire();
+    EXPECT_TRUE(seen);
+}
+
+} // namespace

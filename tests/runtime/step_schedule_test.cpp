@@ -1,0 +1,69 @@
+#include "runtime/step_schedule.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <vector>
+
+using namespace std::chrono_literals;
+using runtime::StepSchedule;
+
+namespace {
+
+/// Runs `count` ticks from time 0 on; tick n begins `lateness(n)` after the moment it was armed for.
+template <class Lateness>
+std::vector<StepSchedule::Time> run(StepSchedule& schedule, StepSchedule::Time interval, int count,
+                                    Lateness lateness) {
+    std::vector<StepSchedule::Time> began;
+    schedule.start(0ns, interval);
+    for (int n = 0; n < count; ++n) {
+        began.push_back(schedule.next() + lateness(n));
+        schedule.ticked(began.back());
+    }
+    return began;
+}
+
+StepSchedule::Time shortestGap(const std::vector<StepSchedule::Time>& ticks) {
+    auto shortest = StepSchedule::Time::max();
+    for (std::size_t n = 1; n < ticks.size(); ++n)
+        shortest = std::min(shortest, ticks[n] - ticks[n - 1]);
+    return shortest;
+}
+
+} // namespace
+
+TEST(StepSchedule, LatenessOfEveryTickDoesNotSlowTheMean) {
+    StepSchedule schedule;
+    const auto ticks = run(schedule, 1ms, 1000, [](int n) { return std::chrono::microseconds(n % 90); });
+    EXPECT_LT(ticks.back(), 1000ms + 90us);
+    EXPECT_GE(shortestGap(ticks), 900us);
+    EXPECT_EQ(schedule.lost(), 0u);
+}
+
+TEST(StepSchedule, BacklogIsMadeUpWithoutABurst) {
+    StepSchedule schedule;
+    // Nine intervals late once: made up within 90 ticks, each a tenth of the interval early.
+    const auto ticks = run(schedule, 1ms, 101, [](int n) { return n == 4 ? 9ms : 0ms; });
+    EXPECT_EQ(ticks[4], 14ms);
+    EXPECT_EQ(ticks[5], 14ms + 900us);
+    EXPECT_EQ(ticks[93], 94ms + 100us);
+    EXPECT_EQ(ticks[94], 95ms);
+    EXPECT_EQ(ticks[100], 101ms);
+    EXPECT_EQ(shortestGap(ticks), 900us);
+    EXPECT_EQ(schedule.lost(), 0u);
+}
+
+TEST(StepSchedule, StallBeyondTenIntervalsStartsAnewAndCountsTheLoss) {
+    StepSchedule schedule;
+    auto ticks = run(schedule, 2ms, 4, [](int n) { return n == 2 ? 20ms : 0ms; });
+    EXPECT_EQ(ticks[3] - ticks[2], 1800us) << "ten intervals are still made up";
+    EXPECT_EQ(schedule.lost(), 0u);
+
+    ticks = run(schedule, 2ms, 5, [](int n) { return n == 2 ? 25ms : 0ms; });
+    EXPECT_EQ(ticks[3] - ticks[2], 2ms) << "nothing is made up any more";
+    EXPECT_EQ(ticks[4] - ticks[3], 2ms);
+    EXPECT_EQ(schedule.lost(), 12u);
+
+    schedule.start(5s, 3ms);
+    EXPECT_EQ(schedule.next(), 5s + 3ms);
+    EXPECT_EQ(schedule.lost(), 0u);
+}
