@@ -1,12 +1,9 @@
 #include "radio/tuner_connections.h"
 
 #include "config/records.h"
+#include "form/port_entry.h"
 #include "radio/frequency_source.h"
 #include "radio/n1mm.h"
-#include "runtime/number.h"
-
-#include <algorithm>
-#include <limits>
 
 namespace radio {
 
@@ -164,16 +161,11 @@ void TunerConnections::showPort(const std::string& text, bool editing) {
 }
 
 std::optional<form::Int16> TunerConnections::typedPort() {
-    const std::string& text = dialog_.txtN1mmPortNumb.Text;
-    const bool digitsOnly = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
-    const double value = digitsOnly ? runtime::leadingNumber(text) : -1;
-    const bool zeroIsNone = program_ == form::kN1mmLogger && value == 0;
-    constexpr int kHighest = std::numeric_limits<std::int16_t>::max();
-    if (value < 0 || value > kHighest || zeroIsNone) {
-        dialog_.lblPortError.Caption = "Insert a port from 1 to " + std::to_string(kHighest);
-        return {};
-    }
-    return form::Int16(static_cast<int>(value));
+    // 0 can be kept, but not listened at.
+    const int lowest = program_ == form::kN1mmLogger ? 1 : 0;
+    const auto port = form::portFromText(dialog_.txtN1mmPortNumb.Text, lowest);
+    if (!port) dialog_.lblPortError.Caption = form::portRange(lowest);
+    return port;
 }
 
 void TunerConnections::Command1_Click() {
