@@ -1,0 +1,167 @@
+#include "app/controller.h"
+#include "config/record_file.h"
+#include "config/records.h"
+#include "platform/simulated/clock.h"
+#include "platform/simulated/desktop.h"
+#include "platform/simulated/links.h"
+#include "platform/simulated/outputs.h"
+
+#include <array>
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <unistd.h>
+
+// Names before the colon pair a measurement with its reference: bench/run.sh divides "x: ours" by "x: bare".
+
+namespace {
+
+namespace record = config::record;
+
+/// The whole core with simulated ports, in a folder of its own.
+struct Machine {
+    Machine() {
+        std::filesystem::remove_all(folder);
+        std::filesystem::create_directories(folder);
+    }
+    Machine(const Machine&) = delete;
+    Machine& operator=(const Machine&) = delete;
+    ~Machine() { std::filesystem::remove_all(folder); }
+
+    std::unique_ptr<app::Controller> build() {
+        return std::make_unique<app::Controller>(
+            app::Ports{port, usb, clock, links, station, udp, dialogs, shell, sound, "simulated"}, folder);
+    }
+
+    std::filesystem::path folder = std::filesystem::temp_directory_path() / "twinstep-core-bench";
+    config::RecordFile file{folder / "save.cfg"};
+    simulated::PrinterPort port;
+    simulated::UsbBoard usb{-1};
+    simulated::Clock clock;
+    simulated::DdeLinks links;
+    simulated::StationMessages station;
+    simulated::UdpSockets udp;
+    simulated::Dialogs dialogs;
+    simulated::Shell shell;
+    simulated::Sound sound;
+};
+
+/// A file in which every record holds something.
+void writeFullFile(const config::RecordFile& file) {
+    std::vector<config::Record> records;
+    for (int n = 1; n <= form::Form1::kMemories; ++n) {
+        records.push_back(config::textRecord(record::kMemoryPosA + n, "012.35"));
+        records.push_back(config::textRecord(record::kMemoryLabel + n, "14.025"));
+        records.push_back(config::textRecord(record::kMemoryPosB + n, "101.00"));
+    }
+    for (const int number :
+         {record::kStepsA, record::kStepsB, record::kFastA, record::kFastB, record::kSlowA, record::kSlowB}) {
+        records.push_back(config::integerRecord(number, 200));
+    }
+    for (const int number : {record::kUnitsA, record::kUnitsB, record::kPositionA, record::kPositionB}) {
+        records.push_back(config::singleRecord(number, 10));
+    }
+    records.push_back(config::integerRecord(record::kFunction, form::kCoilTuner));
+    records.push_back(config::integerRecord(record::kTableCount, record::kTableEntriesMax));
+    for (int number = record::kTableFirst; number <= record::kLast; ++number) {
+        records.push_back(config::textRecord(number, " 14.25"));
+    }
+    file.write(records);
+}
+
+/// One tick of a step timer, engine A and engine B in turn, forward.
+void stepTick(benchmark::State& state, bool halfStep) {
+    Machine machine;
+    writeFullFile(machine.file);
+    const auto controller = machine.build();
+    controller->start();
+    form::Form1& form = controller->form();
+    form.chkHalfStep.Value = halfStep ? 1 : 0;
+    form.chkHalfStepB.Value = halfStep ? 1 : 0;
+    form.intDirA = form.intDirB = form::kForward;
+    form.Timer1.Tick.fire(); // the first half step of a session is silent
+    form.Timer4.Tick.fire();
+    machine.port.takeAccesses();
+    while (state.KeepRunningBatch(2)) {
+        form.Timer1.Tick.fire();
+        form.Timer4.Tick.fire();
+        if (form.sngPosA > 900) form.sngPosA = form.sngPosB = 0; // far from the end of run
+    }
+    if (machine.port.takeAccesses().empty()) state.SkipWithError("the engines stood still");
+}
+
+/// The same four accesses a tick and nothing else.
+void bareTick(benchmark::State& state, bool halfStep) {
+    simulated::PrinterPort port;
+    platform::PrinterPort* behind = &port;
+    benchmark::DoNotOptimize(behind);
+    constexpr std::array<unsigned, 8> kHalfSteps = {0b1110, 0b1100, 0b1101, 0b1001,
+                                                    0b1011, 0b0011, 0b0111, 0b0110};
+    const unsigned stride = halfStep ? 1 : 2;
+    unsigned phase = 1;
+    while (state.KeepRunningBatch(2)) {
+        for (int bit = 0; bit < 8; ++bit) {
+            if ((kHalfSteps[phase % 8] >> (bit % 4) & 1U) != 0) {
+                behind->setBit(bit);
+            } else {
+                behind->clearBit(bit);
+            }
+        }
+        phase += stride;
+    }
+}
+
+BENCHMARK_CAPTURE(stepTick, full, false)->Name("one tick, full step: ours");
+BENCHMARK_CAPTURE(bareTick, full, false)->Name("one tick, full step: bare");
+BENCHMARK_CAPTURE(stepTick, half, true)->Name("one tick, half step: ours");
+BENCHMARK_CAPTURE(bareTick, half, true)->Name("one tick, half step: bare");
+
+void loadFullFile(benchmark::State& state) {
+    Machine machine;
+    writeFullFile(machine.file);
+    const auto controller = machine.build();
+    for (auto _ : state)
+        controller->start();
+    if (controller->form().hiResMem.size() != record::kTableEntriesMax ||
+        !machine.dialogs.takeMessages().empty()) {
+        state.SkipWithError("the file was not loaded whole");
+    }
+}
+BENCHMARK(loadFullFile)->Name("full save.cfg loaded: ours")->Unit(benchmark::kMicrosecond);
+
+void readBytes(benchmark::State& state) {
+    const Machine machine;
+    writeFullFile(machine.file);
+    std::vector<char> bytes(record::kLast * config::kRecordLength);
+    for (auto _ : state) {
+        std::ifstream file(machine.file.path(), std::ios::binary);
+        file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        benchmark::DoNotOptimize(bytes.data());
+    }
+}
+BENCHMARK(readBytes)->Name("full save.cfg loaded: bare")->Unit(benchmark::kMicrosecond);
+
+void writeSetting(benchmark::State& state) {
+    const Machine machine;
+    writeFullFile(machine.file);
+    for (auto _ : state)
+        machine.file.write({config::integerRecord(record::kSlowA, 150)});
+}
+BENCHMARK(writeSetting)->Name("one setting written: ours")->Unit(benchmark::kMicrosecond);
+
+void writeBytes(benchmark::State& state) {
+    const Machine machine;
+    writeFullFile(machine.file);
+    const std::array<char, config::kRecordLength> bytes{};
+    for (auto _ : state) {
+        const int fd = ::open(machine.file.path().c_str(), O_WRONLY | O_CLOEXEC);
+        if (::pwrite(fd, bytes.data(), bytes.size(), (record::kSlowA - 1) * 12) != 12) {
+            state.SkipWithError("not written");
+        }
+        ::close(fd);
+    }
+}
+BENCHMARK(writeBytes)->Name("one setting written: bare")->Unit(benchmark::kMicrosecond);
+
+} // namespace

@@ -1,0 +1,17 @@
+find_package(GTest REQUIRED)
+include(GoogleTest)
+
+# twinstep_add_tests(<name> LAUNCHER <command...> LIBRARIES <target...> SOURCES <file...>)
+#
+# One executable; each of its test cases is one test of ctest. LAUNCHER stands before the executable wherever
+# it is run, also when its cases are listed (which no test property reaches).
+function(twinstep_add_tests name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LAUNCHER;LIBRARIES;SOURCES")
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} twinstep_warnings GTest::gmock GTest::gtest)
+    if(arg_LAUNCHER)
+        set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "${arg_LAUNCHER}")
+    endif()
+    gtest_discover_tests(${name} TEST_PREFIX ${name}. DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+        PROPERTIES TIMEOUT 120)
+endfunction()

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace linux_ports {
+
+/// Watches one descriptor until it is destroyed, which may happen inside its own callback.
+class FdWatch {
+  public:
+    virtual ~FdWatch() = default;
+};
+
+/// The event loop of the user-interface thread, as far as the adapters need it.
+class FdWatcher {
+  public:
+    virtual ~FdWatcher() = default;
+    /// Calls `ready` on the user-interface thread whenever `fd` can be read. The caller keeps the descriptor
+    /// open longer than the watch. A call may come although another one has already read all there was.
+    virtual std::unique_ptr<FdWatch> watch(int fd, std::function<void()> ready) = 0;
+};
+
+} // namespace linux_ports

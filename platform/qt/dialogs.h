@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/dialogs.h"
+
+namespace qt_ports {
+
+/// The toolkit's boxes, over whichever window is in front.
+class Dialogs : public platform::Dialogs {
+  public:
+    bool message(const std::string& text, const std::string& title, platform::Icon icon,
+                 platform::Buttons buttons) override;
+    std::optional<std::string> input(const std::string& prompt, const std::string& title,
+                                     const std::string& proposed) override;
+    std::optional<std::string> openFile(const std::string& filter) override;
+    /// The name gets the filter's extension; an existing file is replaced only after a question.
+    std::optional<std::string> saveFile(const std::string& filter) override;
+    std::optional<std::uint32_t> chooseColour(std::uint32_t initial, const std::string& title) override;
+};
+
+} // namespace qt_ports

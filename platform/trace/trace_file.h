@@ -1,0 +1,58 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+
+namespace trace {
+
+/// A text file of timed lines. A thread of its own does the writing, so that a slow disk never holds up a
+/// step.
+class TraceFile {
+  public:
+    using Clock = std::chrono::steady_clock;
+    /// Told once, from the writing thread, when the file can no longer be written; recording ends there.
+    using Failure = std::function<void(const std::string& reason)>;
+
+    /// Starts the file anew. Times in it count from `start`. Throws runtime::FileError when it cannot be
+    /// opened.
+    TraceFile(const std::filesystem::path& path, Clock::time_point start, Failure failure);
+    TraceFile(const TraceFile&) = delete;
+    TraceFile& operator=(const TraceFile&) = delete;
+    ~TraceFile() { close(); }
+
+    /// Adds "T text", T in whole microseconds.
+    void add(std::string_view text);
+    /// Writes what is left; later lines are not taken.
+    void close();
+
+  private:
+    void writeUntilClosed();
+    bool writeOut(const std::string& lines);
+
+    struct Close {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+
+    const std::string name_;
+    const Clock::time_point start_;
+    const Failure failure_;
+    std::unique_ptr<std::FILE, Close> file_;
+
+    std::mutex mutex_; // guards what follows
+    std::condition_variable closing_;
+    std::string pending_;
+    bool closed_ = false;
+    bool failed_ = false;
+
+    std::thread writer_;
+};
+
+} // namespace trace

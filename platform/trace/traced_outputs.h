@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/printer_port.h"
+#include "platform/trace/trace_file.h"
+#include "platform/usb_board.h"
+
+namespace trace {
+
+/// Passes every access on and records those that the device took: "T port BIT STATE", BIT 1 to 8 as the
+/// outputs are numbered.
+class TracedPrinterPort : public platform::PrinterPort {
+  public:
+    TracedPrinterPort(platform::PrinterPort& port, TraceFile& file) : port_(port), file_(file) {}
+    void clearBit(int bit) override;
+    void setBit(int bit) override;
+
+  private:
+    void record(int bit, char state);
+
+    platform::PrinterPort& port_;
+    TraceFile& file_;
+};
+
+/// The same for a USB board: "T usb open RESULT", "T usb BYTE" (decimal), "T usb close".
+class TracedUsbBoard : public platform::UsbBoard {
+  public:
+    TracedUsbBoard(platform::UsbBoard& board, TraceFile& file) : board_(board), file_(file) {}
+    int openDevice(int address) override;
+    void writeAllDigital(int outputs) override;
+    void closeDevice() override;
+
+  private:
+    platform::UsbBoard& board_;
+    TraceFile& file_;
+};
+
+} // namespace trace

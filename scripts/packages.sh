@@ -1,0 +1,41 @@
+# shellcheck shell=bash
+# The Debian packages that the scripts need, and how they get them. Sourced, not run.
+# shellcheck disable=SC2034  # the lists are for those who source this
+
+# To build and run the program.
+program_packages=(build-essential cmake ninja-build qt6-base-dev qt6-multimedia-dev)
+# To build and run its tests.
+test_packages=("${program_packages[@]}" libgtest-dev libgmock-dev umockdev libumockdev-dev pkg-config)
+# What CI checks beyond the tests.
+check_packages=(clang-format clang-tidy shellcheck)
+# The benchmarks.
+bench_packages=("${program_packages[@]}" libbenchmark-dev)
+
+# Installs those of the given packages that are missing; touches the network only then.
+need_packages() {
+    local package missing=()
+    for package in "$@"; do
+        # "install ok installed"; a package that was removed is known too, but not installed.
+        if [[ $(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null) != installed ]]; then
+            missing+=("$package")
+        fi
+    done
+    ((${#missing[@]})) || return 0
+
+    local as_root=()
+    if ((EUID != 0)); then
+        if ! command -v sudo >/dev/null; then
+            echo "$0: these packages are missing, and without root or sudo they cannot be installed:" \
+                "${missing[*]}" >&2
+            return 1
+        fi
+        as_root=(sudo)
+    fi
+    echo "Installing: ${missing[*]}" >&2
+    if ! { "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -q &&
+        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -q -y --no-install-recommends "${missing[@]}"; } >&2; then
+        echo "$0: installing these packages failed: ${missing[*]}" >&2
+        return 1
+    fi
+}

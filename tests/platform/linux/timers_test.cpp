@@ -1,0 +1,87 @@
+#include "event_loop.h"
+#include "platform/linux/timers.h"
+
+#include <chrono>
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+struct KernelTimers : ::testing::Test {
+    EventLoop loop;
+    linux_ports::Timers timers{loop.watcher};
+};
+
+} // namespace
+
+TEST_F(KernelTimers, HoldTheMeanRateThroughHandlersAndStalls) {
+    constexpr int kTicks = 400;
+    int ticks = 0;
+    const auto timer = timers.create([&] {
+        ++ticks;
+        if (ticks == 100) std::this_thread::sleep_for(8ms);
+    });
+    const auto begin = Clock::now();
+    timer->start(1);
+    ASSERT_TRUE(EventLoop::until([&] { return ticks >= kTicks; }));
+    const auto took = Clock::now() - begin;
+    EXPECT_GE(took, 399ms);
+    EXPECT_LE(took, 600ms) << "a busy machine may stall it; losing every third tick would take longer";
+}
+
+TEST_F(KernelTimers, NoTickComesAfterStop) {
+    int ticks = 0;
+    const auto timer = timers.create([&] { ++ticks; });
+    timer->start(1);
+    std::this_thread::sleep_for(20ms); // a tick is due, and has not been taken
+    timer->stop();
+    EventLoop::runFor(30);
+    EXPECT_EQ(ticks, 0);
+}
+
+TEST_F(KernelTimers, StartAnewCountsFromNow) {
+    int ticks = 0;
+    const auto timer = timers.create([&] { ++ticks; });
+    timer->start(1);
+    std::this_thread::sleep_for(20ms);
+    const auto begin = Clock::now();
+    timer->start(40);
+    ASSERT_TRUE(EventLoop::until([&] { return ticks > 0; }));
+    EXPECT_GE(Clock::now() - begin, 40ms);
+}
+
+TEST_F(KernelTimers, ATickMayStopRestartOrDestroyItsTimer) {
+    int stopped = 0, restarted = 0, destroyed = 0;
+    std::unique_ptr<platform::PeriodicTimer> first, second, third;
+    first = timers.create([&] {
+        ++stopped;
+        first->stop();
+    });
+    second = timers.create([&, big = std::vector<int>(1000, 1)] {
+        restarted += big.front();
+        second->start(5);
+    });
+    third = timers.create([&, big = std::vector<int>(1000, 1)] {
+        third.reset();
+        destroyed += big.front(); // what the tick holds is still there
+    });
+    first->start(1);
+    second->start(1);
+    third->start(1);
+    ASSERT_TRUE(EventLoop::until([&] { return restarted >= 4; }));
+    EXPECT_EQ(stopped, 1);
+    EXPECT_EQ(destroyed, 1);
+}
+
+TEST_F(KernelTimers, GoOnWhileATickRunsAnEventLoopOfItsOwn) {
+    int ticks = 0;
+    bool nested = false;
+    const auto timer = timers.create([&] {
+        if (++ticks == 1) nested = EventLoop::until([&] { return ticks >= 5; });
+    });
+    timer->start(2);
+    ASSERT_TRUE(EventLoop::until([&] { return nested; }));
+}

@@ -1,0 +1,77 @@
+#include "ui/adapter.h"
+
+#include <QStackedLayout>
+#include <QTextDocument>
+
+namespace ui {
+
+QString plainTip(const QString& text) {
+    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal) : text;
+}
+
+Adapter::Adapter(form::Control& control, Redraw& redraw) : control_(control), redraw_(redraw) {
+    control_.observe(this);
+    redrawSoon();
+}
+
+Adapter::~Adapter() {
+    control_.observe(nullptr);
+    redraw_.forget(*this);
+}
+
+void Adapter::changed(form::Control& /*control*/) {
+    if (std::exchange(waiting_, true)) return;
+    redraw_.mark(*this);
+}
+
+void Adapter::draw() {
+    waiting_ = false;
+    drawNow();
+    if (onDrawn) onDrawn();
+}
+
+void Adapter::nameEngine(const QString& engine) {
+    if (engine_ == engine) return;
+    engine_ = engine;
+    redrawSoon();
+}
+
+QString Adapter::complete(const QString& words) const {
+    return words.contains(QStringLiteral("%1")) ? words.arg(engine_) : words;
+}
+
+WidgetAdapter::WidgetAdapter(form::Control& control, QWidget& widget, Words words, Redraw& redraw)
+    : Adapter(control, redraw), widget_(widget), words_(std::move(words)) {
+    widget_.setObjectName(shown(control.name()));
+}
+
+void WidgetAdapter::focusWanted(form::Control& /*control*/) {
+    // A control that was enabled a moment ago can take the focus only once its widget is enabled too.
+    redraw().drawAll();
+    widget_.setFocus(Qt::OtherFocusReason);
+}
+
+void WidgetAdapter::frontWanted(form::Control& /*control*/) {
+    QWidget* parent = widget_.parentWidget();
+    // In a pile, what lies behind is hidden: labels let their background through.
+    if (auto* pile = parent ? qobject_cast<QStackedLayout*>(parent->layout()) : nullptr) {
+        pile->setCurrentWidget(&widget_);
+    } else {
+        widget_.raise();
+    }
+}
+
+void WidgetAdapter::drawNow() {
+    // Only a change is passed on: a widget in a pile is shown and hidden by the pile.
+    if (visible_ != control().Visible) widget_.setVisible(visible_ = control().Visible);
+    widget_.setEnabled(control().Enabled);
+    drawOwn();
+
+    const std::string& ownTip = control().ToolTip;
+    QString tip = ownTip.empty() ? complete(words_.tip) : shown(ownTip);
+    if (ownTip.empty() && !words_.key.isEmpty()) tip += QStringLiteral("\nKey: ") + words_.key;
+    widget_.setToolTip(plainTip(tip));
+    widget_.setAccessibleName(complete(words_.name));
+}
+
+} // namespace ui

@@ -1,0 +1,82 @@
+#include "ui/command_line.h"
+
+#include "app/version.h"
+
+#include <QCommandLineParser>
+#include <QFile>
+
+namespace ui {
+
+namespace {
+
+constexpr int kUsageError = 2;
+
+CommandLine refuse(const QString& why) {
+    return {{}, "twinstep: " + why.toStdString() + "; twinstep --help shows the options\n", kUsageError};
+}
+
+CommandLine print(const std::string& text) {
+    return {{}, text, 0};
+}
+
+std::filesystem::path path(const QString& text) {
+    return QFile::encodeName(text).toStdString();
+}
+
+} // namespace
+
+CommandLine parseCommandLine(const QStringList& arguments) {
+    const QCommandLineOption directory("directory",
+                                       "Folder that holds save.cfg (default: the current folder).", "DIR");
+    const QCommandLineOption port(
+        "port",
+        "Where the outputs go: simulated, or a printer port, /dev/parportN (default: /dev/parport0 "
+        "where it can be claimed, else simulated).",
+        "PORT");
+    const QCommandLineOption usb(
+        "usb", "USB board: none, or simulated, which is always found (default: none).", "BOARD", "none");
+    const QCommandLineOption trace("trace", "Record every access to the outputs in this file.", "FILE");
+    const QCommandLineOption listen("n1mm-listen",
+                                    "Address at which N1MM Logger's datagrams are taken (default: 127.0.0.1, "
+                                    "this computer alone; 0.0.0.0: from everywhere).",
+                                    "ADDRESS", "127.0.0.1");
+    const QCommandLineOption version("version", "Show the version.");
+    const QCommandLineOption help("help", "Show this help.");
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription("Twinstep drives the two stepper motors of an antenna tuner or rotor.");
+    parser.addOptions({directory, port, usb, trace, listen, version, help});
+    const bool understood = parser.parse(arguments);
+    if (parser.isSet(help)) return print(parser.helpText().toStdString());
+    if (parser.isSet(version)) return print("twinstep " + std::string(app::kVersion) + "\n");
+    if (!understood) return refuse(parser.errorText().remove(QChar('.')));
+    if (!parser.positionalArguments().isEmpty()) {
+        return refuse("unexpected argument '" + parser.positionalArguments().constFirst() + "'");
+    }
+
+    Options options;
+    if (parser.isSet(directory)) {
+        if (parser.value(directory).isEmpty()) return refuse("--directory names no folder");
+        options.directory = path(parser.value(directory));
+    }
+    if (parser.isSet(port)) {
+        const QString chosen = parser.value(port);
+        if (chosen != kSimulated && !chosen.startsWith('/')) {
+            return refuse("--port is 'simulated' or a device such as /dev/parport0, not '" + chosen + "'");
+        }
+        options.port = path(chosen).string();
+    }
+    const QString board = parser.value(usb);
+    if (board != "none" && board != kSimulated) {
+        return refuse("--usb is 'none' or 'simulated', not '" + board + "'");
+    }
+    options.usbSimulated = board == kSimulated;
+    if (parser.isSet(trace)) {
+        if (parser.value(trace).isEmpty()) return refuse("--trace names no file");
+        options.trace = path(parser.value(trace));
+    }
+    options.listenAddress = parser.value(listen).toStdString();
+    return {options, {}, 0};
+}
+
+} // namespace ui

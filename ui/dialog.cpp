@@ -1,0 +1,51 @@
+#include "ui/dialog.h"
+
+#include <QApplication>
+
+namespace ui {
+
+Dialog::Dialog(form::Form& form, Redraw& redraw, QWidget* parent)
+    : QDialog(parent), form_(form), adapters_(redraw) {
+    setObjectName(shown(form.name()));
+    setWindowTitle(shown(form.Caption));
+    setModal(true);
+    form_.onUnload = [this] { done(QDialog::Accepted); };
+    form_.onBeep = [] { QApplication::beep(); };
+}
+
+Dialog::~Dialog() {
+    form_.onUnload = nullptr;
+    form_.onBeep = nullptr;
+}
+
+QDialogButtonBox* Dialog::addButtons(form::Button& accept, const Words& acceptWords, form::Button& cancel,
+                                     const Words& cancelWords) {
+    auto* buttons = new QDialogButtonBox;
+    PushButton* acceptButton = adapters_.button(accept, acceptWords);
+    buttons->addButton(acceptButton, QDialogButtonBox::AcceptRole);
+    buttons->addButton(adapters_.button(cancel, cancelWords), QDialogButtonBox::RejectRole);
+    acceptButton->setDefault(true);
+    cancel_ = &cancel;
+    return buttons;
+}
+
+QDialogButtonBox* Dialog::addCloseButton(form::Button& close, const Words& words) {
+    auto* buttons = new QDialogButtonBox;
+    PushButton* button = adapters_.button(close, words);
+    buttons->addButton(button, QDialogButtonBox::AcceptRole);
+    button->setDefault(true);
+    cancel_ = &close;
+    return buttons;
+}
+
+void Dialog::reject() {
+    // Esc in a text box may have unloaded the form already.
+    if (!isVisible()) return;
+    if (cancel_) {
+        cancel_->Click.fire();
+    } else {
+        form_.unload();
+    }
+}
+
+} // namespace ui

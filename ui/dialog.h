@@ -1,0 +1,33 @@
+#pragma once
+
+#include "form/control.h"
+#include "form/controls.h"
+#include "ui/adapters.h"
+
+#include <QDialog>
+#include <QDialogButtonBox>
+
+namespace ui {
+
+/// The window of a form that is shown modally. It closes when the form is unloaded; what the user closes, by
+/// Esc or at the window's frame, raises the Cancel button's Click.
+class Dialog : public QDialog {
+  public:
+    Dialog(form::Form& form, Redraw& redraw, QWidget* parent);
+    ~Dialog() override;
+
+    Adapters& adapters() { return adapters_; }
+    /// The buttons in the order of the platform; the first is the default one. `cancel` may be the same.
+    QDialogButtonBox* addButtons(form::Button& accept, const Words& acceptWords, form::Button& cancel,
+                                 const Words& cancelWords);
+    QDialogButtonBox* addCloseButton(form::Button& close, const Words& words);
+
+    void reject() override;
+
+  private:
+    form::Form& form_;
+    form::Button* cancel_ = nullptr;
+    Adapters adapters_;
+};
+
+} // namespace ui

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "form/dialogs.h"
+#include "ui/dialog.h"
+
+/// One layout for each dialog.
+namespace ui {
+
+void layOut(Dialog& window, form::FrmInsPosition& form);
+void layOut(Dialog& window, form::FrmGenSet& form);
+void layOut(Dialog& window, form::FrmTunerConn& form);
+void layOut(Dialog& window, form::FrmAbout& form);
+
+} // namespace ui

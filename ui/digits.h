@@ -1,0 +1,46 @@
+#pragma once
+
+#include "ui/caption_label.h"
+
+namespace ui {
+
+/// A number in cells of one width, as large as its place allows: digits do not move when one of them changes.
+class Digits : public CaptionLabel {
+  public:
+    using CaptionLabel::CaptionLabel;
+
+    void setDigitColour(const QColor& colour);
+    /// The height of the digits' font that fits this room, in pixels.
+    static int fontHeight(const QFont& font, const QSize& room);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    QColor colour_;
+};
+
+/// The background of a position: the position (in degrees or in units, whichever is visible) and its unit.
+class Display : public QWidget {
+  public:
+    explicit Display(QWidget* parent = nullptr);
+
+    void setFill(const QColor& colour);
+    /// The numbers lie on top of each other, the unit before them.
+    void place(Digits& position, Digits& angle, CaptionLabel& unit);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+  private:
+    QColor fill_;
+    Digits* position_ = nullptr;
+    Digits* angle_ = nullptr;
+    CaptionLabel* unit_ = nullptr;
+};
+
+} // namespace ui

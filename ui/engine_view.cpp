@@ -1,0 +1,245 @@
+#include "ui/engine_view.h"
+
+#include <QShortcut>
+
+namespace ui {
+
+namespace {
+
+constexpr double kNameSize = 1.5;
+constexpr double kUseSize = 1.2;
+constexpr double kUnitSize = 1.5;
+constexpr double kStopSize = 2.0;
+constexpr double kJogSize = 1.7;
+constexpr const char* kSpace = "Space";
+constexpr const char* kOpenKey = "Enter";
+
+} // namespace
+
+EngineControls engineA(form::Form1& f) {
+    return {false,
+            f.lblEngineA,
+            f.lblUsoA,
+            {&f.out1, &f.out2, &f.out3, &f.out4},
+            f.shpDisplayA,
+            f.Label2,
+            f.lblAzimut,
+            f.lblUnitA,
+            f.cmdInd,
+            f.cmdIndMan,
+            f.cmdAlt,
+            f.cmdAvMan,
+            f.cmdAv,
+            f.cmdBassa,
+            f.cmdAlta,
+            f.chkHalfStep,
+            f.cmdResetA,
+            {f.lblMemAltaA, f.txtAltaVelA},
+            {f.lblBassaA, f.txtBassaVelA},
+            {f.lblMemSteps, f.txtSteps},
+            {f.lblMMGiro, f.txtMMGiro},
+            "F4",
+            "F5",
+            "F6"};
+}
+
+EngineControls engineB(form::Form1& f) {
+    return {true,
+            f.lblEngineB,
+            f.lblUsoB,
+            {&f.out1B, &f.out2B, &f.out3B, &f.out4B},
+            f.shpDisplayB,
+            f.Label8,
+            f.lblElev,
+            f.lblUnitB,
+            f.cmdIndB,
+            f.cmdBIndMan,
+            f.cmdAltB,
+            f.cmdBAvMan,
+            f.cmdAvB,
+            f.cmdBassaB,
+            f.cmdAltaB,
+            f.chkHalfStepB,
+            f.cmdResetB,
+            {f.lblMemAltaB, f.txtAltaVelB},
+            {f.lblBassaB, f.txtBassaVelB},
+            {f.lblMemStepsB, f.txtStepsB},
+            {f.lblMMGiroB, f.txtMMGiroB},
+            "F8",
+            "F9",
+            "F7"};
+}
+
+EngineView::EngineView(const EngineControls& engine, Adapters& adapters)
+    : Card({}, {}), engine_(engine), adapters_(adapters) {
+    layOutHeader();
+    layOutDisplay();
+    layOutMotion();
+    layOutSpeeds();
+    layOutParameters();
+    for (form::Control* control : std::initializer_list<form::Control*>{
+             &engine_.name, &engine_.use, &engine_.display, &engine_.position, &engine_.angle, &engine_.unit,
+             &engine_.runBackward, &engine_.jogBackward, &engine_.stop, &engine_.jogForward,
+             &engine_.runForward, &engine_.slow, &engine_.fast, &engine_.stepMode, &engine_.reset}) {
+        named_.push_back(control);
+    }
+    named_.insert(named_.end(), engine_.lamps.begin(), engine_.lamps.end());
+    for (const auto* parameter : {&engine_.fastSpeed, &engine_.slowSpeed, &engine_.steps, &engine_.units}) {
+        named_.push_back(&parameter->label);
+        named_.push_back(&parameter->box);
+    }
+    adapters_.of(engine_.name).onDrawn = [this] { nameEverything(); };
+}
+
+void EngineView::nameEverything() {
+    const QString name = shown(engine_.name.Caption);
+    setAccessibleName(name);
+    for (const form::Control* control : named_) {
+        adapters_.of(*control).nameEngine(name);
+    }
+}
+
+PushButton* EngineView::withKey(PushButton* button, const char* key) {
+    auto* shortcut = new QShortcut(QKeySequence(QLatin1String(key)), button);
+    shortcut->setAutoRepeat(false);
+    QObject::connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
+    return button;
+}
+
+void EngineView::layOutHeader() {
+    QHBoxLayout* header = row(engine_.mirrored);
+    CaptionLabel* name = adapters_.label(engine_.name, {"%1", "The engine of this panel."},
+                                         "Engine 1|Engine 2|Elevation|Azimuth");
+    name->setFont(scaledFont(name->font(), kNameSize, QFont::DemiBold));
+    name->setAlignment((engine_.mirrored ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    header->addWidget(name);
+    header->addStretch(1);
+
+    const Words useWords{"What drives %1", "What drives %1 now: the memory in use, or Manual after a jog."};
+    CaptionLabel* use = adapters_.label(engine_.use, useWords, "Manual|000.00|MMMMMM");
+    use->setFont(scaledFont(use->font(), kUseSize, QFont::DemiBold));
+    use->setTone(CaptionLabel::Tone::Accent);
+    use->setAlignment((engine_.mirrored ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
+    QSizePolicy keepsPlace = use->sizePolicy();
+    keepsPlace.setRetainSizeWhenHidden(true);
+    use->setSizePolicy(keepsPlace);
+    header->addWidget(use);
+
+    QHBoxLayout* lamps = row();
+    lamps->setSpacing(0);
+    int phase = 1;
+    for (form::Shape* lamp : engine_.lamps) {
+        const QString number = QString::number(phase++);
+        const QString tip = "Glows while phase " + number + " drives the coils of ";
+        lamps->addWidget(adapters_.lamp(*lamp, {"Lamp " + number + " of %1", tip + "%1."}));
+    }
+    header->addLayout(lamps);
+    body().addLayout(header);
+}
+
+void EngineView::layOutDisplay() {
+    auto* display = new Display;
+    adapters_.display(engine_.display, *display, {"Display of %1", "Where %1 stands."});
+    const Words words{"Position of %1",
+                      "Where %1 stands. Double-click it to declare another value: no engine moves.",
+                      kOpenKey};
+    Digits* position = adapters_.digits(engine_.position, words);
+    Digits* angle = adapters_.digits(engine_.angle, words);
+    CaptionLabel* unit =
+        adapters_.label(engine_.unit, {"Unit of %1", "The unit of the position of %1."}, "mm:|dots:|deg:");
+    unit->setFont(scaledFont(unit->font(), kUnitSize));
+    display->place(*position, *angle, *unit);
+    body().addWidget(display, 3);
+}
+
+void EngineView::layOutMotion() {
+    QHBoxLayout* motion = row();
+    const QString hold = "hold Space";
+    PushButton* jogBackward = adapters_.button(
+        engine_.jogBackward, {"Jog %1 backward", "Runs %1 backward while it is held.", hold});
+    PushButton* runBackward = adapters_.button(
+        engine_.runBackward, {"Run %1 backward", "Runs %1 backward until it is stopped.", kSpace});
+    PushButton* stop = withKey(adapters_.button(engine_.stop,
+                                                {"Stop %1", "Stops %1 at once.",
+                                                 QString(engine_.stopKey) + "; Esc stops both engines"},
+                                                {}, PushButton::Kind::Stop),
+                               engine_.stopKey);
+    PushButton* runForward = adapters_.button(
+        engine_.runForward, {"Run %1 forward", "Runs %1 forward until it is stopped.", kSpace});
+    PushButton* jogForward =
+        adapters_.button(engine_.jogForward, {"Jog %1 forward", "Runs %1 forward while it is held.", hold});
+    stop->setFont(scaledFont(stop->font(), kStopSize, QFont::Bold));
+    for (PushButton* jog : {jogBackward, jogForward}) {
+        jog->setFont(scaledFont(jog->font(), kJogSize, QFont::DemiBold));
+    }
+    for (PushButton* button : {jogBackward, runBackward, stop, runForward, jogForward}) {
+        button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+        motion->addWidget(button, button == stop ? 4 : button == jogBackward || button == jogForward ? 2 : 1);
+    }
+    body().addLayout(motion, 2);
+}
+
+void EngineView::layOutSpeeds() {
+    QHBoxLayout* speeds = row(engine_.mirrored);
+    QHBoxLayout* pair = row();
+    pair->addWidget(
+        withKey(adapters_.button(engine_.slow,
+                                 {"Slow speed of %1", "%1 runs at its slow speed.", engine_.slowKey}, "MMMM"),
+                engine_.slowKey));
+    pair->addWidget(
+        withKey(adapters_.button(engine_.fast,
+                                 {"Fast speed of %1", "%1 runs at its fast speed.", engine_.fastKey}, "MMMM"),
+                engine_.fastKey));
+    speeds->addLayout(pair);
+    speeds->addStretch(1);
+    speeds->addWidget(adapters_.checkBox(
+        engine_.stepMode,
+        {"Half steps of %1", "Ticked, %1 makes half steps: finer, and half as fast.", kSpace},
+        "Full Step|Half Step"));
+    speeds->addWidget(adapters_.button(
+        engine_.reset,
+        {"Reset %1", "Declares the position of %1 to be 0 while it stands: no engine moves.", kSpace},
+        "Reset 1|Reset Tn|Reset Ld|Reset Az|Reset El"));
+    body().addLayout(speeds);
+}
+
+void EngineView::layOutParameters() {
+    QHBoxLayout* all = row(engine_.mirrored);
+    all->addLayout(
+        parameter(engine_.slowSpeed, {"Slow speed of %1", "Slow speed of %1 in steps per second."}, "slow"));
+    all->addStretch(1);
+    all->addLayout(
+        parameter(engine_.fastSpeed, {"Fast speed of %1", "Fast speed of %1 in steps per second."}, "fast"));
+    all->addStretch(1);
+    all->addLayout(parameter(engine_.steps,
+                             {"Steps of %1", "Full steps that the motor of %1 makes in one revolution."},
+                             "steps/r"));
+    all->addStretch(1);
+    all->addLayout(parameter(engine_.units,
+                             {"Units of %1", "How far %1 moves in one revolution, in units of its position."},
+                             "mm/r|dots/r|deg/r|units/r"));
+    body().addLayout(all);
+}
+
+QLayout* EngineView::parameter(const EngineControls::Parameter& parameter, const Words& words,
+                               const QString& captions) {
+    Words labelWords = words;
+    labelWords.tip += " Double-click to change it, again to confirm.";
+    labelWords.key = kOpenKey;
+    CaptionLabel* label = adapters_.activeLabel(parameter.label, labelWords, captions);
+    label->setTone(CaptionLabel::Tone::Quiet);
+    Words boxWords = words;
+    boxWords.name += ", entry";
+    boxWords.tip += " Double-click to change it.";
+    boxWords.key = "Enter confirms";
+    LineEdit* box = adapters_.textBox(parameter.box, boxWords, "00000");
+    box->setQuiet(true);
+    box->onOpen = [&parameter = parameter.label] { parameter.DblClick.fire(); };
+    QHBoxLayout* pair = row();
+    pair->setSpacing(0);
+    pair->addWidget(label);
+    pair->addWidget(box);
+    return pair;
+}
+
+} // namespace ui

@@ -1,0 +1,89 @@
+#include "ui/card.h"
+#include "ui/dialogs.h"
+
+#include <QGridLayout>
+
+namespace ui {
+
+namespace {
+
+Card* keys(form::FrmGenSet& form, Adapters& adapters) {
+    auto* card = new Card("Keyboard Commands:", "The letters that are to jog the engines, a to z.");
+    card->body().addWidget(groupTitle(card->accessibleName(), card->toolTip()));
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(2 * kGrid);
+    grid->setVerticalSpacing(kGrid);
+    for (int column = 1; column <= 2; ++column) {
+        grid->setColumnMinimumWidth(column, widest(card->fontMetrics(), "counter-clockwise") + kGrid);
+    }
+    grid->addWidget(fixedText("counter-clockwise"), 0, 1);
+    grid->addWidget(fixedText("clockwise"), 0, 2);
+    struct Line {
+        const char* name;
+        form::TextBox& counterClockwise;
+        form::TextBox& clockwise;
+    };
+    const Line lines[] = {{"Stepper 1 (Tune - Azimut):", form.txtCCW1, form.txtCW1},
+                          {"Stepper 2 (Load - Elev.):", form.txtCCW2, form.txtCW2}};
+    int at = 1;
+    for (const Line& line : lines) {
+        const QString name = line.name;
+        grid->addWidget(new CaptionLabel(name), at, 0);
+        grid->addWidget(adapters.textBox(line.counterClockwise,
+                                         {name + " counter-clockwise",
+                                          "The letter that turns this stepper counter-clockwise.", "a to z"},
+                                         "WWW"),
+                        at, 1);
+        grid->addWidget(
+            adapters.textBox(line.clockwise,
+                             {name + " clockwise", "The letter that turns this stepper clockwise.", "a to z"},
+                             "WWW"),
+            at, 2);
+        ++at;
+    }
+    card->body().addLayout(grid);
+    return card;
+}
+
+Card* colours(form::FrmGenSet& form, Adapters& adapters) {
+    auto* card = new Card("Change Display Color", "The colours of the positions in the main window.");
+    QHBoxLayout* line = row();
+    line->addWidget(groupTitle(card->accessibleName(), card->toolTip()));
+    line->addStretch(1);
+    line->addWidget(adapters.comboBox(
+        form.cmbColor, {"Change display color", "Choose what is to change; the main window shows it at once.",
+                        "Up and Down, then Enter"}));
+    card->body().addLayout(line);
+    return card;
+}
+
+Card* habits(form::FrmGenSet& form, Adapters& adapters) {
+    auto* card = new Card("Start and exit", "What is kept from one run to the next, and what is heard.");
+    card->body().addWidget(groupTitle(card->accessibleName(), card->toolTip()));
+    card->body().addWidget(adapters.checkBox(
+        form.chkSalvaM, {"Save positions on exit", "Keeps both positions when the program ends.", "Alt+X"}));
+    card->body().addWidget(
+        adapters.checkBox(form.chkCaricaInAvvio,
+                          {"Load positions on start", "Starts with the positions that were kept.", "Alt+L"}));
+    card->body().addWidget(adapters.checkBox(
+        form.chkAlarmOnOff,
+        {"Audio alarm", "A sound announces that the radio has changed its band.", "Alt+A"}));
+    return card;
+}
+
+} // namespace
+
+void layOut(Dialog& window, form::FrmGenSet& form) {
+    Adapters& adapters = window.adapters();
+    auto* all = new QVBoxLayout(&window);
+    all->setContentsMargins(2 * kGrid, 2 * kGrid, 2 * kGrid, 2 * kGrid);
+    all->setSpacing(kGrid + kGrid / 2);
+    all->addWidget(keys(form, adapters));
+    all->addWidget(colours(form, adapters));
+    all->addWidget(habits(form, adapters));
+    all->addWidget(window.addButtons(form.cmdSalvaGenSet, {"Save", "Keeps these settings.", "Enter"},
+                                     form.cmdExitGen, {"Cancel", "Leaves everything as it was.", "Esc"}));
+    all->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+} // namespace ui

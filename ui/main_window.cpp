@@ -1,0 +1,187 @@
+#include "ui/main_window.h"
+
+#include "runtime/errors.h"
+#include "ui/card.h"
+#include "ui/dialogs.h"
+#include "ui/engine_view.h"
+#include "ui/memory_view.h"
+#include "ui/menus.h"
+#include "ui/outputs_view.h"
+#include "ui/radio_view.h"
+#include "ui/rotor_view.h"
+#include "ui/zoom.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QMenuBar>
+#include <QScreen>
+#include <QShortcut>
+#include <QStatusBar>
+
+namespace ui {
+
+namespace {
+
+constexpr QSize kSmallest(1280, 720);
+constexpr int kEnginesStretch = 5, kZonesStretch = 4;
+
+} // namespace
+
+MainWindow::MainWindow(form::Form1& form, form::Boxes& boxes) : form_(form), boxes_(boxes) {
+    setObjectName(shown(form.name()));
+    setWindowTitle(shown(form.Caption));
+    layOutMenus(*this, form_, adapters_);
+    layOutStatusBar(*this, form_, adapters_);
+    layOutContent();
+    orderFocus();
+
+    auto* stop = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    stop->setAutoRepeat(false);
+    connect(stop, &QShortcut::activated, this, [this] { stopBoth(); });
+
+    form_.onBeep = [] { QApplication::beep(); };
+    boxes_.modalWindow = [this](form::Form& dialog) { showModal(dialog); };
+    redraw_.drawAll();
+    setMinimumSize(kSmallest);
+    const QSize wanted = centralWidget()->sizeHint() + barsSize();
+    resize(wanted.boundedTo(screen()->availableSize()).expandedTo(kSmallest));
+}
+
+MainWindow::~MainWindow() {
+    hide(); // a jog button that is held lets go while there is somebody to tell
+    boxes_.modalWindow = nullptr;
+    form_.onBeep = nullptr;
+}
+
+void MainWindow::layOutContent() {
+    engineA_ = new EngineView(engineA(form_), adapters_);
+    engineB_ = new EngineView(engineB(form_), adapters_);
+    memories_ = new MemoryView(form_, adapters_);
+    auto* feeds = new QWidget;
+    auto* oneOfTwo = new QVBoxLayout(feeds);
+    oneOfTwo->setContentsMargins(0, 0, 0, 0);
+    oneOfTwo->addWidget(new RadioView(form_, adapters_));
+    oneOfTwo->addWidget(new RotorView(form_, adapters_));
+
+    auto* content = new QWidget;
+    auto* grid = new QGridLayout(content);
+    grid->setContentsMargins(kGrid, kGrid, kGrid, kGrid / 2);
+    grid->setSpacing(kGrid);
+    grid->addWidget(engineA_, 0, 0);
+    grid->addWidget(engineB_, 0, 1);
+    grid->addWidget(memories_, 1, 0);
+    grid->addWidget(feeds, 1, 1);
+    grid->addWidget(new OutputsView(form_, adapters_), 2, 0, 1, 2);
+    grid->setRowStretch(0, kEnginesStretch);
+    grid->setRowStretch(1, kZonesStretch);
+    grid->setColumnStretch(0, 1);
+    grid->setColumnStretch(1, 1);
+
+    setCentralWidget(new ZoomArea(content, kSmallest - barsSize()));
+
+    for (const form::Label* name : {&form_.lblEngineA, &form_.lblEngineB}) {
+        Adapter& adapter = adapters_.of(*name);
+        adapter.onDrawn = [this, before = adapter.onDrawn] {
+            before();
+            nameEngines();
+        };
+    }
+}
+
+QSize MainWindow::barsSize() {
+    return {0, menuBar()->sizeHint().height() + statusBar()->sizeHint().height()};
+}
+
+void MainWindow::nameEngines() {
+    memories_->nameEngines(shown(form_.lblEngineA.Caption), shown(form_.lblEngineB.Caption));
+}
+
+void MainWindow::orderFocus() {
+    QWidget* before = nullptr;
+    const auto then = [&](std::initializer_list<const form::Control*> controls) {
+        for (const form::Control* control : controls) {
+            auto* widget = findChild<QWidget*>(shown(control->name()));
+            if (before) setTabOrder(before, widget);
+            before = widget;
+        }
+    };
+    then({&form_.cmdAlt, &form_.cmdIndMan, &form_.cmdInd, &form_.cmdAv, &form_.cmdAvMan, &form_.cmdBassa,
+          &form_.cmdAlta, &form_.chkHalfStep, &form_.cmdResetA, &form_.Label2, &form_.lblAzimut,
+          &form_.lblBassaA, &form_.txtBassaVelA, &form_.lblMemAltaA, &form_.txtAltaVelA, &form_.lblMemSteps,
+          &form_.txtSteps, &form_.lblMMGiro, &form_.txtMMGiro});
+    then({&form_.cmdAltB, &form_.cmdBIndMan, &form_.cmdIndB, &form_.cmdAvB, &form_.cmdBAvMan,
+          &form_.cmdBassaB, &form_.cmdAltaB, &form_.chkHalfStepB, &form_.cmdResetB, &form_.Label8,
+          &form_.lblElev, &form_.lblBassaB, &form_.txtBassaVelB, &form_.lblMemAltaB, &form_.txtAltaVelB,
+          &form_.lblMemStepsB, &form_.txtStepsB, &form_.lblMMGiroB, &form_.txtMMGiroB});
+    for (int n = 1; n <= form::Form1::kMemories; ++n) {
+        then({&form_.Option[n], &form_.lblMem[n]});
+    }
+    then({&form_.cmdAutoMemConn, &form_.chkAutoMemOnOff, &form_.chkBandMode, &form_.chkFastMemory,
+          &form_.HScrMemSpeedCh});
+    then({&form_.HScOffsetA, &form_.HScOffsetB, &form_.HScroll2, &form_.HScroll4, &form_.HScroll6,
+          &form_.HScroll5, &form_.HScroll1, &form_.HScroll3});
+    then({&form_.cmdOff, &form_.chkAutoCmdOff, &form_.hScrCmdOff, &form_.chkUsbOn});
+    findChild<QWidget*>(shown(form_.cmdAlt.name()))->setFocus();
+}
+
+void MainWindow::stopBoth() {
+    form_.cmdAlt.Click.fire();
+    form_.cmdAltB.Click.fire();
+}
+
+bool MainWindow::event(QEvent* event) {
+    if (event->type() == QEvent::WindowBlocked) {
+        // A box takes the input away: no release of a held button will arrive any more.
+        for (PushButton* button : findChildren<PushButton*>()) {
+            button->lose();
+        }
+    }
+    return QMainWindow::event(event);
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::PaletteChange) adapters_.redrawAll();
+    QMainWindow::changeEvent(event);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    if (onCloseRequested) {
+        onCloseRequested();
+    } else {
+        form_.mnuUscita.Click.fire();
+    }
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+    // Esc from a text box, which sees it before the shortcut does.
+    if (event->key() == Qt::Key_Escape) {
+        stopBoth();
+    } else {
+        QMainWindow::keyPressEvent(event);
+    }
+}
+
+void MainWindow::showModal(form::Form& form) {
+    Dialog dialog(form, redraw_, this);
+    if (auto* position = dynamic_cast<form::FrmInsPosition*>(&form)) {
+        layOut(dialog, *position);
+        redraw_.drawAll();
+        dialog.adjustSize();
+        const EngineView& engine = position->atEngineB ? *engineB_ : *engineA_;
+        dialog.move(engine.mapToGlobal(engine.rect().center()) - dialog.rect().center());
+    } else if (auto* settings = dynamic_cast<form::FrmGenSet*>(&form)) {
+        layOut(dialog, *settings);
+    } else if (auto* connections = dynamic_cast<form::FrmTunerConn*>(&form)) {
+        layOut(dialog, *connections);
+    } else if (auto* about = dynamic_cast<form::FrmAbout*>(&form)) {
+        layOut(dialog, *about);
+    } else {
+        throw runtime::ObjectError("There is no window for " + form.name());
+    }
+    redraw_.drawAll();
+    dialog.exec();
+}
+
+} // namespace ui

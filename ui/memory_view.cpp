@@ -1,0 +1,143 @@
+#include "ui/memory_view.h"
+
+#include <QPainter>
+#include <QShortcut>
+
+namespace ui {
+
+namespace {
+
+constexpr double kLabelSize = 1.15;
+constexpr const char* kPositionSamples = "-000.00|Elevation|Engine 2|MMMMMMMM";
+constexpr double kCorner = 6;
+
+CaptionLabel* positionText(const QString& text) {
+    CaptionLabel* label = fixedText(text);
+    label->reserve(kPositionSamples);
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    return label;
+}
+
+QHBoxLayout* columns(QWidget* first, QWidget* number, QWidget* label, QWidget* a, QWidget* b) {
+    QHBoxLayout* layout = row();
+    layout->setContentsMargins(kGrid / 2, 0, kGrid, 0);
+    layout->addWidget(first);
+    layout->addWidget(number);
+    layout->addWidget(label, 1);
+    layout->addWidget(a);
+    layout->addWidget(b);
+    return layout;
+}
+
+} // namespace
+
+/// One memory. The one that is selected lies on the accent colour.
+class MemoryView::Row : public QWidget {
+  public:
+    Row(int number, form::Form1& form, Adapters& adapters);
+
+    OptionDot* dot() const { return dot_; }
+    CaptionLabel* number() const { return number_; }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    void showPositions();
+
+    int n_;
+    form::Form1& form_;
+    OptionDot* dot_;
+    CaptionLabel* number_;
+    CaptionLabel* positionA_;
+    CaptionLabel* positionB_;
+};
+
+MemoryView::Row::Row(int number, form::Form1& form, Adapters& adapters) : n_(number), form_(form) {
+    const QString n = QString::number(number);
+    dot_ = adapters.option(form.Option[number], {"Recall memory " + n, {}, {}});
+    auto* shortcut = new QShortcut(QKeySequence("Ctrl+" + QString::number(number % 10)), dot_);
+    shortcut->setAutoRepeat(false);
+    QObject::connect(shortcut, &QShortcut::activated, dot_, &QRadioButton::click);
+
+    number_ = adapters.activeLabel(
+        form.lblMem[number],
+        {"Store memory " + n, "Double-click to store both positions in memory " + n + ".", "Enter"}, "00");
+    number_->setAlignment(Qt::AlignCenter);
+    CaptionLabel* label = adapters.label(
+        form.lblFr[number],
+        {"Label of memory " + n, "The beginning of the label of memory " + n +
+                                     ": a frequency in MHz, or a band. Automatic recall looks for it."},
+        "00.000");
+    label->setFont(scaledFont(label->font(), kLabelSize, QFont::DemiBold));
+    positionA_ = positionText({});
+    positionB_ = positionText({});
+    positionA_->setObjectName("strMemPosA" + n);
+    positionB_->setObjectName("strMemPosB" + n);
+    setLayout(columns(dot_, number_, label, positionA_, positionB_));
+    // Whenever a memory changes, so does the tool tip of its option.
+    adapters.of(form.Option[number]).onDrawn = [this] { showPositions(); };
+}
+
+void MemoryView::Row::showPositions() {
+    const auto show = [](CaptionLabel& label, const std::string& stored) {
+        label.setText(stored.empty() ? QStringLiteral("–") : shown(stored));
+    };
+    show(*positionA_, form_.strMemPosA(n_));
+    show(*positionB_, form_.strMemPosB(n_));
+    const QString tip = plainTip(shown(form_.Option[n_].ToolTip));
+    positionA_->setToolTip(tip);
+    positionB_->setToolTip(tip);
+    update();
+}
+
+void MemoryView::Row::paintEvent(QPaintEvent* /*event*/) {
+    const QColor accent = palette().color(QPalette::Highlight);
+    const QColor card = cardColour(palette());
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    if (form_.Option[n_].Value) {
+        painter.setBrush(mixed(card, accent, 0.24));
+        painter.drawRoundedRect(QRectF(rect()), kCorner, kCorner);
+    } else if (n_ % 2 == 1) {
+        painter.setBrush(mixed(card, palette().color(QPalette::WindowText), 0.035));
+        painter.drawRoundedRect(QRectF(rect()), kCorner, kCorner);
+    }
+}
+
+MemoryView::MemoryView(form::Form1& form, Adapters& adapters)
+    : Card("Memories", "Ten memories of both positions. Ctrl+1 to Ctrl+0 recall them.") {
+    body().setSpacing(0);
+    engineA_ = positionText({});
+    engineB_ = positionText({});
+    auto* heading = new QWidget;
+    CaptionLabel* title = groupTitle(accessibleName(), toolTip());
+    QHBoxLayout* headings = row();
+    headings->setContentsMargins(0, 0, kGrid, 0);
+    headings->addWidget(title, 1);
+    headings->addWidget(engineA_);
+    headings->addWidget(engineB_);
+    heading->setLayout(headings);
+    body().addWidget(heading);
+    body().addSpacing(kGrid / 2);
+
+    OptionDot* previous = nullptr;
+    std::vector<OptionDot*> dots;
+    for (int n = 1; n <= form::Form1::kMemories; ++n) {
+        auto* line = new Row(n, form, adapters);
+        body().addWidget(line, 1);
+        dots.push_back(line->dot());
+    }
+    for (std::size_t i = 0; i < dots.size(); ++i) {
+        dots[i]->setNeighbours(previous, i + 1 < dots.size() ? dots[i + 1] : nullptr);
+        previous = dots[i];
+    }
+}
+
+void MemoryView::nameEngines(const QString& a, const QString& b) {
+    engineA_->setText(a);
+    engineB_->setText(b);
+}
+
+} // namespace ui

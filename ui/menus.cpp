@@ -1,0 +1,97 @@
+#include "ui/menus.h"
+
+#include "ui/card.h"
+
+#include <QActionGroup>
+#include <QMenuBar>
+#include <QStatusBar>
+
+namespace ui {
+
+namespace {
+
+QMenu* addMenu(QMainWindow& window, const char* title, const char* name) {
+    QMenu* menu = window.menuBar()->addMenu(title);
+    menu->setObjectName(name);
+    menu->setToolTipsVisible(true);
+    return menu;
+}
+
+} // namespace
+
+void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
+    const auto entry = [&](QMenu* menu, form::Menu& control, const char* tip, const QKeySequence& key = {}) {
+        QAction* action = menu->addAction(QString());
+        action->setShortcut(key);
+        adapters.menu(control, *action, tip);
+        return action;
+    };
+
+    QMenu* file = addMenu(window, "&File", "mnuFile");
+    entry(file, form.mnuLoadConfig,
+          "Replaces all settings, positions and memories by those of a stored configuration.",
+          QKeySequence::Open);
+    entry(file, form.mnuSaveConfig, "Stores all settings, positions and memories under a name.",
+          QKeySequence::Save);
+    file->addSeparator();
+    entry(file, form.mnuUscita, "Switches the outputs off, saves and ends the program.",
+          Qt::CTRL | Qt::Key_Q);
+
+    QMenu* function = addMenu(window, "Fu&nction", "mnuFunction");
+    auto* functions = new QActionGroup(&window);
+    functions->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
+    for (QAction* action :
+         {entry(function, form.mnuCoilTuner,
+                "The engines turn the elements of a coil tuner, in millimetres."),
+          entry(function, form.mnuAmpli, "The engines turn the capacitors of a tuner or amplifier, in dots."),
+          entry(function, form.mnuSat,
+                "The engines turn an antenna in azimuth and elevation, in degrees.")}) {
+        action->setCheckable(true);
+        functions->addAction(action);
+    }
+
+    QMenu* settings = addMenu(window, "&Settings", "mnuSettings");
+    entry(settings, form.mnuGenSet, "Keys, colours, sounds, and what is saved and loaded.",
+          Qt::CTRL | Qt::Key_G);
+    entry(settings, form.mnuTunConn, "Which program reports the radio's frequency.", Qt::CTRL | Qt::Key_T);
+
+    QMenu* help = addMenu(window, "&Help", "mnuHelpMenu");
+    entry(help, form.mnuHelp, "Opens the manual in the browser.", QKeySequence(Qt::Key_F1));
+    entry(help, form.mnuMail, "Starts a mail in your mail program.");
+    help->addSeparator();
+    entry(help, form.mnuSplash, "Version and licence.");
+}
+
+void layOutStatusBar(QMainWindow& window, form::Form1& form, Adapters& adapters) {
+    struct PanelWords {
+        const char* tip;
+        const char* samples;
+        int stretch;
+    };
+    static constexpr PanelWords kPanels[form::StatusBar::kPanels] = {
+        {"The function that is on.", "Choose a function", 3},
+        {"Messages.", "Message", 4},
+        {"The program that reports the frequency.", "N1MM Logger", 2},
+        {"The port of the tracking server.", "00000", 1},
+        {"The configuration that was loaded or saved.", "MMMMMMMM", 2},
+        {"Where the outputs go.", "/dev/parport0", 2},
+    };
+    QStatusBar* bar = window.statusBar();
+    bar->setSizeGripEnabled(false);
+    bar->setContentsMargins(kGrid, 0, kGrid, 0);
+    std::vector<CaptionLabel*> panels;
+    for (const PanelWords& words : kPanels) {
+        auto* panel = new CaptionLabel;
+        panel->setObjectName(QString("StatusBar1Panel%1").arg(panels.size() + 1));
+        panel->setToolTip(words.tip);
+        panel->setAccessibleDescription(words.tip);
+        panel->reserve(words.samples);
+        panel->setTone(CaptionLabel::Tone::Quiet);
+        if (!panels.empty()) bar->addPermanentWidget(divider());
+        bar->addPermanentWidget(panel, words.stretch);
+        panels.push_back(panel);
+    }
+    adapters.statusBar(form.StatusBar1, *bar, panels);
+}
+
+} // namespace ui

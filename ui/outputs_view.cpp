@@ -1,0 +1,47 @@
+#include "ui/outputs_view.h"
+
+#include <QShortcut>
+
+namespace ui {
+
+OutputsView::OutputsView(form::Form1& form, Adapters& adapters)
+    : Card("Outputs", "The outputs to the coils of both engines.") {
+    QHBoxLayout* line = row();
+    line->setSpacing(2 * kGrid);
+    line->addWidget(groupTitle(accessibleName(), toolTip()));
+    PushButton* off = adapters.button(
+        form.cmdOff,
+        {"Outputs off", "Switches all coils off, so that they stay cool. Not while an engine runs.", "F12"});
+    auto* shortcut = new QShortcut(QKeySequence(Qt::Key_F12), off);
+    shortcut->setAutoRepeat(false);
+    QObject::connect(shortcut, &QShortcut::activated, off, &QPushButton::click);
+    line->addWidget(off);
+    line->addWidget(divider());
+
+    line->addWidget(adapters.checkBox(
+        form.chkAutoCmdOff,
+        {"Automatic outputs off",
+         "Switches the outputs off when engines and frequency have rested for the time beside it.",
+         "Alt+A"}));
+    const QString tip = "Seconds of rest after which the outputs go off.";
+    QHBoxLayout* time = row();
+    time->addWidget(fixedText("Time Out Off", tip));
+    Slider* seconds = adapters.scrollBar(form.hScrCmdOff, {"Time out", tip, "Left and Right"});
+    seconds->setMinimumWidth(14 * kGrid);
+    time->addWidget(seconds, 1);
+    CaptionLabel* value = adapters.label(form.lblAutoCmdOff, {"Time out, value", tip}, "00");
+    value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    time->addWidget(value);
+    time->addWidget(fixedText("Sec.", tip));
+    line->addLayout(time, 2);
+    line->addWidget(divider());
+
+    line->addWidget(adapters.checkBox(
+        form.chkUsbOn, {"USB board", "Ticked, the coils are driven through the USB board too.", "Space"},
+        "USB Off|USB On"));
+    line->addWidget(adapters.label(form.lblUsb, {"State of the USB board", "State of the USB board."},
+                                   "USB Card 0 disconnected"));
+    body().addLayout(line);
+}
+
+} // namespace ui

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "form/form1.h"
+#include "ui/adapters.h"
+#include "ui/card.h"
+
+namespace ui {
+
+/// What feeds the program in Satellite Rotor: received azimuth and elevation, offsets and thresholds.
+class RotorView : public Card {
+  public:
+    RotorView(form::Form1& form, Adapters& adapters);
+};
+
+} // namespace ui

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QSlider>
+
+namespace ui {
+
+/// A slider that the mouse wheel moves only while it has the focus: a wheel that scrolls the window must not
+/// change a setting on its way.
+class Slider : public QSlider {
+  public:
+    explicit Slider(QWidget* parent = nullptr) : QSlider(Qt::Horizontal, parent) {
+        setFocusPolicy(Qt::StrongFocus);
+    }
+
+  protected:
+    void wheelEvent(QWheelEvent* event) override;
+};
+
+} // namespace ui

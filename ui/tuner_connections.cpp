@@ -1,0 +1,115 @@
+#include "ui/card.h"
+#include "ui/dialogs.h"
+#include "ui/radio_view.h"
+
+#include <QGridLayout>
+
+namespace ui {
+
+namespace {
+
+constexpr double kDataSize = 1.8;
+constexpr int kOptionColumn = 0, kOnColumn = 1, kOffColumn = 2, kStateColumn = 3;
+
+void addTest(QGridLayout& grid, int at, Adapters& adapters, const QString& program, form::Button& on,
+             form::Button& off, form::Label& state) {
+    grid.addWidget(adapters.button(on, {"Try " + program, "Connects to " + program + " for a try.", "Space"}),
+                   at, kOnColumn);
+    grid.addWidget(adapters.button(off, {"End the try of " + program, "Ends the try.", "Space"}), at,
+                   kOffColumn);
+    CaptionLabel* label = adapters.label(
+        state, {"State of the try with " + program, "Whether " + program + " answers."}, "MConn.M|MDisc.M");
+    label->setAlignment(Qt::AlignCenter);
+    grid.addWidget(label, at, kStateColumn);
+}
+
+Card* programs(form::FrmTunerConn& form, Adapters& adapters) {
+    auto* card =
+        new Card("Frequency from", "The program that reports the radio's frequency, and a try of it.");
+    card->body().addWidget(groupTitle(card->accessibleName(), card->toolTip()));
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(kGrid);
+    grid->setVerticalSpacing(kGrid);
+    grid->setColumnStretch(kOptionColumn, 1);
+
+    struct Choice {
+        form::OptionButton& option;
+        const char* program;
+        const char* key;
+    };
+    const Choice choices[] = {{form.optHamDeluxe, "Ham Radio Deluxe", "Alt+H"},
+                              {form.optLog32, "Logger32", "Alt+L"},
+                              {form.optN1MM, "N1MM Logger", "Alt+N"}};
+    std::array<OptionDot*, 3> dots{};
+    for (int i = 0; i < 3; ++i) {
+        const Choice& choice = choices[i];
+        const QString program = choice.program;
+        dots.at(static_cast<std::size_t>(i)) =
+            adapters.option(choice.option, {program, program + " reports the frequency.", choice.key});
+        grid->addWidget(dots.at(static_cast<std::size_t>(i)), i, kOptionColumn);
+        if (i == 0) addTest(*grid, i, adapters, program, form.cmdOn, form.cmdOff, form.lblConn);
+        if (i == 1)
+            addTest(*grid, i, adapters, program, form.cmdOnLog32, form.cmdOffLog32, form.lblConnLog32);
+    }
+    dots[0]->setNeighbours(nullptr, dots[1]);
+    dots[1]->setNeighbours(dots[0], dots[2]);
+    dots[2]->setNeighbours(dots[1], nullptr);
+
+    const int chosen = form.optN1MM.Value ? 2 : form.optLog32.Value ? 1 : 0;
+    dots.at(static_cast<std::size_t>(chosen))->setFocus();
+
+    LineEdit* port =
+        adapters.textBox(form.txtN1mmPortNumb,
+                         {"Port of N1MM Logger", "The UDP port of N1MM Logger.", "Alt+C takes it"}, "000000");
+    grid->addWidget(port, 2, kOnColumn);
+    grid->addWidget(adapters.button(form.Command1,
+                                    {"Change the port", "Listens at the port typed in.", "Alt+C"}, "Change"),
+                    2, kOffColumn);
+    CaptionLabel* listening =
+        adapters.label(form.lblListening, {"Listening", "The program listens at this port."}, "Listening");
+    listening->setTone(CaptionLabel::Tone::Quiet);
+    listening->setAlignment(Qt::AlignCenter);
+    grid->addWidget(listening, 2, kStateColumn);
+    CaptionLabel* error =
+        adapters.label(form.lblPortError, {"What is wrong with the port", "What is wrong with the port."},
+                       "Insert a port from 1 to 32767.");
+    grid->addWidget(error, 3, kOptionColumn, 1, kStateColumn + 1);
+    card->body().addLayout(grid);
+    return card;
+}
+
+Card* received(form::FrmTunerConn& form, Adapters& adapters) {
+    auto* card = new Card("Received", "What the program that is tried reports.");
+    QHBoxLayout* line = row();
+    line->addWidget(groupTitle(card->accessibleName(), card->toolTip()));
+    const auto data = [&](form::Label& control, const char* program) {
+        CaptionLabel* label = adapters.label(
+            control,
+            {QString("Received from %1").arg(program), QString("The frequency from %1.").arg(program)},
+            "144.200.000 MHz");
+        label->setFont(scaledFont(label->font(), kDataSize, QFont::DemiBold));
+        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        return label;
+    };
+    line->addWidget(pile({data(form.lblDDE, "Ham Radio Deluxe"), data(form.lblLog32Data, "Logger32"),
+                          data(form.lblN1mmData, "N1MM Logger")}),
+                    1);
+    card->body().addLayout(line);
+    return card;
+}
+
+} // namespace
+
+void layOut(Dialog& window, form::FrmTunerConn& form) {
+    Adapters& adapters = window.adapters();
+    auto* all = new QVBoxLayout(&window);
+    all->setContentsMargins(2 * kGrid, 2 * kGrid, 2 * kGrid, 2 * kGrid);
+    all->setSpacing(kGrid + kGrid / 2);
+    all->addWidget(programs(form, adapters));
+    all->addWidget(received(form, adapters));
+    all->addWidget(window.addButtons(form.cmdSaveTConf, {"Save", "Keeps program and port.", "Enter"},
+                                     form.cmdExitTConf, {"Cancel", "Leaves everything as it was.", "Esc"}));
+    all->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+} // namespace ui
