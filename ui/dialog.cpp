@@ -24,7 +24,7 @@ QDialogButtonBox* Dialog::addButtons(form::Button& accept, const Words& acceptWo
     PushButton* acceptButton = adapters_.button(accept, acceptWords);
     buttons->addButton(acceptButton, QDialogButtonBox::AcceptRole);
     buttons->addButton(adapters_.button(cancel, cancelWords), QDialogButtonBox::RejectRole);
-    acceptButton->setDefault(true);
+    default_ = acceptButton;
     cancel_ = &cancel;
     return buttons;
 }
@@ -33,9 +33,15 @@ QDialogButtonBox* Dialog::addCloseButton(form::Button& close, const Words& words
     auto* buttons = new QDialogButtonBox;
     PushButton* button = adapters_.button(close, words);
     buttons->addButton(button, QDialogButtonBox::AcceptRole);
-    button->setDefault(true);
+    default_ = button;
     cancel_ = &close;
     return buttons;
+}
+
+void Dialog::showEvent(QShowEvent* event) {
+    // Only a button that is in its dialog can become the default one.
+    if (default_) default_->setDefault(true);
+    QDialog::showEvent(event);
 }
 
 void Dialog::reject() {

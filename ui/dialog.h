@@ -17,16 +17,20 @@ class Dialog : public QDialog {
     ~Dialog() override;
 
     Adapters& adapters() { return adapters_; }
-    /// The buttons in the order of the platform; the first is the default one. `cancel` may be the same.
+    /// The buttons in the order of the platform; the first is the default one.
     QDialogButtonBox* addButtons(form::Button& accept, const Words& acceptWords, form::Button& cancel,
                                  const Words& cancelWords);
     QDialogButtonBox* addCloseButton(form::Button& close, const Words& words);
 
     void reject() override;
 
+  protected:
+    void showEvent(QShowEvent* event) override;
+
   private:
     form::Form& form_;
     form::Button* cancel_ = nullptr;
+    PushButton* default_ = nullptr;
     Adapters adapters_;
 };
 

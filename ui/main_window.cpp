@@ -24,6 +24,12 @@ namespace ui {
 namespace {
 
 constexpr QSize kSmallest(1280, 720);
+/// Where the "New Value" dialog stands from the window's corner, given in twips, of which 15 make a pixel.
+QPoint newValuePlace(bool engineB) {
+    constexpr int kTwipsPerPixel = 15;
+    return QPoint(engineB ? 8800 : 3500, 1500) / kTwipsPerPixel;
+}
+
 constexpr int kEnginesStretch = 5, kZonesStretch = 4;
 
 } // namespace
@@ -55,8 +61,6 @@ MainWindow::~MainWindow() {
 }
 
 void MainWindow::layOutContent() {
-    engineA_ = new EngineView(engineA(form_), adapters_);
-    engineB_ = new EngineView(engineB(form_), adapters_);
     memories_ = new MemoryView(form_, adapters_);
     auto* feeds = new QWidget;
     auto* oneOfTwo = new QVBoxLayout(feeds);
@@ -68,8 +72,8 @@ void MainWindow::layOutContent() {
     auto* grid = new QGridLayout(content);
     grid->setContentsMargins(kGrid, kGrid, kGrid, kGrid / 2);
     grid->setSpacing(kGrid);
-    grid->addWidget(engineA_, 0, 0);
-    grid->addWidget(engineB_, 0, 1);
+    grid->addWidget(new EngineView(engineA(form_), adapters_), 0, 0);
+    grid->addWidget(new EngineView(engineB(form_), adapters_), 0, 1);
     grid->addWidget(memories_, 1, 0);
     grid->addWidget(feeds, 1, 1);
     grid->addWidget(new OutputsView(form_, adapters_), 2, 0, 1, 2);
@@ -133,8 +137,9 @@ void MainWindow::stopBoth() {
 bool MainWindow::event(QEvent* event) {
     if (event->type() == QEvent::WindowBlocked) {
         // A box takes the input away: no release of a held button will arrive any more.
-        for (PushButton* button : findChildren<PushButton*>()) {
-            button->lose();
+        // The box is a child too, with buttons that are not ours.
+        for (QPushButton* button : findChildren<QPushButton*>()) {
+            if (auto* ours = dynamic_cast<PushButton*>(button)) ours->lose();
         }
     }
     return QMainWindow::event(event);
@@ -167,10 +172,7 @@ void MainWindow::showModal(form::Form& form) {
     Dialog dialog(form, redraw_, this);
     if (auto* position = dynamic_cast<form::FrmInsPosition*>(&form)) {
         layOut(dialog, *position);
-        redraw_.drawAll();
-        dialog.adjustSize();
-        const EngineView& engine = position->atEngineB ? *engineB_ : *engineA_;
-        dialog.move(engine.mapToGlobal(engine.rect().center()) - dialog.rect().center());
+        dialog.move(frameGeometry().topLeft() + newValuePlace(position->atEngineB));
     } else if (auto* settings = dynamic_cast<form::FrmGenSet*>(&form)) {
         layOut(dialog, *settings);
     } else if (auto* connections = dynamic_cast<form::FrmTunerConn*>(&form)) {

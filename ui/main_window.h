@@ -42,8 +42,6 @@ class MainWindow : public QMainWindow {
     form::Boxes& boxes_;
     Redraw redraw_;
     Adapters adapters_{redraw_};
-    EngineView* engineA_ = nullptr;
-    EngineView* engineB_ = nullptr;
     MemoryView* memories_ = nullptr;
 };
 

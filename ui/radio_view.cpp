@@ -9,7 +9,7 @@ namespace ui {
 namespace {
 
 constexpr double kFrequencySize = 2.6;
-constexpr double kConnectSize = 1.5;
+constexpr double kConnectSize = 1.8;
 constexpr double kStateSize = 1.15;
 
 } // namespace
@@ -59,9 +59,9 @@ void RadioView::layOutFrequency(form::Form1& form, Adapters& adapters) {
         {"Connect the radio",
          "Connects or disconnects the program that reports the frequency (0: not connected, I: connected).",
          "F10"},
-        "MMM");
+        "MMMM");
     connect->setFont(scaledFont(connect->font(), kConnectSize, QFont::Bold));
-    connect->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    connect->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     CaptionLabel* state = adapters.label(
         form.lblAutoMemConn,
         {"State of the connection", "State of the connection to the frequency's program."}, "Disconnected");
