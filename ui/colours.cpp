@@ -18,9 +18,9 @@ double luminance(const QColor& colour) {
 } // namespace
 
 QColor screenColour(form::Colour colour, const QPalette& palette) {
-    if (colour == form::kWindowBackground) return palette.color(QPalette::Base);
+    if (colour == form::kWindowBackground) return palette.color(QPalette::Active, QPalette::Base);
     if (colour == form::kButtonFace) return palette.color(QPalette::Button);
-    if (namesPaletteColour(colour)) return palette.color(QPalette::WindowText);
+    if (namesPaletteColour(colour)) return palette.color(QPalette::Active, QPalette::WindowText);
     return QColor(static_cast<int>(colour & 0xFFU), static_cast<int>((colour >> 8U) & 0xFFU),
                   static_cast<int>((colour >> 16U) & 0xFFU));
 }
@@ -40,18 +40,21 @@ QColor mixed(const QColor& base, const QColor& other, double share) {
 }
 
 QColor cardColour(const QPalette& palette) {
-    const QColor window = palette.color(QPalette::Window);
+    const QColor window = palette.color(QPalette::Active, QPalette::Window);
     const bool dark = readableOn(window) == QColor(Qt::white);
     // A dark palette's base lies below its window; a card should lie above it.
-    return dark ? mixed(window, palette.color(QPalette::WindowText), 0.05) : palette.color(QPalette::Base);
+    return dark ? mixed(window, palette.color(QPalette::Active, QPalette::WindowText), 0.05)
+                : palette.color(QPalette::Active, QPalette::Base);
 }
 
 QColor hairline(const QPalette& palette) {
-    return mixed(palette.color(QPalette::Window), palette.color(QPalette::WindowText), 0.16);
+    return mixed(palette.color(QPalette::Active, QPalette::Window),
+                 palette.color(QPalette::Active, QPalette::WindowText), 0.16);
 }
 
 QColor quietText(const QPalette& palette) {
-    return mixed(palette.color(QPalette::WindowText), palette.color(QPalette::Window), 0.36);
+    return mixed(palette.color(QPalette::Active, QPalette::WindowText),
+                 palette.color(QPalette::Active, QPalette::Window), 0.36);
 }
 
 } // namespace ui

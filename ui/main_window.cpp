@@ -82,6 +82,7 @@ void MainWindow::layOutContent() {
     grid->setColumnStretch(0, 1);
     grid->setColumnStretch(1, 1);
 
+    redraw_.drawAll(); // what is hidden must not count for the size
     setCentralWidget(new ZoomArea(content, kSmallest - barsSize()));
 
     for (const form::Label* name : {&form_.lblEngineA, &form_.lblEngineB}) {

@@ -51,7 +51,7 @@ QSize PushButton::minimumSizeHint() const {
 }
 
 QColor PushButton::face() const {
-    const QColor ink = palette().color(QPalette::WindowText), paper = cardColour(palette());
+    const QColor ink = palette().color(QPalette::Active, QPalette::WindowText), paper = cardColour(palette());
     QColor face = kind_ == Kind::Stop ? mixed(ink, paper, 0.08) : mixed(paper, ink, 0.07);
     if (background_) face = *background_;
     if (!isEnabled()) return mixed(paper, face, 0.5);
@@ -63,7 +63,7 @@ void PushButton::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QColor fill = face();
-    const QColor accent = palette().color(QPalette::Highlight);
+    const QColor accent = palette().color(QPalette::Active, QPalette::Highlight);
     const QRectF edge = QRectF(rect()).adjusted(1, 1, -1, -1);
     painter.setPen(hasFocus()    ? QPen(accent, 2)
                    : isDefault() ? QPen(accent, 1)
@@ -72,7 +72,7 @@ void PushButton::paintEvent(QPaintEvent* /*event*/) {
     painter.drawRoundedRect(edge, kCorner, kCorner);
 
     QColor ink = readableOn(fill);
-    if (!background_ && kind_ == Kind::Normal) ink = palette().color(QPalette::WindowText);
+    if (!background_ && kind_ == Kind::Normal) ink = palette().color(QPalette::Active, QPalette::WindowText);
     if (!isEnabled()) ink = mixed(fill, ink, 0.45);
     painter.setPen(ink);
     if (background_) {

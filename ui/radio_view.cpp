@@ -59,7 +59,7 @@ void RadioView::layOutFrequency(form::Form1& form, Adapters& adapters) {
         {"Connect the radio",
          "Connects or disconnects the program that reports the frequency (0: not connected, I: connected).",
          "F10"},
-        "MMMM");
+        "MMM");
     connect->setFont(scaledFont(connect->font(), kConnectSize, QFont::Bold));
     connect->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     CaptionLabel* state = adapters.label(
@@ -120,6 +120,9 @@ void RadioView::layOutRecall(form::Form1& form, Adapters& adapters) {
     slow->addWidget(value);
     grid->addLayout(slow, 2, 0, 1, 5);
     grid->setColumnStretch(2, 1);
+    for (int line = 0; line < 3; ++line) {
+        grid->setRowStretch(line, 1);
+    }
     body().addLayout(grid, 3);
 }
 

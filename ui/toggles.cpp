@@ -34,13 +34,13 @@ QRectF markPlace(const QAbstractButton& toggle) {
 /// The mark's edge and ground. What is on has the accent colour.
 void prepareMark(QPainter& painter, const QAbstractButton& toggle) {
     const QPalette& palette = toggle.palette();
-    const QColor card = cardColour(palette), ink = palette.color(QPalette::WindowText);
-    const QColor accent = palette.color(QPalette::Highlight);
+    const QColor card = cardColour(palette), ink = palette.color(QPalette::Active, QPalette::WindowText);
+    const QColor accent = palette.color(QPalette::Active, QPalette::Highlight);
     QColor ground = toggle.isChecked() ? accent : mixed(card, ink, toggle.underMouse() ? 0.12 : 0.05);
     QColor edge = toggle.isChecked() || toggle.hasFocus() ? accent : mixed(card, ink, 0.5);
     if (!toggle.isEnabled()) {
         ground = mixed(card, toggle.isChecked() ? ink : card, 0.3);
-        edge = mixed(card, ink, 0.2);
+        edge = mixed(card, ink, 0.26);
     }
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(edge, toggle.hasFocus() ? 2 : 1));
@@ -48,14 +48,14 @@ void prepareMark(QPainter& painter, const QAbstractButton& toggle) {
 }
 
 void drawText(QPainter& painter, const QAbstractButton& toggle, const QColor& ink) {
-    painter.setPen(toggle.isEnabled() ? ink : mixed(cardColour(toggle.palette()), ink, 0.45));
+    painter.setPen(toggle.isEnabled() ? ink : mixed(cardColour(toggle.palette()), ink, 0.5));
     const int left = kSide + markSide(toggle.fontMetrics()) + kGap;
     painter.drawText(toggle.rect().adjusted(left, 0, 0, 0),
                      Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextShowMnemonic,
                      toggle.text());
     if (!toggle.hasFocus()) return;
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(toggle.palette().color(QPalette::Highlight), 1));
+    painter.setPen(QPen(toggle.palette().color(QPalette::Active, QPalette::Highlight), 1));
     painter.drawRoundedRect(QRectF(toggle.rect()).adjusted(0.5, 0.5, -0.5, -0.5), kPlateCorner, kPlateCorner);
 }
 
@@ -78,7 +78,7 @@ QSize TickBox::sizeHint() const {
 void TickBox::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    QColor ink = palette().color(QPalette::WindowText);
+    QColor ink = palette().color(QPalette::Active, QPalette::WindowText);
     if (plate_) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(isEnabled() ? *plate_ : mixed(cardColour(palette()), *plate_, 0.5));
@@ -90,8 +90,8 @@ void TickBox::paintEvent(QPaintEvent* /*event*/) {
     prepareMark(painter, *this);
     painter.drawRoundedRect(mark, side / 4.5, side / 4.5);
     if (isChecked()) {
-        painter.setPen(QPen(palette().color(QPalette::HighlightedText), side / 7, Qt::SolidLine, Qt::RoundCap,
-                            Qt::RoundJoin));
+        painter.setPen(QPen(palette().color(QPalette::Active, QPalette::HighlightedText), side / 7,
+                            Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         const QPointF tick[] = {mark.topLeft() + QPointF(side * 0.24, side * 0.52),
                                 mark.topLeft() + QPointF(side * 0.43, side * 0.71),
                                 mark.topLeft() + QPointF(side * 0.77, side * 0.31)};
@@ -121,10 +121,10 @@ void OptionDot::paintEvent(QPaintEvent* /*event*/) {
     painter.drawEllipse(mark);
     if (isChecked()) {
         painter.setPen(Qt::NoPen);
-        painter.setBrush(palette().color(QPalette::HighlightedText));
+        painter.setBrush(palette().color(QPalette::Active, QPalette::HighlightedText));
         painter.drawEllipse(mark.center(), mark.width() * 0.22, mark.width() * 0.22);
     }
-    drawText(painter, *this, palette().color(QPalette::WindowText));
+    drawText(painter, *this, palette().color(QPalette::Active, QPalette::WindowText));
 }
 
 void OptionDot::keyPressEvent(QKeyEvent* event) {
