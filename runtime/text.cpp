@@ -5,7 +5,10 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
+#include <limits>
+#include <optional>
 
 namespace runtime {
 
@@ -79,6 +82,41 @@ void incrementDecimal(std::string& digits) {
     digits.insert(digits.begin(), '1');
 }
 
+constexpr int kDecimals = 2;
+
+std::string withSign(bool negative, std::string digits) {
+    const bool isZero = digits.find_first_not_of("0.") == std::string::npos;
+    if (negative && !isZero) digits.insert(digits.begin(), '-');
+    return digits;
+}
+
+/// The hundredths of a magnitude, rounded, where they are beyond doubt: the shortest decimal text lies less
+/// than a unit in the last place away, and only near a half could it round the other way. Nothing elsewhere.
+std::optional<long> certainHundredths(float magnitude) {
+    const double hundredths = double{magnitude} * 100;
+    const double doubt = hundredths * double{std::numeric_limits<float>::epsilon()} + 1e-9;
+    if (!(doubt < 0.5)) return {};
+    const double whole = std::floor(hundredths);
+    const double rest = hundredths - whole;
+    if (std::fabs(rest - 0.5) <= doubt) return {};
+    return static_cast<long>(whole) + (rest > 0.5 ? 1 : 0);
+}
+
+/// Hundredths as a text with so many integer digits at least.
+std::string hundredthsText(long hundredths, int integerDigits) {
+    std::array<char, 24> digits;
+    char* const end = digits.end();
+    char* first = end;
+    const auto put = [&](char c) { *--first = c; };
+    for (int i = 0; i < kDecimals; ++i, hundredths /= 10)
+        put(static_cast<char>('0' + hundredths % 10));
+    put('.');
+    for (int i = 0; i < integerDigits || hundredths > 0; ++i, hundredths /= 10) {
+        put(static_cast<char>('0' + hundredths % 10));
+    }
+    return {first, end};
+}
+
 } // namespace
 
 std::size_t characterCount(std::string_view text) {
@@ -96,20 +134,21 @@ std::string lastCharacters(std::string_view text, std::size_t count) {
 }
 
 std::string formatFixed(float value, int integerDigits) {
-    constexpr std::size_t decimals = 2;
-    std::string digits = shortestText(value);
-    const bool negative = digits.starts_with('-');
-    if (negative) digits.erase(0, 1);
+    const bool negative = std::signbit(value);
+    // Nearly every value goes this way: a position is shown at each step.
+    if (const auto hundredths = certainHundredths(std::fabs(value))) {
+        return withSign(negative, hundredthsText(*hundredths, integerDigits));
+    }
+    std::string digits = shortestText(std::fabs(value));
     if (digits.find('.') == std::string::npos) digits += '.';
-    digits.append(decimals + 1, '0');
-    const std::size_t firstDropped = digits.find('.') + decimals + 1;
+    digits.append(kDecimals + 1, '0');
+    const std::size_t firstDropped = digits.find('.') + kDecimals + 1;
     const bool roundUp = digits[firstDropped] >= '5';
     digits.resize(firstDropped);
     if (roundUp) incrementDecimal(digits);
-    const auto wanted = static_cast<std::size_t>(integerDigits) + 1 + decimals;
+    const auto wanted = static_cast<std::size_t>(integerDigits) + 1 + kDecimals;
     if (digits.size() < wanted) digits.insert(0, wanted - digits.size(), '0');
-    const bool isZero = digits.find_first_not_of("0.") == std::string::npos;
-    return negative && !isZero ? "-" + digits : digits;
+    return withSign(negative, digits);
 }
 
 std::string formatCharacters(std::string_view text, std::string_view pattern) {

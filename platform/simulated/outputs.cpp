@@ -2,25 +2,21 @@
 
 #include "runtime/errors.h"
 
-#include <algorithm>
-
 namespace simulated {
 
 void PrinterPort::write(int bit, int state) {
     if (!broken_.empty()) throw runtime::ObjectError(broken_);
     data_ = state == 1 ? data_ | (1 << bit) : data_ & ~(1 << bit);
-    if (ring_.size() < kRemembered) {
-        ring_.push_back({bit + 1, state});
-        return;
-    }
-    ring_[next_] = {bit + 1, state};
-    next_ = (next_ + 1) % kRemembered;
+    ring_[written_++ % kRemembered] = {bit + 1, state};
 }
 
 std::vector<PrinterPort::Access> PrinterPort::takeAccesses() {
-    std::rotate(ring_.begin(), ring_.begin() + static_cast<std::ptrdiff_t>(next_), ring_.end());
-    next_ = 0;
-    return std::exchange(ring_, {});
+    std::vector<Access> accesses;
+    for (std::size_t i = written_ > kRemembered ? written_ - kRemembered : 0; i < written_; ++i) {
+        accesses.push_back(ring_[i % kRemembered]);
+    }
+    written_ = 0;
+    return accesses;
 }
 
 void UsbBoard::check() const {

@@ -33,8 +33,8 @@ class PrinterPort : public platform::PrinterPort {
     void write(int bit, int state);
 
     int data_ = 0;
-    std::vector<Access> ring_;
-    std::size_t next_ = 0;
+    std::vector<Access> ring_ = std::vector<Access>(kRemembered);
+    std::size_t written_ = 0; // since the last call of takeAccesses
     std::string broken_;
 };
 

@@ -1,5 +1,7 @@
+#include "runtime/number.h"
 #include "runtime/text.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 
 namespace runtime {
@@ -17,6 +19,23 @@ TEST(FormatFixed, RoundsHalfAwayFromZeroOnTheShortestDecimal) {
     EXPECT_EQ(formatShown(-0.01F), "-0.01");
     EXPECT_EQ(formatShown(101), "101.00");
     EXPECT_EQ(formatShown(9.999F), "10.00");
+}
+
+TEST(FormatFixed, AgreesWithTheDecimalTextEverywhere) {
+    // Steps that land on and beside halves, where a short cut could round the wrong way.
+    for (int i = -200000; i < 200000; ++i) {
+        const float value = static_cast<float>(i) * 0.005F;
+        const std::string text = shortestText(std::fabs(value));
+        const std::size_t point = text.find('.');
+        std::string digits =
+            text.substr(0, point) + (point == std::string::npos ? "" : text.substr(point + 1));
+        const std::size_t decimals = point == std::string::npos ? 0 : text.size() - point - 1;
+        digits.append(decimals < 3 ? 3 - decimals : 0, '0');
+        digits.resize(digits.size() - (decimals > 3 ? decimals - 3 : 0));
+        const long hundredths = (std::stol(digits) + 5) / 10;
+        const double expected = static_cast<double>(hundredths) / 100 * (value < 0 ? -1 : 1);
+        ASSERT_EQ(parseNumber(formatShown(value)), expected) << text;
+    }
 }
 
 TEST(FormatCharacters, FillsFromTheRight) {
