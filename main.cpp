@@ -9,6 +9,7 @@
 #include "platform/qt/fd_watcher.h"
 #include "platform/qt/shell.h"
 #include "platform/qt/sound.h"
+#include "platform/qt/tcp_clients.h"
 #include "platform/simulated/links.h"
 #include "platform/simulated/outputs.h"
 #include "platform/trace/traced_outputs.h"
@@ -126,6 +127,7 @@ int run(int argc, char** argv) {
     qt_ports::FdWatcher watcher;
     linux_ports::Timers timers(watcher);
     linux_ports::UdpSockets udp(watcher, address);
+    qt_ports::TcpClients tcp;
     simulated::UsbBoard usb(options.usbSimulated ? 0 : -1);
     simulated::DdeLinks links;
     simulated::StationMessages station;
@@ -144,10 +146,12 @@ int run(int argc, char** argv) {
                                 .links = links,
                                 .station = station,
                                 .udp = udp,
+                                .tcp = tcp,
                                 .dialogs = dialogs,
                                 .shell = shell,
                                 .sound = sound,
-                                .outputsName = outputs.name},
+                                .outputsName = outputs.name,
+                                .trackingServer = options.trackingServer},
                                folder.path());
     ui::MainWindow window(controller.form(), controller.boxes());
 

@@ -17,7 +17,10 @@
 #include "memory/memory_slots.h"
 #include "radio/frequency_source.h"
 #include "radio/tuner_connections.h"
+#include "rotor/satellite_connections.h"
 #include "rotor/thresholds.h"
+#include "rotor/tracking_links.h"
+#include "rotor/tracking_server.h"
 
 namespace app {
 
@@ -27,6 +30,8 @@ struct Controller::Subsystems {
 
     void mnuGenSet_Click();
     void mnuTunConn_Click();
+    void mnuSatConn_Click();
+    void mnuTvnServer_Click();
 
     Ports ports;
     form::Form1 form{ports.timers, ports.links};
@@ -45,6 +50,8 @@ struct Controller::Subsystems {
     radio::Logger32 logger32{ports.station};
     radio::FrequencySource source{form, logger32, ports.udp};
     rotor::Thresholds thresholds{form, file};
+    rotor::TrackingServer trackingServer{form, ports.tcp, ports.trackingServer};
+    rotor::TrackingLinks trackingLinks{form, boxes};
     config::NamedConfigurations configurations{form, boxes, file};
 
     Functions functions{form, slots};
@@ -68,9 +75,19 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
         form.cmdAlt.Click.raise();
         form.cmdAltB.Click.raise();
     };
+    functions.onChange = [this](int function) {
+        if (function == form::kSatelliteRotor) {
+            trackingServer.use();
+        } else {
+            trackingServer.leave();
+            trackingLinks.close();
+        }
+    };
     configurations.load = [this] { startup.Form_Load(); };
     form.mnuGenSet.Click.attach([this] { mnuGenSet_Click(); });
     form.mnuTunConn.Click.attach([this] { mnuTunConn_Click(); });
+    form.mnuSatConn.Click.attach([this] { mnuSatConn_Click(); });
+    form.mnuTvnServer.Click.attach([this] { mnuTvnServer_Click(); });
 }
 
 void Controller::Subsystems::mnuGenSet_Click() {
@@ -87,6 +104,23 @@ void Controller::Subsystems::mnuTunConn_Click() {
     dialog.onError = form.onError;
     radio::TunerConnections connections(form, dialog, file, logger32, ports.udp);
     connections.Form_Load();
+    boxes.showModal(dialog);
+}
+
+void Controller::Subsystems::mnuSatConn_Click() {
+    form::FrmSatConn dialog;
+    dialog.onError = form.onError;
+    rotor::SatelliteConnections connections(form, dialog, file);
+    connections.onSaved = [this] {
+        if (form.intFunzione == form::kSatelliteRotor) trackingServer.use();
+    };
+    connections.Form_Load();
+    boxes.showModal(dialog);
+}
+
+void Controller::Subsystems::mnuTvnServer_Click() {
+    form::FrmServer dialog;
+    dialog.onError = form.onError;
     boxes.showModal(dialog);
 }
 

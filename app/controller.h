@@ -6,6 +6,7 @@
 #include "platform/shell.h"
 #include "platform/sound.h"
 #include "platform/station_messages.h"
+#include "platform/tcp_clients.h"
 #include "platform/udp_sockets.h"
 #include "platform/usb_board.h"
 
@@ -23,10 +24,12 @@ struct Ports {
     platform::DdeLinks& links;
     platform::StationMessages& station;
     platform::UdpSockets& udp;
+    platform::TcpClients& tcp;
     platform::Dialogs& dialogs;
     platform::Shell& shell;
     platform::Sound& sound;
-    std::string outputsName; // what the status bar calls the printer port: "/dev/parport0", "simulated"
+    std::string outputsName;    // what the status bar calls the printer port: "/dev/parport0", "simulated"
+    std::string trackingServer; // host of the tracking server
 };
 
 /// The whole program behind its window: the form and all subsystems, wired together.

@@ -16,6 +16,7 @@ Functions::Functions(form::Form1& form, memory::MemorySlots& slots) : form_(form
     form_.mnuCoilTuner.Click.attach([this] { mnuCoilTuner_Click(); });
     form_.mnuAmpli.Click.attach([this] { mnuAmpli_Click(); });
     form_.mnuSat.Click.attach([this] { mnuSat_Click(); });
+    form_.mnuSatConn.Enabled = false;
     showFrames(false);
     showTexts(textsOf(form::kNoFunction));
 }
@@ -48,13 +49,9 @@ void Functions::switchOn(int function) {
     const bool rotor = function == form::kSatelliteRotor;
     const bool tuner = function == form::kCoilTuner || function == form::kTuneAndLoad;
     form_.intFunzione = rotor || tuner ? function : int{form::kNoFunction};
-    if (!rotor) {
-        form_.cmdConnect.Caption = "0";
-        form_.cmdConnect.BackColor = form::kGreen;
-        form_.chkRotOnOff.Value = 0;
-        form_.chkRotOnOff.Enabled = false;
-    }
+    onChange(form_.intFunzione.value());
     form_.cmdConnect.Enabled = rotor;
+    form_.mnuSatConn.Enabled = rotor;
     form_.tmrFastMem.Enabled = true;
     form_.mnuTunConn.Enabled = !rotor;
     showFrames(rotor);

@@ -3,12 +3,17 @@
 #include "form/form1.h"
 #include "memory/memory_slots.h"
 
+#include <functional>
+
 namespace app {
 
 /// The three functions: the same two engines under other names and units.
 class Functions {
   public:
     Functions(form::Form1& form, memory::MemorySlots& slots);
+
+    /// Told the function that has been switched on.
+    std::function<void(int)> onChange;
 
     void mnuCoilTuner_Click() { choose(form::kCoilTuner); }
     void mnuAmpli_Click() { choose(form::kTuneAndLoad); }

@@ -179,6 +179,7 @@ void Startup::loadConnections() {
     form_.intPortaN1MM = records_.integer(record::kN1mmPort);
     form_.intPortaSat = records_.integer(record::kTrackingPort);
     form_.intSatSource = records_.integer(record::kTrackingProgram);
+    form_.StatusBar1.Panels(form::kPanelTracking) = std::to_string(form_.intPortaSat.value());
 }
 
 void Startup::loadSettings() {

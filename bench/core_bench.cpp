@@ -5,6 +5,7 @@
 #include "platform/simulated/desktop.h"
 #include "platform/simulated/links.h"
 #include "platform/simulated/outputs.h"
+#include "platform/simulated/tcp_clients.h"
 
 #include <array>
 #include <benchmark/benchmark.h>
@@ -31,7 +32,7 @@ struct Machine {
 
     std::unique_ptr<app::Controller> build() {
         return std::make_unique<app::Controller>(
-            app::Ports{port, usb, clock, links, station, udp, dialogs, shell, sound, "simulated"}, folder);
+            app::Ports{port, usb, clock, links, station, udp, tcp, dialogs, shell, sound, "simulated", "127.0.0.1"}, folder);
     }
 
     std::filesystem::path folder = std::filesystem::temp_directory_path() / "twinstep-core-bench";
@@ -42,6 +43,7 @@ struct Machine {
     simulated::DdeLinks links;
     simulated::StationMessages station;
     simulated::UdpSockets udp;
+    simulated::TcpClients tcp;
     simulated::Dialogs dialogs;
     simulated::Shell shell;
     simulated::Sound sound;

@@ -15,8 +15,8 @@ form::Colour displayBackground(const form::Form1& form) {
 }
 
 void applyDisplayColour(form::Form1& form, form::Colour colour) {
-    for (form::Label* label :
-         {&form.Label2, &form.Label8, &form.lblAzimut, &form.lblElev, &form.lblUnitA, &form.lblUnitB}) {
+    for (form::Label* label : {&form.Label2, &form.Label8, &form.lblAzimut, &form.lblElev, &form.lblUnitA,
+                               &form.lblUnitB, &form.lblAzRx, &form.lblElRx}) {
         label->ForeColor = colour;
     }
 }

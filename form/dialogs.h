@@ -65,6 +65,30 @@ struct FrmTunerConn : Form {
     Button cmdExitTConf{*this, "cmdExitTConf", "Cancel"};
 };
 
+struct FrmSatConn : Form {
+    FrmSatConn() : Form("frmSatConn") { Caption = "Configure Connections for Sat Operations"; }
+
+    OptionButton optOrbitron{*this, "optOrbitron", "&Orbitron"}, optSatPc32{*this, "optSatPc32", "Sat&PC32"};
+    Label Label3{*this, "Label3", "Get datas from Orbitron"},
+        Label4{*this, "Label4", "Get datas from SatPC32"};
+    Label Label1{*this, "Label1", "TVNserver Server Port Number:"};
+    TextBox txtServerPort{*this, "txtServerPort"};
+    Label Label2{*this, "Label2", "(Default is 6969)"};
+    Label lblPortError{*this, "lblPortError"}; // what is wrong with the port typed in
+    Button cmdSaveSatCfg{*this, "cmdSaveSatCfg", "Save"};
+    Button cmdExitSatConn{*this, "cmdExitSatConn", "Cancel"};
+};
+
+/// Settings of the program's own data server, which does not serve yet: nothing here acts.
+struct FrmServer : Form {
+    FrmServer() : Form("frmServer") { Caption = "TVNserver Configuration"; }
+
+    CheckBox chkAttivaServer{*this, "chkAttivaServer", "Server ON OFF"};
+    Label Label1{*this, "Label1", "Server Port:"};
+    TextBox txtPort{*this, "txtPort", "6970"};
+    Label lblServerStatus{*this, "lblServerStatus", "TVNServer WORK IN PROGRESS"};
+};
+
 struct FrmAbout : Form {
     FrmAbout() : Form("frmAbout") { Caption = "Informations about Twinstep"; }
 

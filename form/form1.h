@@ -12,7 +12,7 @@ namespace form {
 struct Form1 : Form, EnginePanel, MemoryPanel, RadioPanel, RotorPanel, ShellPanel {
     Form1(platform::Timers& timers, platform::DdeLinks& links)
         : Form("Form1"), EnginePanel(*this, timers), MemoryPanel(*this, timers), RadioPanel(*this, links),
-          RotorPanel(static_cast<Form&>(*this)), ShellPanel(*this, timers) {
+          RotorPanel(*this, timers, links), ShellPanel(*this, timers) {
         Caption = "Twinstep";
     }
 };

@@ -1,19 +1,30 @@
 #pragma once
 
 #include "form/controls.h"
+#include "form/link_label.h"
+#include "form/timer.h"
 #include "runtime/checked.h"
 
 namespace form {
 
-/// Satellite Rotor: thresholds and offsets.
+/// Satellite Rotor: what the tracking programs send, the thresholds, and the offsets.
 struct RotorPanel {
     static constexpr ScrollBar::Range kThreshold{0, 100};
     // Hundredths of a degree.
     static constexpr ScrollBar::Range kAzimuthOffset{-18000, 18000, 10, 100};
     static constexpr ScrollBar::Range kElevationOffset{-9000, 9000, 10, 100};
 
-    explicit RotorPanel(Form& form) : form_(form) {
+    static constexpr int kStatePollMilliseconds = 500;
+    /// After so much silence, bytes without a line end are taken as a line.
+    static constexpr int kSilenceMilliseconds = 100;
+
+    RotorPanel(Form& form, platform::Timers& timers, platform::DdeLinks& links)
+        : form_(form), Timer5(form, "Timer5", timers, kStatePollMilliseconds),
+          tmrTrackingRetry(form, "tmrTrackingRetry", timers),
+          tmrTrackingSilence(form, "tmrTrackingSilence", timers, kSilenceMilliseconds),
+          lblOrbitron(form, "lblOrbitron", links), Label29(form, "Label29", links) {
         cmdConnect.BackColor = kGreen;
+        chkOpenCom.BackColor = kGreen;
         chkRotOnOff.Enabled = false;
     }
 
@@ -21,7 +32,19 @@ struct RotorPanel {
     Form& form_;
 
   public:
-    Button cmdConnect{form_, "cmdConnect", "0"};          // tracking link: "0" closed, "I" open
+    runtime::Int16 intPortaSat;  // record 45: port of the tracking server; 0 stands for 6969
+    runtime::Int16 intSatSource; // record 81: the tracking program whose format is expected
+
+    Timer Timer5;                                                       // polls the tracking server's state
+    Timer tmrTrackingRetry;                                             // connects again after a loss
+    Timer tmrTrackingSilence;                                           // ends a line that has no end
+    LinkLabel lblOrbitron;                                              // Orbitron: one line of tracking text
+    LinkLabel Label29;                                                  // SatPC32: its tracking text
+    Label lblRealAz{form_, "lblRealAz"}, lblRealEl{form_, "lblRealEl"}; // as received
+    CheckBox chkOpenCom{form_, "chkOpenCom", "SatPC32"};
+    Label lblOpenCom{form_, "lblOpenCom", "Connect"}; // state of the tracking link
+
+    Button cmdConnect{form_, "cmdConnect", "0"};          // Orbitron's link: "0" closed, "I" open
     CheckBox chkRotOnOff{form_, "chkRotOnOff", "Follow"}; // automatic following
     ScrollBar HScroll1{form_, "HScroll1", kThreshold};    // record 40
     ScrollBar HScroll2{form_, "HScroll2", kThreshold};    // record 32

@@ -46,8 +46,6 @@ struct ShellPanel {
     // Configuration.
     std::string varConfigName;
     bool bolCaricaInAvvio = false; // record 51 until the start has used it: keep the loaded positions
-    runtime::Int16 intPortaSat;    // record 45: port of the tracking server
-    runtime::Int16 intSatSource;   // record 81: tracking program
     std::array<runtime::Int16, 3> spareSettings{}; // records 36 to 38, which nothing writes
     std::vector<std::array<float, 4>> hiResMem;    // the high-resolution table, at most 200 entries
 
@@ -67,6 +65,8 @@ struct ShellPanel {
     Menu mnuSat{form_, "mnuSat", "&Satellite Rotor"};
     Menu mnuGenSet{form_, "mnuGenSet", "&General Settings…"};
     Menu mnuTunConn{form_, "mnuTunConn", "&Tuner Connections…"};
+    Menu mnuSatConn{form_, "mnuSatConn", "&Sat Connections…"};
+    Menu mnuTvnServer{form_, "mnuTvnServer", "T&VNserver…"};
     Menu mnuHelp{form_, "mnuHelp", "&Help"};
     Menu mnuMail{form_, "mnuMail", "Send a &Mail…"};
     Menu mnuSplash{form_, "mnuSplash", "&About Twinstep…"};

@@ -8,6 +8,7 @@
 #include "platform/simulated/desktop.h"
 #include "platform/simulated/links.h"
 #include "platform/simulated/outputs.h"
+#include "platform/simulated/tcp_clients.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -51,6 +52,7 @@ class Desk : public ::testing::Test {
     simulated::DdeLinks links;
     simulated::StationMessages station;
     simulated::UdpSockets udp;
+    simulated::TcpClients tcp;
     simulated::Dialogs dialogs;
     simulated::Shell shell;
     simulated::Sound sound;
@@ -61,9 +63,10 @@ class Desk : public ::testing::Test {
     /// Starts the program on what the folder holds; a program that runs already is abandoned.
     void start() {
         controller.reset();
-        controller = std::make_unique<app::Controller>(
-            app::Ports{port, board, clock, links, station, udp, dialogs, shell, sound, "simulated"},
-            folder.path());
+        controller =
+            std::make_unique<app::Controller>(app::Ports{port, board, clock, links, station, udp, tcp,
+                                                         dialogs, shell, sound, "simulated", "127.0.0.1"},
+                                              folder.path());
         controller->start();
         port.takeAccesses();
     }

@@ -28,7 +28,8 @@ class Adapters {
     CaptionLabel* label(form::Label& control, const Words& words, const QString& reserve);
     /// A label that can be double-clicked.
     CaptionLabel* activeLabel(form::Label& control, const Words& words, const QString& reserve);
-    Digits* digits(form::Label& control, const Words& words);
+    /// A large number. One that `opens` can be double-clicked.
+    Digits* digits(form::Label& control, const Words& words, bool opens = true);
     PushButton* button(form::Button& control, const Words& words, const QString& reserve = {},
                        PushButton::Kind kind = PushButton::Kind::Normal);
     TickBox* checkBox(form::CheckBox& control, const Words& words, const QString& reserve = {});

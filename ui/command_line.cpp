@@ -40,12 +40,15 @@ CommandLine parseCommandLine(const QStringList& arguments) {
                                     "Address at which N1MM Logger's datagrams are taken (default: 127.0.0.1, "
                                     "this computer alone; 0.0.0.0: from everywhere).",
                                     "ADDRESS", "127.0.0.1");
+    const QCommandLineOption server("tracking-server",
+                                    "Host of the satellite tracking server (default: 127.0.0.1).", "HOST",
+                                    "127.0.0.1");
     const QCommandLineOption version("version", "Show the version.");
     const QCommandLineOption help("help", "Show this help.");
 
     QCommandLineParser parser;
     parser.setApplicationDescription("Twinstep drives the two stepper motors of an antenna tuner or rotor.");
-    parser.addOptions({directory, port, usb, trace, listen, version, help});
+    parser.addOptions({directory, port, usb, trace, listen, server, version, help});
     const bool understood = parser.parse(arguments);
     if (parser.isSet(help)) return print(parser.helpText().toStdString());
     if (parser.isSet(version)) return print("twinstep " + std::string(app::kVersion) + "\n");
@@ -76,6 +79,8 @@ CommandLine parseCommandLine(const QStringList& arguments) {
         options.trace = path(parser.value(trace));
     }
     options.listenAddress = parser.value(listen).toStdString();
+    options.trackingServer = parser.value(server).toStdString();
+    if (options.trackingServer.empty()) return refuse("--tracking-server names no host");
     return {options, {}, 0};
 }
 

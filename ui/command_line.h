@@ -13,7 +13,8 @@ struct Options {
     std::optional<std::string> port;       // a device, or kSimulated; without: whichever is there
     bool usbSimulated = false;
     std::optional<std::filesystem::path> trace;
-    std::string listenAddress = "127.0.0.1"; // IPv4, for N1MM Logger's datagrams
+    std::string listenAddress = "127.0.0.1";  // IPv4, for N1MM Logger's datagrams
+    std::string trackingServer = "127.0.0.1"; // host name or address
 };
 
 inline constexpr const char* kSimulated = "simulated";

@@ -9,6 +9,8 @@ namespace ui {
 void layOut(Dialog& window, form::FrmInsPosition& form);
 void layOut(Dialog& window, form::FrmGenSet& form);
 void layOut(Dialog& window, form::FrmTunerConn& form);
+void layOut(Dialog& window, form::FrmSatConn& form);
+void layOut(Dialog& window, form::FrmServer& form);
 void layOut(Dialog& window, form::FrmAbout& form);
 
 } // namespace ui

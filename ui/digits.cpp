@@ -2,6 +2,7 @@
 
 #include "ui/colours.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <algorithm>
 
@@ -116,25 +117,53 @@ void Display::paintEvent(QPaintEvent* /*event*/) {
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kCorner, kCorner);
 }
 
+void Display::placeReceived(Digits& received, CaptionLabel& caption) {
+    received_ = &received;
+    receivedCaption_ = &caption;
+    received_->setParent(this);
+    receivedCaption_->setParent(this);
+}
+
 void Display::resizeEvent(QResizeEvent* /*event*/) {
+    arrange();
+}
+
+bool Display::event(QEvent* event) {
+    // One of the numbers has appeared or gone.
+    if (event->type() == QEvent::LayoutRequest) arrange();
+    return QWidget::event(event);
+}
+
+/// The numbers have a fixed size and no layout, so that a new text never causes one.
+void Display::arrange() {
     if (!unit_) return;
-    // The numbers have a fixed size and no layout, so that a new text never causes one.
-    const int unitWidth = unit_->sizeHint().width() + kMargin;
-    const QSize room(width() - 2 * (kMargin + unitWidth), height() - kMargin);
-    const int pixels = Digits::fontHeight(position_->font(), room);
-    const double cell = digitWidth(QFontMetricsF(digitFont(position_->font(), pixels)));
-    const QSize number(static_cast<int>(cell * (kCells - 0.5)) + kMargin, height() - kMargin);
-    const int left = (width() - number.width()) / 2;
-    for (Digits* digits : {position_, angle_}) {
-        digits->setFixedSize(number);
-        digits->move(left, kMargin / 2);
-    }
     unit_->setFixedSize(unit_->sizeHint());
-    const int baseline =
-        (height() + static_cast<int>(QFontMetricsF(digitFont(position_->font(), pixels)).capHeight())) / 2;
-    const QFontMetrics unitMetrics = unit_->fontMetrics();
-    const int below = baseline - (unit_->height() + unitMetrics.capHeight()) / 2;
-    unit_->move(left - unit_->width() - kMargin / 2, below);
+    const int side = unit_->width() + 2 * kMargin;
+    const bool receiving = received_ && received_->isVisibleTo(this);
+    int baseline = 0;
+    if (receiving) {
+        const int parting = width() * 3 / 5;
+        baseline = placeNumber(*angle_, {side, 0, parting - side, height()});
+        receivedCaption_->setFixedSize(width() - parting - 2 * kMargin,
+                                       receivedCaption_->sizeHint().height());
+        receivedCaption_->move(parting + kMargin, kMargin / 2);
+        const int top = receivedCaption_->geometry().bottom();
+        placeNumber(*received_, {parting + kMargin, top, width() - parting - 2 * kMargin, height() - top});
+    } else {
+        placeNumber(*angle_, rect().adjusted(side, 0, -side, 0));
+        baseline = placeNumber(*position_, rect().adjusted(side, 0, -side, 0));
+    }
+    unit_->move(kMargin, baseline - (unit_->height() + unit_->fontMetrics().capHeight()) / 2);
+}
+
+/// Centres a number of full length in the area; returns where its digits stand.
+int Display::placeNumber(Digits& digits, const QRect& area) {
+    const QSize room(area.width(), area.height() - kMargin);
+    const QFontMetricsF metrics(digitFont(digits.font(), Digits::fontHeight(digits.font(), room)));
+    const int full = static_cast<int>(digitWidth(metrics) * (kCells - 1 + kPointShare)) + kMargin;
+    digits.setFixedSize(std::min(area.width(), full), room.height());
+    digits.move(area.center() - digits.rect().center());
+    return area.center().y() + static_cast<int>(metrics.capHeight()) / 2;
 }
 
 } // namespace ui

@@ -28,19 +28,27 @@ class Display : public QWidget {
     void setFill(const QColor& colour);
     /// The numbers lie on top of each other, the unit before them.
     void place(Digits& position, Digits& angle, CaptionLabel& unit);
+    /// Stands right of the angle while it is visible, under its caption.
+    void placeReceived(Digits& received, CaptionLabel& caption);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
   protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
   private:
+    void arrange();
+    static int placeNumber(Digits& digits, const QRect& area);
+
     QColor fill_;
     Digits* position_ = nullptr;
     Digits* angle_ = nullptr;
     CaptionLabel* unit_ = nullptr;
+    Digits* received_ = nullptr;
+    CaptionLabel* receivedCaption_ = nullptr;
 };
 
 } // namespace ui

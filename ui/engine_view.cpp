@@ -24,6 +24,7 @@ EngineControls engineA(form::Form1& f) {
             f.shpDisplayA,
             f.Label2,
             f.lblAzimut,
+            f.lblAzRx,
             f.lblUnitA,
             f.cmdInd,
             f.cmdIndMan,
@@ -51,6 +52,7 @@ EngineControls engineB(form::Form1& f) {
             f.shpDisplayB,
             f.Label8,
             f.lblElev,
+            f.lblElRx,
             f.lblUnitB,
             f.cmdIndB,
             f.cmdBIndMan,
@@ -78,9 +80,10 @@ EngineView::EngineView(const EngineControls& engine, Adapters& adapters)
     layOutSpeeds();
     layOutParameters();
     for (form::Control* control : std::initializer_list<form::Control*>{
-             &engine_.name, &engine_.use, &engine_.display, &engine_.position, &engine_.angle, &engine_.unit,
-             &engine_.runBackward, &engine_.jogBackward, &engine_.stop, &engine_.jogForward,
-             &engine_.runForward, &engine_.slow, &engine_.fast, &engine_.stepMode, &engine_.reset}) {
+             &engine_.name, &engine_.use, &engine_.display, &engine_.position, &engine_.angle,
+             &engine_.received, &engine_.unit, &engine_.runBackward, &engine_.jogBackward, &engine_.stop,
+             &engine_.jogForward, &engine_.runForward, &engine_.slow, &engine_.fast, &engine_.stepMode,
+             &engine_.reset}) {
         named_.push_back(control);
     }
     named_.insert(named_.end(), engine_.lamps.begin(), engine_.lamps.end());
@@ -149,6 +152,17 @@ void EngineView::layOutDisplay() {
         adapters_.label(engine_.unit, {"Unit of %1", "The unit of the position of %1."}, "mm:|dots:|deg:");
     unit->setFont(scaledFont(unit->font(), kUnitSize));
     display->place(*position, *angle, *unit);
+    Digits* received = adapters_.digits(
+        engine_.received, {"Received %1", "%1 received from the tracking program, offset added."}, false);
+    CaptionLabel* target = fixedText("Target", "What the tracking program sends, offset added.");
+    target->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    display->placeReceived(*received, *target);
+    Adapter& colours = adapters_.of(engine_.received);
+    colours.onDrawn = [this, target] {
+        target->setVisible(engine_.received.Visible);
+        target->setColours(ownColour(engine_.received.ForeColor), {});
+    };
+    colours.redrawSoon();
     body().addWidget(display, 3);
 }
 

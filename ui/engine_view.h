@@ -21,6 +21,7 @@ struct EngineControls {
     form::Shape& display;
     form::Label& position;
     form::Label& angle;
+    form::Label& received;
     form::Label& unit;
     form::Button& runBackward;
     form::Button& jogBackward;

@@ -9,6 +9,7 @@
 #include "ui/outputs_view.h"
 #include "ui/radio_view.h"
 #include "ui/rotor_view.h"
+#include "ui/sky_view.h"
 #include "ui/zoom.h"
 
 #include <QApplication>
@@ -75,6 +76,13 @@ void MainWindow::layOutContent() {
     grid->addWidget(new EngineView(engineA(form_), adapters_), 0, 0);
     grid->addWidget(new EngineView(engineB(form_), adapters_), 0, 1);
     grid->addWidget(memories_, 1, 0);
+    auto* sky = new SkyView(form_);
+    grid->addWidget(sky, 1, 0);
+    adapters_.of(form_.framSat).onDrawn = [this, sky] {
+        // The memories belong to the tuner functions, the sky to Satellite Rotor.
+        sky->setVisible(form_.framSat.Visible);
+        memories_->setVisible(!form_.framSat.Visible);
+    };
     grid->addWidget(feeds, 1, 1);
     grid->addWidget(new OutputsView(form_, adapters_), 2, 0, 1, 2);
     grid->setRowStretch(0, kEnginesStretch);
@@ -124,8 +132,8 @@ void MainWindow::orderFocus() {
     }
     then({&form_.cmdAutoMemConn, &form_.chkAutoMemOnOff, &form_.chkBandMode, &form_.chkFastMemory,
           &form_.HScrMemSpeedCh});
-    then({&form_.HScOffsetA, &form_.HScOffsetB, &form_.HScroll2, &form_.HScroll4, &form_.HScroll6,
-          &form_.HScroll5, &form_.HScroll1, &form_.HScroll3});
+    then({&form_.cmdConnect, &form_.chkOpenCom, &form_.HScOffsetA, &form_.HScOffsetB, &form_.HScroll2,
+          &form_.HScroll4, &form_.HScroll6, &form_.HScroll5, &form_.HScroll1, &form_.HScroll3});
     then({&form_.cmdOff, &form_.chkAutoCmdOff, &form_.hScrCmdOff, &form_.chkUsbOn});
     findChild<QWidget*>(shown(form_.cmdAlt.name()))->setFocus();
 }
@@ -178,6 +186,10 @@ void MainWindow::showModal(form::Form& form) {
         layOut(dialog, *settings);
     } else if (auto* connections = dynamic_cast<form::FrmTunerConn*>(&form)) {
         layOut(dialog, *connections);
+    } else if (auto* satellite = dynamic_cast<form::FrmSatConn*>(&form)) {
+        layOut(dialog, *satellite);
+    } else if (auto* server = dynamic_cast<form::FrmServer*>(&form)) {
+        layOut(dialog, *server);
     } else if (auto* about = dynamic_cast<form::FrmAbout*>(&form)) {
         layOut(dialog, *about);
     } else {

@@ -55,6 +55,9 @@ void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
           Qt::CTRL | Qt::Key_G);
     entry(settings, form.mnuTunConn, "Which program reports the radio's frequency.", Qt::CTRL | Qt::Key_T);
 
+    entry(settings, form.mnuSatConn, "Which tracking program sends, and the port of the tracking server.");
+    entry(settings, form.mnuTvnServer, "Settings of the program's own data server, which is not ready yet.");
+
     QMenu* help = addMenu(window, "&Help", "mnuHelpMenu");
     entry(help, form.mnuHelp, "Opens the manual in the browser.", QKeySequence(Qt::Key_F1));
     entry(help, form.mnuMail, "Starts a mail in your mail program.");

@@ -6,7 +6,7 @@ namespace ui {
 
 namespace {
 
-constexpr double kReceivedSize = 1.9;
+constexpr double kRawSize = 0.9;
 constexpr const char* kScrollKeys = "Left and Right";
 
 struct Threshold {
@@ -37,7 +37,11 @@ QLayout* slider(Adapters& adapters, form::ScrollBar& bar, form::Label& value, Ca
 RotorView::RotorView(form::Form1& form, Adapters& adapters)
     : Card("Satellite", "Where the satellite stands, and how the rotor is to follow it.") {
     adapters.frame(form.framSat, *this);
-    body().addWidget(groupTitle(accessibleName(), toolTip()));
+    QHBoxLayout* heading = row();
+    heading->addWidget(groupTitle(accessibleName(), toolTip()));
+    heading->addStretch(1);
+    layOutLinks(*heading, form, adapters);
+    body().addLayout(heading);
 
     auto* grid = new QGridLayout;
     grid->setContentsMargins(0, 0, 0, 0);
@@ -45,19 +49,6 @@ RotorView::RotorView(form::Form1& form, Adapters& adapters)
     grid->setVerticalSpacing(kGrid);
     grid->setColumnStretch(0, 1);
     grid->setColumnStretch(1, 1);
-
-    const auto received = [&](form::Label& control, const QString& axis) {
-        const QString tip = axis + " received from the tracking program, offset added.";
-        QHBoxLayout* line = row();
-        line->addWidget(fixedText(axis, tip));
-        CaptionLabel* label = adapters.label(control, {"Received " + axis.toLower(), tip}, "-000.00");
-        label->setFont(scaledFont(label->font(), kReceivedSize, QFont::DemiBold));
-        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        line->addWidget(label, 1);
-        return line;
-    };
-    grid->addLayout(received(form.lblAzRx, "Azimuth"), 0, 0);
-    grid->addLayout(received(form.lblElRx, "Elevation"), 0, 1);
 
     const auto offset = [&](form::ScrollBar& bar, form::Label& value, form::Label& name,
                             const QString& axis) {
@@ -67,8 +58,8 @@ RotorView::RotorView(form::Form1& form, Adapters& adapters)
         caption->setTone(CaptionLabel::Tone::Quiet);
         return slider(adapters, bar, value, caption, {axis + " offset", tip, kScrollKeys}, "-000.00");
     };
-    grid->addLayout(offset(form.HScOffsetA, form.lblOffsetA, form.lblOffsetName, "azimuth"), 1, 0);
-    grid->addLayout(offset(form.HScOffsetB, form.lblOffsetB, form.lblOffsetnameb, "elevation"), 1, 1);
+    grid->addLayout(offset(form.HScOffsetA, form.lblOffsetA, form.lblOffsetName, "azimuth"), 0, 0);
+    grid->addLayout(offset(form.HScOffsetB, form.lblOffsetB, form.lblOffsetnameb, "elevation"), 0, 1);
 
     const Threshold thresholds[] = {
         {form.HScroll2, form.lblHiSpOnAz, "High speed on, azimuth",
@@ -88,10 +79,37 @@ RotorView::RotorView(form::Form1& form, Adapters& adapters)
         CaptionLabel* name = fixedText(threshold.name, threshold.tip);
         grid->addLayout(slider(adapters, threshold.bar, threshold.value, name,
                                {threshold.name, threshold.tip, kScrollKeys}, "0000"),
-                        2 + place / 2, place % 2);
+                        1 + place / 2, place % 2);
         ++place;
     }
     body().addLayout(grid, 1);
+}
+
+void RotorView::layOutLinks(QBoxLayout& line, form::Form1& form, Adapters& adapters) {
+    const auto raw = [&](form::Label& control, const QString& what) {
+        const QString tip = "The " + what + " as it came in, before the offset.";
+        CaptionLabel* label = adapters.label(control, {"Raw " + what, tip}, "000.00");
+        label->setFont(scaledFont(label->font(), kRawSize));
+        label->setTone(CaptionLabel::Tone::Quiet);
+        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        return label;
+    };
+    line.addWidget(raw(form.lblRealAz, "azimuth"));
+    line.addWidget(raw(form.lblRealEl, "elevation"));
+    CaptionLabel* state =
+        adapters.label(form.lblOpenCom,
+                       {"State of the tracking link", "Whether the tracking program or server is connected."},
+                       "MDisconnectedM|MSolving NameM|MClosing PeerM");
+    state->setAlignment(Qt::AlignCenter);
+    line.addWidget(state);
+    line.addWidget(fixedText("Orbitron", "The link to Orbitron."));
+    PushButton* orbitron = adapters.button(
+        form.cmdConnect,
+        {"Connect Orbitron", "Opens or closes the link to Orbitron (0: closed, I: open).", "Space"}, "MM");
+    orbitron->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    line.addWidget(orbitron);
+    line.addWidget(
+        adapters.checkBox(form.chkOpenCom, {"Connect SatPC32", "Opens the link to SatPC32.", "Space"}));
 }
 
 } // namespace ui

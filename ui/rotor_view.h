@@ -6,10 +6,13 @@
 
 namespace ui {
 
-/// What feeds the program in Satellite Rotor: received azimuth and elevation, offsets and thresholds.
+/// What feeds the program in Satellite Rotor: links, offsets and thresholds.
 class RotorView : public Card {
   public:
     RotorView(form::Form1& form, Adapters& adapters);
+
+  private:
+    static void layOutLinks(QBoxLayout& line, form::Form1& form, Adapters& adapters);
 };
 
 } // namespace ui

@@ -93,9 +93,9 @@ CaptionLabel* Adapters::activeLabel(form::Label& control, const Words& words, co
     return widget;
 }
 
-Digits* Adapters::digits(form::Label& control, const Words& words) {
+Digits* Adapters::digits(form::Label& control, const Words& words, bool opens) {
     auto* widget = new Digits;
-    widget->setActivated([&control] { control.DblClick.fire(); });
+    if (opens) widget->setActivated([&control] { control.DblClick.fire(); });
     add<DigitsAdapter>(control, control, *widget, words);
     return widget;
 }

@@ -1,0 +1,111 @@
+#include "rotor/tracking_data.h"
+
+#include "runtime/errors.h"
+#include "runtime/number.h"
+#include "runtime/text.h"
+
+#include <string_view>
+#include <vector>
+
+namespace rotor {
+
+namespace {
+
+constexpr double kOffsetsPerDegree = 100;
+
+/// Cuts at every single blank: two in a row give an empty token.
+std::vector<std::string> tokensOf(const std::string& text) {
+    std::vector<std::string> tokens(1);
+    for (const char c : text) {
+        if (c == ' ') {
+            tokens.emplace_back();
+        } else {
+            tokens.back() += c;
+        }
+    }
+    return tokens;
+}
+
+const std::string& token(const std::vector<std::string>& tokens, std::size_t number) {
+    if (number >= tokens.size()) throw runtime::SubscriptError();
+    return tokens[number];
+}
+
+std::string withoutTag(const std::string& tagged) {
+    constexpr std::size_t kTagLength = 2; // "AZ", "EL"
+    return tagged.size() > kTagLength ? tagged.substr(kTagLength) : std::string();
+}
+
+std::string withElevationOffset(const form::Form1& form, const std::string& degrees) {
+    const double offset = form.HScOffsetB.Value.get() / kOffsetsPerDegree;
+    return runtime::shortestText(runtime::toSingle(runtime::parseSingle(degrees) + offset));
+}
+
+/// Tokens 1 and 2 are azimuth and elevation. The raw labels show them crossed, and both take the elevation
+/// offset.
+void readOrbitron(form::Form1& form, const std::vector<std::string>& tokens) {
+    form.lblRealAz.Caption = withoutTag(token(tokens, 2));
+    form.lblRealEl.Caption = withoutTag(token(tokens, 1));
+    form.lblElRx.Caption = withElevationOffset(form, form.lblRealAz.Caption);
+    form.lblAzRx.Caption = withElevationOffset(form, form.lblRealEl.Caption);
+}
+
+std::string withOffset(const std::string& degrees, const form::ScrollBar& bar) {
+    const float offset = runtime::toSingle(bar.Value.get() / kOffsetsPerDegree);
+    return runtime::formatStored(runtime::parseSingle(degrees) + offset);
+}
+
+void showReceived(form::Form1& form, const std::string& azimuth, const std::string& elevation) {
+    const std::string az = withOffset(azimuth, form.HScOffsetA);
+    const std::string el = withOffset(elevation, form.HScOffsetB);
+    form.lblAzRx.Caption = az;
+    form.lblElRx.Caption = el;
+}
+
+void readSatPc32(form::Form1& form, const std::vector<std::string>& tokens) {
+    const std::string& realEl = token(tokens, 1);
+    const std::string& realAz = token(tokens, 2);
+    showReceived(form, token(tokens, 3), token(tokens, 4));
+    form.lblRealEl.Caption = realEl;
+    form.lblRealAz.Caption = realAz;
+}
+
+/// The number behind the tag, in the first token that has both.
+std::string taggedNumber(const std::vector<std::string>& tokens, std::string_view tag) {
+    for (const std::string& candidate : tokens) {
+        if (!candidate.starts_with(tag)) continue;
+        try {
+            runtime::parseSingle(withoutTag(candidate));
+            return withoutTag(candidate);
+        } catch (const runtime::RunTimeError&) { // A name that begins like the tag: look on.
+        }
+    }
+    throw runtime::TypeMismatch();
+}
+
+} // namespace
+
+void subSatData(form::Form1& form, const std::string& text) {
+    try {
+        const std::vector<std::string> tokens = tokensOf(text);
+        if (form.intSatSource == kOrbitron) readOrbitron(form, tokens);
+        if (form.intSatSource == kSatPc32) readSatPc32(form, tokens);
+    } catch (const runtime::RunTimeError&) {
+        // A malformed line is dropped in silence: the next one comes within a second.
+    }
+}
+
+void readSatPc32Item(form::Form1& form, const std::string& text) {
+    try {
+        const std::vector<std::string> tokens = tokensOf(text);
+        const std::string azimuth = taggedNumber(tokens, "AZ");
+        const std::string elevation = taggedNumber(tokens, "EL");
+        showReceived(form, azimuth, elevation);
+        form.lblRealAz.Caption = azimuth;
+        form.lblRealEl.Caption = elevation;
+    } catch (const runtime::RunTimeError&) {
+        // Dropped, as above.
+    }
+}
+
+} // namespace rotor

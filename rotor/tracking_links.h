@@ -1,0 +1,29 @@
+#pragma once
+
+#include "form/boxes.h"
+#include "form/form1.h"
+
+namespace rotor {
+
+/// The DDE links to Orbitron and SatPC32.
+class TrackingLinks {
+  public:
+    TrackingLinks(form::Form1& form, form::Boxes& boxes);
+
+    void cmdConnect_Click();
+    void lblOrbitron_LinkOpen();
+    void lblOrbitron_LinkClose();
+    void chkOpenCom_Click();
+    /// Satellite Rotor ends, or the program: both links are closed.
+    void close();
+
+  private:
+    void closeOrbitron();
+    void openSatPc32();
+    void closeSatPc32();
+
+    form::Form1& form_;
+    form::Boxes& boxes_;
+};
+
+} // namespace rotor

@@ -1,0 +1,87 @@
+#include "rotor/tracking_server.h"
+
+#include "rotor/tracking_data.h"
+#include "runtime/text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace rotor {
+
+namespace {
+
+/// By state number. The first two are the other way round from what the states mean, and stay so.
+constexpr std::array<const char*, 10> kStateNames = {"Open",         "Closed", "Listening",  "Waiting",
+                                                     "Solving Name", "Solved", "Connecting", "Connected",
+                                                     "Closing Peer", "Error"};
+
+} // namespace
+
+TrackingServer::TrackingServer(form::Form1& form, platform::TcpClients& clients, std::string host)
+    : form_(form), clients_(clients), host_(std::move(host)),
+      lines_([this](const std::string& line) { subSatData(form_, runtime::fromAnsi(line)); }) {
+    form_.Timer5.Tick.attach([this] { Timer5_Timer(); });
+    form_.tmrTrackingRetry.Tick.attach([this] {
+        form_.tmrTrackingRetry.Enabled = false;
+        connect();
+    });
+    form_.tmrTrackingSilence.Tick.attach([this] {
+        form_.tmrTrackingSilence.Enabled = false;
+        lines_.flush();
+    });
+}
+
+int TrackingServer::port() const {
+    return form_.intPortaSat == 0 ? kDefaultTrackingPort : form_.intPortaSat.value();
+}
+
+void TrackingServer::use() {
+    form_.Timer5.Enabled = true;
+    if (ClientIP_ && connectedPort_ == port()) return;
+    retry_ = kShortestRetry;
+    connect();
+}
+
+void TrackingServer::connect() {
+    ClientIP_.reset();
+    lines_.clear();
+    connectedPort_ = port();
+    platform::TcpClients::Events events;
+    events.connected = [this] { retry_ = kShortestRetry; };
+    events.received = [this](const std::string& bytes) { form_.guard([&] { received(bytes); }); };
+    events.ended = [this] { form_.guard([&] { lost(); }); };
+    ClientIP_ = clients_.connect(host_, connectedPort_, std::move(events));
+}
+
+void TrackingServer::lost() {
+    lines_.flush();
+    form_.tmrTrackingSilence.Enabled = false;
+    form_.tmrTrackingRetry.Interval = retry_;
+    form_.tmrTrackingRetry.Enabled = true;
+    retry_ = std::min(2 * retry_, kLongestRetry);
+}
+
+void TrackingServer::received(const std::string& bytes) {
+    lines_.add(bytes);
+    // Silence counts from the last bytes.
+    form_.tmrTrackingSilence.Enabled = false;
+    form_.tmrTrackingSilence.Enabled = lines_.pending();
+}
+
+void TrackingServer::leave() {
+    ClientIP_.reset();
+    lines_.clear();
+    for (form::Timer* timer : {&form_.Timer5, &form_.tmrTrackingRetry, &form_.tmrTrackingSilence}) {
+        timer->Enabled = false;
+    }
+}
+
+void TrackingServer::Timer5_Timer() {
+    if (!ClientIP_ || form_.intSatSource != kSatPc32) return;
+    const platform::TcpState state = ClientIP_->state();
+    form_.lblOpenCom.Caption = kStateNames.at(static_cast<std::size_t>(state));
+    if (state == platform::TcpState::Connected) form_.chkRotOnOff.Enabled = true;
+    if (state == platform::TcpState::Open) form_.chkRotOnOff.Enabled = false;
+}
+
+} // namespace rotor

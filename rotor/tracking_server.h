@@ -1,0 +1,45 @@
+#pragma once
+
+#include "form/form1.h"
+#include "platform/tcp_clients.h"
+#include "rotor/line_splitter.h"
+
+#include <chrono>
+#include <string>
+
+namespace rotor {
+
+/// TCP port of the tracking server unless another is set.
+constexpr int kDefaultTrackingPort = 6969;
+
+/// The client of the tracking server. While Satellite Rotor is on it keeps connected: after a loss it tries
+/// again 1, 2, 4 … and at most 30 seconds later.
+class TrackingServer {
+  public:
+    TrackingServer(form::Form1& form, platform::TcpClients& clients, std::string host);
+
+    /// Connects, or connects anew when the port has changed.
+    void use();
+    void leave();
+    /// Timer5: shows the connection's state, in SatPC32's format only.
+    void Timer5_Timer();
+
+  private:
+    void connect();
+    void lost();
+    void received(const std::string& bytes);
+    int port() const;
+
+    static constexpr int kShortestRetry = 1000; // milliseconds
+    static constexpr int kLongestRetry = 30000; // milliseconds
+
+    form::Form1& form_;
+    platform::TcpClients& clients_;
+    const std::string host_;
+    LineSplitter lines_;
+    std::unique_ptr<platform::TcpClient> ClientIP_;
+    int connectedPort_ = 0;
+    int retry_ = kShortestRetry;
+};
+
+} // namespace rotor

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "form/form1.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+#include <QWidget>
+#include <deque>
+#include <optional>
+
+namespace ui {
+
+/// A direction in degrees: azimuth clockwise from north, elevation above the horizon. Beyond 90 degrees of
+/// elevation the antenna lies over on its back.
+struct Direction {
+    double azimuth = 0;
+    double elevation = 0;
+    bool operator==(const Direction&) const = default;
+};
+
+/// The directions of the last ten minutes, one a second at the most.
+class SkyTrack {
+  public:
+    struct Sample {
+        qint64 at; // milliseconds
+        Direction direction;
+    };
+    static constexpr qint64 kKeptMilliseconds = 600'000;
+    static constexpr qint64 kBetweenSamples = 1000;
+
+    /// Adds a direction and drops what is too old; `now` in milliseconds.
+    void add(qint64 now, const Direction& direction);
+    const std::deque<Sample>& samples() const { return samples_; }
+
+  private:
+    std::deque<Sample> samples_;
+};
+
+/// Draws the sky as seen from below a map: north up, zenith in the middle. It looks at the directions ten
+/// times a second while it is visible, repaints only when one has changed, and costs nothing while hidden.
+class SkyPlot : public QWidget {
+  public:
+    enum class Who { Antenna, Target };
+
+    explicit SkyPlot(const form::Form1& form);
+
+    /// Where a direction stands in a circle of radius 1, y down.
+    static QPointF place(const Direction& direction);
+    static void drawMark(QPainter& painter, const QPalette& palette, Who who, QPointF centre);
+    static constexpr double kMarkRadius = 6;
+
+    QSize sizeHint() const override { return {200, 200}; }
+    QSize minimumSizeHint() const override { return {140, 140}; }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+  private:
+    void look();
+    void drawSky(QPainter& painter, double radius) const;
+    void drawTrack(QPainter& painter, double radius, Who who, const SkyTrack& track) const;
+
+    const form::Form1& form_;
+    QTimer looking_;
+    QElapsedTimer clock_;
+    Direction antenna_;
+    std::optional<Direction> target_;
+    SkyTrack antennaTrack_, targetTrack_;
+};
+
+/// The mark of a direction, for the legend.
+class SkyMark : public QWidget {
+  public:
+    explicit SkyMark(SkyPlot::Who who);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    SkyPlot::Who who_;
+};
+
+} // namespace ui
