@@ -4,12 +4,6 @@
 
 namespace app {
 
-namespace {
-
-constexpr int kMillisecondsPerSecond = 1000;
-
-} // namespace
-
 AutoOutputsOff::AutoOutputsOff(form::Form1& form, config::RecordFile& file, memory::MemorySlots& slots)
     : form_(form), file_(file), slots_(slots), sides_(form) {
     form_.tmrAutoOff.Tick.attach([this] { tmrAutoOff_Timer(); });
@@ -20,7 +14,8 @@ AutoOutputsOff::AutoOutputsOff(form::Form1& form, config::RecordFile& file, memo
 void AutoOutputsOff::arm() {
     if (!form_.cmdOff.Enabled) {
         form_.tmrAutoOff.Enabled = false;
-    } else if (!form_.bolFreqChanged && form_.bolAutoCmdOff) {
+        failed_ = false;
+    } else if (!form_.bolFreqChanged && form_.bolAutoCmdOff && !failed_) {
         form_.tmrAutoOff.Enabled = true;
     }
 }
@@ -30,7 +25,9 @@ void AutoOutputsOff::tmrAutoOff_Timer() {
     form_.tmrAutoOff.Enabled = false;
     // An engine that has started since the last poll keeps its coils.
     if (sides_.anyRunning()) return;
+    failed_ = true;
     form_.cmdOff.Click.raise();
+    failed_ = false;
     form_.bolAutoOffFire = true;
     if (!form_.chkAutoMemOnOff.ticked() && form_.chkFastMemory.ticked()) slots_.fastStore();
 }
@@ -42,8 +39,8 @@ void AutoOutputsOff::chkAutoCmdOff_Click() {
 void AutoOutputsOff::hScrCmdOff_Change() {
     form_.lblAutoCmdOff.Caption = std::to_string(form_.hScrCmdOff.Value.get());
     form_.intAutoCmdOffSec = form_.hScrCmdOff.Value.get();
+    form_.tmrAutoOff.Interval = countdown(form_.intAutoCmdOffSec);
     file_.write({config::integerRecord(config::record::kAutoOffSeconds, form_.intAutoCmdOffSec)});
-    form_.tmrAutoOff.Interval = (form_.intAutoCmdOffSec * kMillisecondsPerSecond).value();
 }
 
 } // namespace app

@@ -19,11 +19,15 @@ class AutoOutputsOff {
     void chkAutoCmdOff_Click();
     void hScrCmdOff_Change();
 
+    /// Milliseconds of so many seconds. OverflowError above 32 s.
+    static int countdown(form::Int16 seconds) { return (seconds * 1000).value(); }
+
   private:
     form::Form1& form_;
     config::RecordFile& file_;
     memory::MemorySlots& slots_;
     engine::Sides sides_;
+    bool failed_ = false; // the outputs did not go off; not tried again before an engine has run
 };
 
 } // namespace app

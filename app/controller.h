@@ -46,8 +46,8 @@ class Controller {
 
     /// Loads "save.cfg" and starts polling. Call it once, when the window stands.
     void start();
-    /// The user closes the main window, or the system ends the session: releases the frequency source, saves,
-    /// and calls the form's onUnload. A second call does nothing.
+    /// The user closes the main window: everything off, saves, and calls the form's onUnload. A second call
+    /// does nothing.
     void close();
 
   private:

@@ -1,6 +1,18 @@
 #include "app/error_boundary.h"
 
+#include "runtime/errors.h"
+
 namespace app {
+
+namespace {
+
+/// The text of an error, with the number of one of our own.
+std::string textOf(const std::exception& error) {
+    const auto* own = dynamic_cast<const runtime::RunTimeError*>(&error);
+    return error.what() + (own ? " (error " + std::to_string(own->number()) + ")" : std::string());
+}
+
+} // namespace
 
 ErrorBoundary::ErrorBoundary(form::Form1& form, form::Boxes& boxes, engine::OutputPorts& outputs)
     : form_(form), boxes_(boxes), outputs_(outputs) {
@@ -14,12 +26,13 @@ void ErrorBoundary::handle(const std::exception& error) {
     form_.bolMemA = false;
     form_.bolMemB = false;
     form_.cmdOff.Enabled = true;
-    outputs_.offWithoutFail();
+    const bool allOff = outputs_.offWithoutFail();
     // An error behind the box of another one adds nothing for the user.
     if (telling_) return;
     telling_ = true;
     try {
-        boxes_.critical(std::string(error.what()) + ". Both engines are stopped and the outputs are off.",
+        boxes_.critical(textOf(error) + ". Both engines are stopped. " +
+                            (allOff ? "The outputs are off." : std::string(engine::kOutputsStillOn) + "."),
                         "Error!");
     } catch (const std::exception&) { // A second error on this way is swallowed.
     }

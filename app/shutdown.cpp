@@ -29,33 +29,32 @@ Shutdown::Shutdown(form::Form1& form, form::Boxes& boxes, config::RecordFile& fi
 }
 
 void Shutdown::stopTimers() {
-    for (form::Timer* timer : {&form_.Timer1, &form_.Timer2, &form_.Timer3, &form_.Timer4, &form_.tmrFastMem,
-                               &form_.tmrAutoOff, &form_.tmrBandCh}) {
+    for (form::Timer* timer :
+         {&form_.Timer1, &form_.Timer2, &form_.Timer3, &form_.Timer4, &form_.tmrFastMem, &form_.tmrAutoOff,
+          &form_.tmrBandCh, &form_.Timer5, &form_.tmrTrackingRetry, &form_.tmrTrackingSilence}) {
         timer->Enabled = false;
     }
 }
 
-void Shutdown::subSalvaInUscita() {
-    if (saving_) return;
-    saving_ = true;
+void Shutdown::end() {
+    if (ended_) return;
+    ended_ = true;
     stopTimers();
-    outputs_.offWithoutFail();
-    try {
-        save();
-    } catch (const runtime::RunTimeError& error) {
-        boxes_.critical(std::string(error.what()) + ". The state of this session is not saved.", "Error!");
-    }
+    if (!outputs_.offWithoutFail()) boxes_.critical(std::string(engine::kOutputsStillOn) + ".", "Error!");
+    boxes_.cancelDialogs();
+    attempt([this] { source_.release(); }, "The frequency program was not told");
+    attempt([this] { save(); }, "The state of this session is not saved");
     file_.seal();
-    Form_Unload();
+    form_.unload();
 }
 
-void Shutdown::Form_Unload() {
-    if (unloading_) return;
-    unloading_ = true;
-    stopTimers();
-    source_.release();
-    subSalvaInUscita();
-    form_.unload();
+/// A step that fails says so, and the end goes on.
+void Shutdown::attempt(const std::function<void()>& step, const std::string& otherwise) {
+    try {
+        step();
+    } catch (const runtime::RunTimeError& error) {
+        boxes_.critical(std::string(error.what()) + ". " + otherwise + ".", "Error!");
+    }
 }
 
 void Shutdown::save() {

@@ -14,13 +14,15 @@ class Shutdown {
     Shutdown(form::Form1& form, form::Boxes& boxes, config::RecordFile& file, engine::OutputPorts& outputs,
              radio::FrequencySource& source, const Startup& startup);
 
-    /// Saves the running state, then unloads the main window.
-    void subSalvaInUscita();
-    /// The main window unloads: lets go of the frequency source and saves, unless that is what unloads it.
-    void Form_Unload();
+    /// The exit menu: saves the running state and unloads the main window.
+    void subSalvaInUscita() { end(); }
+    /// The main window unloads: saves the same way. Whichever comes first does it, once.
+    void Form_Unload() { end(); }
 
   private:
+    void end();
     void stopTimers();
+    void attempt(const std::function<void()>& step, const std::string& otherwise);
     void save();
 
     form::Form1& form_;
@@ -29,8 +31,7 @@ class Shutdown {
     engine::OutputPorts& outputs_;
     radio::FrequencySource& source_;
     const Startup& startup_;
-    bool saving_ = false;
-    bool unloading_ = false;
+    bool ended_ = false;
 };
 
 } // namespace app

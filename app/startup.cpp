@@ -1,10 +1,12 @@
 #include "app/startup.h"
 
+#include "app/auto_outputs_off.h"
 #include "config/display_colours.h"
 #include "config/records.h"
 #include "engine/parameters.h"
 #include "engine/position.h"
 #include "engine/stepper.h"
+#include "memory/automatic_recall.h"
 #include "runtime/errors.h"
 #include "runtime/number.h"
 #include "runtime/text.h"
@@ -45,7 +47,8 @@ void Startup::Form_Load() {
     loadTable();
     loadColours();
     loadFunction();
-    outputs_.writePortOff();
+    // A port that fails is told by the error boundary, and the load goes on.
+    form_.guard([this] { outputs_.writePortOff(); });
     form_.bolAvvisoReset = true;
     form_.tmrFastMem.Enabled = true;
     tellTrouble();
@@ -133,8 +136,7 @@ void Startup::loadMemories() {
     const form::Int16 bandMode = records_.integer(record::kBandMode);
     if (bandMode == -1) form_.chkBandMode.Value.load(1);
     if (bandMode == 0) form_.chkBandMode.Value.load(0);
-    form_.bolBandMode = form_.chkBandMode.ticked();
-    form_.lblBandMode.Caption = form_.bolBandMode ? "Band Mode" : "Frequency Mode";
+    memory::applyBandMode(form_);
 }
 
 void Startup::loadRotor() {
@@ -159,7 +161,7 @@ void Startup::loadOutputsOff() {
     form_.lblAutoCmdOff.Caption = std::to_string(usable);
     // A delay that was never set never fires, although the bar shows its minimum.
     form_.intAutoCmdOffSec = seconds == 0 ? 0 : usable;
-    form_.tmrAutoOff.Interval = (form_.intAutoCmdOffSec * 1000).value();
+    form_.tmrAutoOff.Interval = AutoOutputsOff::countdown(form_.intAutoCmdOffSec);
 }
 
 void Startup::loadPositions() {

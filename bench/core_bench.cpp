@@ -31,8 +31,9 @@ struct Machine {
     ~Machine() { std::filesystem::remove_all(folder); }
 
     std::unique_ptr<app::Controller> build() {
-        return std::make_unique<app::Controller>(
-            app::Ports{port, usb, clock, links, station, udp, tcp, dialogs, shell, sound, "simulated", "127.0.0.1"}, folder);
+        return std::make_unique<app::Controller>(app::Ports{port, usb, clock, links, station, udp, tcp,
+                                                            dialogs, shell, sound, "simulated", "127.0.0.1"},
+                                                 folder);
     }
 
     std::filesystem::path folder = std::filesystem::temp_directory_path() / "twinstep-core-bench";

@@ -22,6 +22,7 @@ GeneralSettings::GeneralSettings(form::Form1& main, form::FrmGenSet& dialog, for
     dialog_.cmbColor.Click.attach([this] { cmbColor_Click(); });
     dialog_.cmdSalvaGenSet.Click.attach([this] { cmdSalvaGenSet_Click(); });
     dialog_.cmdExitGen.Click.attach([this] { cmdExitGen_Click(); });
+    dialog_.onCancel = [this] { cmdExitGen_Click(); };
 }
 
 void GeneralSettings::Form_Load() {
@@ -48,18 +49,24 @@ void GeneralSettings::cmdSalvaGenSet_Click() {
         boxes_.critical("Please, choose another letter", "Found similar keys!");
         return;
     }
-    main_.strCCW1 = dialog_.txtCCW1.Text;
-    main_.strCCW2 = dialog_.txtCCW2.Text;
-    main_.strCW1 = dialog_.txtCW1.Text;
-    main_.strCW2 = dialog_.txtCW2.Text;
-    main_.bolAllarmi = dialog_.chkAlarmOnOff.ticked();
+    const std::string& ccw1 = dialog_.txtCCW1.Text;
+    const std::string& cw1 = dialog_.txtCW1.Text;
+    const std::string& ccw2 = dialog_.txtCCW2.Text;
+    const std::string& cw2 = dialog_.txtCW2.Text;
+    const bool alarms = dialog_.chkAlarmOnOff.ticked();
+    // On disk first: where that fails, Cancel still leaves everything as it was.
     file_.write({booleanRecord(record::kSavePositions, dialog_.chkSalvaM.ticked()),
                  booleanRecord(record::kLoadPositions, dialog_.chkCaricaInAvvio.ticked()),
                  textRecord(record::kDisplayColour, runtime::hexText(displayColour(main_))),
                  textRecord(record::kBackgroundColour, runtime::hexText(displayBackground(main_))),
-                 textRecord(record::kKeyCcw1, main_.strCCW1), textRecord(record::kKeyCw1, main_.strCW1),
-                 textRecord(record::kKeyCcw2, main_.strCCW2), textRecord(record::kKeyCw2, main_.strCW2),
-                 booleanRecord(record::kAlarms, main_.bolAllarmi)});
+                 textRecord(record::kKeyCcw1, ccw1), textRecord(record::kKeyCw1, cw1),
+                 textRecord(record::kKeyCcw2, ccw2), textRecord(record::kKeyCw2, cw2),
+                 booleanRecord(record::kAlarms, alarms)});
+    main_.strCCW1 = ccw1;
+    main_.strCCW2 = ccw2;
+    main_.strCW1 = cw1;
+    main_.strCW2 = cw2;
+    main_.bolAllarmi = alarms;
     dialog_.unload();
 }
 

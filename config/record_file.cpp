@@ -180,6 +180,12 @@ void RecordFile::copyTo(const std::filesystem::path& target) const {
     std::filesystem::path part = target;
     part += ".part";
     std::filesystem::copy_file(path_, part, std::filesystem::copy_options::overwrite_existing, error);
+    // A copy of a read-only file could not be written to any more.
+    using std::filesystem::perms;
+    if (!error) {
+        std::filesystem::permissions(part, perms::owner_read | perms::owner_write,
+                                     std::filesystem::perm_options::add, error);
+    }
     if (!error) std::filesystem::rename(part, target, error);
     if (!error) return;
     std::error_code ignored;

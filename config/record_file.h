@@ -49,7 +49,6 @@ class RecordImage {
     /// Records that were found damaged on reading, and whether the file ends inside a record.
     const std::vector<int>& damaged() const { return damaged_; }
     bool truncated() const { return bytes_.size() % kRecordLength != 0; }
-    std::size_t size() const { return bytes_.size(); }
 
   private:
     std::array<char, kRecordLength> bytesOf(int number) const;

@@ -105,17 +105,20 @@ void OutputPorts::darkenLamps() {
     }
 }
 
-void OutputPorts::offWithoutFail() noexcept {
-    const auto attempt = [](const auto& action) {
+bool OutputPorts::offWithoutFail() noexcept {
+    bool allOff = true;
+    const auto attempt = [&allOff](const auto& action) {
         try {
             action();
-        } catch (const std::exception&) { // The first error is being reported already.
+        } catch (const std::exception&) {
+            allOff = false;
         }
     };
     attempt([this] { darkenLamps(); });
     attempt([this] { writePortOff(); });
     attempt([this] { subUsbOnOff(0, 1); });
     attempt([this] { subUsbOnOff(0, 2); });
+    return allOff;
 }
 
 } // namespace engine

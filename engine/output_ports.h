@@ -7,6 +7,10 @@
 
 namespace engine {
 
+/// What a user must be told when the outputs do not go off.
+constexpr const char* kOutputsStillOn =
+    "The outputs could NOT be switched off: remove the power of the engines";
+
 /// The two ways to the coils: the printer port, written bit by bit and always, and the K8055 board, written
 /// as one byte while chkUsbOn is ticked.
 class OutputPorts {
@@ -21,8 +25,9 @@ class OutputPorts {
     void chkUsbOn_Click();
     /// All coils off, all lamps dark. The phase indexes stay, so the next step resumes the sequence.
     void cmdOff_Click();
-    /// Coils off at any price: each path is tried, whatever the other does. For use after an error.
-    void offWithoutFail() noexcept;
+    /// Coils off at any price: each path is tried, whatever the other does. For use after an error. False
+    /// when a path failed, so that coils may still be on.
+    bool offWithoutFail() noexcept;
     /// Sets all eight bits of the printer port: every coil off.
     void writePortOff();
 

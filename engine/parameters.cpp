@@ -98,12 +98,15 @@ Parameters::Entry Parameters::units(form::Label& label, form::TextBox& box, floa
 }
 
 void Parameters::labelDblClick(Entry& entry) {
-    if (entry.box.Enabled) {
-        confirm(entry);
-    } else {
-        entry.box.Enabled = true;
-        entry.box.setFocus();
-        entry.box.selectAll();
+    try {
+        if (entry.box.Enabled) {
+            confirm(entry);
+        } else {
+            open(entry);
+        }
+    } catch (const runtime::RunTimeError&) {
+        if (entry.always) entry.always();
+        throw;
     }
     if (entry.always) entry.always();
 }
@@ -112,7 +115,7 @@ void Parameters::confirm(Entry& entry) {
     const std::string& text = entry.box.Text;
     if (text.empty() || text == " ") {
         boxes_.critical("Insert a valid data", "No data entry!");
-        keepOpen(entry);
+        open(entry);
         return;
     }
     try {
@@ -128,14 +131,13 @@ void Parameters::confirm(Entry& entry) {
         } else {
             form_.StatusBar1.Panels(form::kPanelMessage) = "No data entry!";
         }
-        keepOpen(entry);
+        open(entry);
         return;
     }
     if (entry.afterwards) entry.afterwards();
 }
 
-void Parameters::keepOpen(Entry& entry) {
-    entry.box.Enabled = false;
+void Parameters::open(Entry& entry) {
     entry.box.Enabled = true;
     entry.box.setFocus();
     entry.box.selectAll();

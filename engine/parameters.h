@@ -37,7 +37,8 @@ class Parameters {
     Entry units(form::Label& label, form::TextBox& box, float& units, int record);
     void confirm(Entry& entry);
     void labelDblClick(Entry& entry);
-    void keepOpen(Entry& entry);
+    /// Lets the user type, with the text selected.
+    static void open(Entry& entry);
     void recomputeStepsGiroA();
 
     form::Form1& form_;

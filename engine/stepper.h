@@ -21,7 +21,6 @@ class Stepper {
     void chkHalfStep_Click() { changeStepMode(sides_.a); }
     void chkHalfStepB_Click() { changeStepMode(sides_.b); }
 
-    const Sides& sides() const { return sides_; }
     /// Caption, mode and multiplier as the step mode box stands.
     static void applyStepMode(const Side& side);
 

@@ -50,7 +50,14 @@ std::optional<std::uint32_t> Boxes::chooseColour(std::uint32_t initial, const st
 
 void Boxes::showModal(Form& form) {
     const Opened opened(*this);
+    dialogForms_.push_back(&form);
     if (modalWindow) modalWindow(form);
+    dialogForms_.pop_back();
+}
+
+void Boxes::cancelDialogs() {
+    for (std::size_t i = dialogForms_.size(); i > 0; --i)
+        dialogForms_[i - 1]->cancel();
 }
 
 } // namespace form

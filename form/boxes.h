@@ -22,6 +22,8 @@ class Boxes {
     std::optional<std::uint32_t> chooseColour(std::uint32_t initial, const std::string& title);
     /// Shows a dialog until it is unloaded.
     void showModal(Form& form);
+    /// Leaves all dialogs without saving, the last one first.
+    void cancelDialogs();
 
     /// The window's way to show a dialog; returns when it has been unloaded.
     std::function<void(Form&)> modalWindow;
@@ -32,6 +34,7 @@ class Boxes {
     class Opened;
     platform::Dialogs& dialogs_;
     int open_ = 0;
+    std::vector<Form*> dialogForms_;
 };
 
 } // namespace form

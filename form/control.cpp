@@ -17,6 +17,14 @@ void Form::unload() {
     if (onUnload) onUnload();
 }
 
+void Form::cancel() {
+    if (onCancel) {
+        onCancel();
+    } else {
+        unload();
+    }
+}
+
 void Form::beep() {
     if (onBeep) onBeep();
 }

@@ -38,6 +38,9 @@ class Form {
     /// Takes the window off the screen; `onUnload` is the window's side of it.
     void unload();
     std::function<void()> onUnload;
+    /// The user leaves the dialog without saving: what its Cancel does, where that is more than to unload it.
+    void cancel();
+    std::function<void()> onCancel;
     void beep();
     std::function<void()> onBeep;
 

@@ -19,6 +19,8 @@ struct RadioPanel {
     Form& form_;
 
   public:
+    bool sourceConnected() const { return !(cmdAutoMemConn.Caption == "0"); }
+
     runtime::Int16 intConnProgrTuner; // a FrequencyProgram
     runtime::Int16 intPortaN1MM;      // UDP port; 0 stands for 12060
     bool bolLog32Conn = false;        // the Logger32 connection is switched on

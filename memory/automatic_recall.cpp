@@ -43,6 +43,11 @@ std::string bandName(const std::string& key) {
     return key;
 }
 
+void applyBandMode(form::Form1& form) {
+    form.bolBandMode = form.chkBandMode.ticked();
+    form.lblBandMode.Caption = form.bolBandMode ? "Band Mode" : "Frequency Mode";
+}
+
 AutomaticRecall::AutomaticRecall(form::Form1& form, form::Boxes& boxes, MemorySlots& slots,
                                  config::RecordFile& file, platform::Sound& sound)
     : form_(form), boxes_(boxes), slots_(slots), file_(file), sound_(sound), sides_(form) {
@@ -56,7 +61,7 @@ AutomaticRecall::AutomaticRecall(form::Form1& form, form::Boxes& boxes, MemorySl
 
 void AutomaticRecall::tmrFastMem_Timer() {
     armOutputsOff();
-    if (form_.bolAutoOffFire) {
+    if (std::exchange(form_.bolAutoOffFire, false)) {
         if (!sides_.anyRunning()) form_.cmdOff.Click.raise();
     } else {
         subSelTunerProgr();
@@ -67,7 +72,6 @@ void AutomaticRecall::tmrFastMem_Timer() {
         if (form_.chkBandMode.ticked()) form_.strFreqKey = bandName(form_.strFreqKey);
         recallStep();
     }
-    form_.bolAutoOffFire = false;
     keepFrequency();
 }
 
@@ -95,7 +99,7 @@ void AutomaticRecall::readHamRadioDeluxe() {
 
 void AutomaticRecall::readLogger32() {
     form_.StatusBar1.Panels(form::kPanelMessage) = "";
-    if (form_.cmdAutoMemConn.Caption.get() != "0") announceChange(form_.lblLog32DataM.Caption);
+    if (form_.sourceConnected()) announceChange(form_.lblLog32DataM.Caption);
     if (form_.bolLog32Conn) subFreqLog32();
     // Below 10 MHz the text begins with a blank.
     std::string_view frequency = form_.lblLog32DataM.Caption.get();
@@ -108,7 +112,7 @@ bool AutomaticRecall::readN1mm() {
     const std::string& frequency = form_.lblFreqN1MM.Caption;
     const double kilohertz = runtime::leadingNumber(frequency);
     if (kilohertz == 0) return false;
-    if (form_.cmdAutoMemConn.Caption.get() != "0") announceChange(frequency);
+    if (form_.sourceConnected()) announceChange(frequency);
     form_.strFreqKey = keyOf(runtime::shortestText(kilohertz / kKilohertzPerMegahertz));
     const std::string digits = runtime::shortestText(runtime::leadingNumber(form_.strFreqKey));
     if (digits.size() == 1) form_.strFreqKey = digits + ".";
@@ -194,8 +198,7 @@ void AutomaticRecall::chkAutoMemOnOff_MouseDown() {
 }
 
 void AutomaticRecall::chkBandMode_Click() {
-    form_.bolBandMode = form_.chkBandMode.ticked();
-    form_.lblBandMode.Caption = form_.bolBandMode ? "Band Mode" : "Frequency Mode";
+    applyBandMode(form_);
 }
 
 void AutomaticRecall::HScrMemSpeedCh_Change() {

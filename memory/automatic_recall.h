@@ -14,6 +14,9 @@ namespace memory {
 /// The amateur band that a two-character key stands for ("7." gives "40"); any other key stays itself.
 std::string bandName(const std::string& key);
 
+/// Mode and its caption as chkBandMode stands.
+void applyBandMode(form::Form1& form);
+
 /// Follows the transceiver: each tick of tmrFastMem turns the frequency into a key and, once it has stayed
 /// for a whole tick, recalls the first memory whose label matches.
 class AutomaticRecall {

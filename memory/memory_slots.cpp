@@ -44,6 +44,7 @@ bool MemorySlots::isStored(int n) {
 }
 
 void MemorySlots::lblMem_DblClick(int n) {
+    if (isRotor()) return;
     // The old B value shown is the end of the stored A text.
     const std::string prompt = "Old Engine data: A=" + runtime::firstCharacters(form_.strMemPosA(n), 5) +
                                " B=" + runtime::lastCharacters(form_.strMemPosA(n), 5) +
@@ -57,11 +58,14 @@ void MemorySlots::lblMem_DblClick(int n) {
     const auto answer = boxes_.input("Insert a label for this memory", "Memory label (Max 10 characters)",
                                      form_.lblFr[n].Caption);
     form_.strMemLabel = runtime::firstCharacters(answer.value_or(""), kLabelMax);
-    form_.strMemPosA(n) = runtime::formatStored(form_.sngPosA);
-    form_.strMemPosB(n) = runtime::formatStored(form_.sngPosB);
-    file_.write({config::textRecord(config::record::kMemoryPosA + n, form_.strMemPosA(n)),
-                 config::textRecord(config::record::kMemoryPosB + n, form_.strMemPosB(n)),
+    const std::string posA = runtime::formatStored(form_.sngPosA);
+    const std::string posB = runtime::formatStored(form_.sngPosB);
+    // On disk first: what the window shows and recalls is what is stored.
+    file_.write({config::textRecord(config::record::kMemoryPosA + n, posA),
+                 config::textRecord(config::record::kMemoryPosB + n, posB),
                  config::textRecord(config::record::kMemoryLabel + n, form_.strMemLabel)});
+    form_.strMemPosA(n) = posA;
+    form_.strMemPosB(n) = posB;
     show(n, form_.strMemLabel);
 }
 
@@ -76,12 +80,13 @@ void MemorySlots::showToolTip(int n, const std::string& label) {
 }
 
 void MemorySlots::Option_Click(int n) {
-    if (!isStored(n)) {
-        form_.Option[n].Value.load(false);
-        return;
+    int before = 0;
+    for (int other = 1; other <= form::Form1::kMemories; ++other) {
+        if (other != n && form_.Option[other].Value) before = other;
     }
-    select(n);
-    recall(n);
+    // What is not recalled is not selected either: fast store would overwrite it.
+    const bool recalled = !isRotor() && isStored(n) && recall(n);
+    select(recalled ? n : before);
 }
 
 bool MemorySlots::recallAndSelect(int n) {
@@ -146,10 +151,10 @@ void MemorySlots::fastStore() {
         const std::string posA = runtime::formatStored(form_.sngPosA);
         const std::string posB = runtime::formatStored(form_.sngPosB);
         if (posA == form_.strMemPosA(n) && posB == form_.strMemPosB(n)) return;
-        form_.strMemPosA(n) = posA;
-        form_.strMemPosB(n) = posB;
         file_.write({config::textRecord(config::record::kMemoryPosA + n, posA),
                      config::textRecord(config::record::kMemoryPosB + n, posB)});
+        form_.strMemPosA(n) = posA;
+        form_.strMemPosB(n) = posB;
         showToolTip(n, form_.lblFr[n].Caption);
         subAlarmMemUp();
         return;

@@ -14,13 +14,15 @@ class MemorySlots {
 
     /// Stores memory n (1 to 10) after a confirmation; asks for its label.
     void lblMem_DblClick(int n);
-    /// Recalls memory n (1 to 10), and clears the selection of the others.
+    /// Recalls memory n (1 to 10), and selects it. A memory that cannot be recalled is not selected. The
+    /// memories hold positions of the tuner functions: in Satellite Rotor neither this nor storing acts.
     void Option_Click(int n);
     /// What the automatic recall does: recalls memory n once and selects it. False when it was refused.
     bool recallAndSelect(int n);
     /// No memory is selected any longer.
     void subResetPressedMem();
-    /// Stops both engines; unless a start keeps the loaded positions, they become 0.
+    /// Stops both engines; unless a start keeps the loaded positions, those in user units become 0. Azimuth
+    /// and elevation stay.
     void subAzzeraLabel();
     /// Stores the positions into the selected memory, if there is one; its label stays. Does nothing when
     /// both texts are stored already.
@@ -39,6 +41,7 @@ class MemorySlots {
     void subStartDaMemB() { startFromMemory(sides_.b); }
     void showToolTip(int n, const std::string& label);
     void subAlarmMemUp();
+    bool isRotor() const { return form_.intFunzione == form::kSatelliteRotor; }
 
     form::Form1& form_;
     form::Boxes& boxes_;

@@ -11,7 +11,4 @@ class PrinterPort {
     virtual void setBit(int bit) = 0;
 };
 
-/// I/O address of the first printer port's data register, where the eight outputs live.
-constexpr int kPrinterPortAddress = 888;
-
 } // namespace platform

@@ -2,7 +2,8 @@
 
 namespace platform {
 
-/// A Velleman K8055 board, as far as its eight digital outputs go.
+/// A Velleman K8055 board, as far as its eight digital outputs go. Every call throws runtime::ObjectError
+/// when the driver refuses.
 class UsbBoard {
   public:
     virtual ~UsbBoard() = default;

@@ -15,10 +15,6 @@ FrequencySource::FrequencySource(form::Form1& form, Logger32& logger32, platform
     form_.chkFastMemory.Enabled = false;
 }
 
-bool FrequencySource::connected() const {
-    return !(form_.cmdAutoMemConn.Caption == "0");
-}
-
 void FrequencySource::cmdAutoMemConn_Click() {
     switch (form_.intConnProgrTuner.value()) {
     case form::kHamRadioDeluxe:
@@ -36,7 +32,7 @@ void FrequencySource::cmdAutoMemConn_Click() {
 }
 
 void FrequencySource::toggleHamRadioDeluxe() {
-    if (connected()) {
+    if (form_.sourceConnected()) {
         form_.lblFreqRx.LinkMode = form::LinkLabel::kNone;
         showDisconnected();
     } else {
@@ -53,7 +49,7 @@ void FrequencySource::lblFreqRx_LinkClose() {
 }
 
 void FrequencySource::toggleLogger32() {
-    if (connected()) {
+    if (form_.sourceConnected()) {
         showDisconnected();
         form_.bolLog32Conn = false;
         logger32_.disconnect(form_);
@@ -81,7 +77,7 @@ void FrequencySource::subFreqLog32() {
 
 void FrequencySource::toggleN1mm() {
     wskN1mmLog_.reset();
-    if (connected()) {
+    if (form_.sourceConnected()) {
         showDisconnected();
         return;
     }

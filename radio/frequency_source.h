@@ -17,7 +17,6 @@ class FrequencySource {
 
     /// Connects or disconnects the chosen program.
     void cmdAutoMemConn_Click();
-    bool connected() const;
     /// Brings the chosen program's label to the front and names it in the status bar. Not in Satellite Rotor.
     void subSelTunerProgr();
     /// One poll of Logger32.

@@ -21,9 +21,6 @@ class Logger32 {
     /// Looks for Logger32's window and, when it has newly appeared, subscribes the form's window to it.
     Sighting poll(form::Form& form);
 
-    /// The window found by the last poll, 0 for none.
-    long window() const { return lngHwndLogger32_; }
-
   private:
     void receive(form::Label& frequency, long message, long wParam, long lParam) const;
 

@@ -80,7 +80,8 @@ void TunerConnections::select(const form::OptionButton& chosen) {
 
 void TunerConnections::enableTests(bool hrd, bool log32, bool n1mm) {
     dialog_.cmdOn.Enabled = hrd;
-    dialog_.cmdOnLog32.Enabled = log32;
+    // One hook at a time: a test that runs must be ended first.
+    dialog_.cmdOnLog32.Enabled = log32 && !dialog_.tmrLog32.Enabled;
     dialog_.Command1.Enabled = n1mm;
     dialog_.txtN1mmPortNumb.Enabled = n1mm;
     dialog_.lblListening.Visible = n1mm;
@@ -178,9 +179,13 @@ void TunerConnections::Command1_Click() {
 }
 
 void TunerConnections::cmdSaveTConf_Click() {
-    const auto port = typedPort();
-    if (!port) return;
-    port_ = *port;
+    // A port that was not touched goes back as it was read, unless N1MM Logger needs one.
+    const bool edited = dialog_.txtN1mmPortNumb.Text.get() != std::to_string(port_.value());
+    if (edited || (program_ == form::kN1mmLogger && port_ == 0)) {
+        const auto port = typedPort();
+        if (!port) return;
+        port_ = *port;
+    }
     file_.write({config::integerRecord(config::record::kFrequencyProgram, program_),
                  config::integerRecord(config::record::kN1mmPort, port_)});
     main_.intConnProgrTuner = program_;

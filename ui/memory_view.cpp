@@ -37,7 +37,6 @@ class MemoryView::Row : public QWidget {
     Row(int number, form::Form1& form, Adapters& adapters);
 
     OptionDot* dot() const { return dot_; }
-    CaptionLabel* number() const { return number_; }
 
   protected:
     void paintEvent(QPaintEvent* event) override;

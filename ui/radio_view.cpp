@@ -94,7 +94,7 @@ void RadioView::layOutRecall(form::Form1& form, Adapters& adapters) {
         0, 0);
     grid->addWidget(state(form.lblAutoMemOnOff,
                           {"Recall mode", "Whether memories are recalled by the radio or by hand."},
-                          "Manual|Semi Auto"),
+                          "Manual|Auto"),
                     0, 1);
     grid->addWidget(
         adapters.checkBox(form.chkBandMode,

@@ -228,6 +228,35 @@ TEST_F(LifeCycleTest, FunctionsRelabelTheEnginesAndClearPositions) {
     EXPECT_TRUE(f().mnuTunConn.Enabled);
 }
 
+TEST_F(LifeCycleTest, APortThatFailsAtTheStartDoesNotStopTheLoad) {
+    file.write(fullFile());
+    port.breakDown("/dev/parport0: gone");
+    start();
+    EXPECT_FALSE(dialogs.takeMessages().empty());
+    EXPECT_EQ(f().StatusBar1.Panels(1), "Tune & Load");
+    EXPECT_TRUE(f().bolAvvisoReset);
+    EXPECT_EQ(f().lblUsoA.Caption, "7.050");
+    f().mnuUscita.Click.fire();
+    EXPECT_NE(dialogs.takeMessages().at(0).text.find("could NOT be switched off"), std::string::npos);
+    EXPECT_EQ(file.read().text(54), "7.050");
+}
+
+TEST_F(LifeCycleTest, AnEndWhileSettingsAreOpenIsTheirCancel) {
+    startTuner();
+    int closed = 0;
+    f().onUnload = [&] { ++closed; };
+    dialogs.colourAnswers = {0x1234U};
+    inDialog<form::FrmGenSet>([&](form::FrmGenSet& dialog) {
+        dialog.cmbColor.ListIndex = form::FrmGenSet::kDisplay;
+        dialog.cmbColor.Click.fire();
+        EXPECT_EQ(f().Label2.ForeColor, 0x1234U);
+        f().mnuUscita.Click.fire();
+    });
+    f().mnuGenSet.Click.fire();
+    EXPECT_EQ(closed, 1);
+    EXPECT_EQ(file.read().text(52), "&HC8F58C");
+}
+
 TEST_F(LifeCycleTest, HelpMailAndAboutReachTheDesktop) {
     start();
     f().mnuHelp.Click.fire();

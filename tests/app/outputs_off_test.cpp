@@ -44,6 +44,20 @@ TEST_F(OutputsOffTest, AnEngineThatStartsJustBeforeTheEndKeepsItsCoils) {
     EXPECT_NE(port.data(), 255);
 }
 
+TEST_F(OutputsOffTest, APortThatIsGoneIsToldOnceAndNotAtEachCountdown) {
+    port.breakDown("/dev/parport0: gone");
+    clock.advance(60000);
+    const auto messages = dialogs.takeMessages();
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_NE(messages[0].text.find("could NOT be switched off"), std::string::npos);
+    port.breakDown("");
+    f().cmdAv.Click.fire();
+    clock.advance(1000);
+    f().cmdAlt.Click.fire();
+    clock.advance(3000);
+    EXPECT_EQ(port.data(), 255);
+}
+
 TEST_F(OutputsOffTest, SatelliteRotorKeepsItsOutputs) {
     f().mnuSat.Click.fire();
     leaveACoilOn();

@@ -98,6 +98,11 @@ TEST_F(RecordFileTest, ACopyReplacesOnlyWhenItIsWhole) {
     EXPECT_EQ(file.read().integer(1), 8);
     file.replaceBy(folder.path() / "home.cfg");
     EXPECT_EQ(file.read().integer(1), 7);
+    // A copy of a read-only file can be written to.
+    std::filesystem::permissions(folder.path() / "home.cfg", std::filesystem::perms::owner_read);
+    file.replaceBy(folder.path() / "home.cfg");
+    EXPECT_NE(std::filesystem::status(file.path()).permissions() & std::filesystem::perms::owner_write,
+              std::filesystem::perms::none);
     file.seal();
     file.write({integerRecord(1, 9)});
     EXPECT_EQ(file.read().integer(1), 7);

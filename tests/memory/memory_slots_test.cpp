@@ -113,6 +113,34 @@ TEST_F(MemoryTest, BelowZeroOrNeverStoredNothingIsRecalled) {
     EXPECT_TRUE(f().Option[1].Value);
 }
 
+TEST_F(MemoryTest, InSatelliteRotorMemoriesNeitherMoveNorChange) {
+    storeMemory(1, 3, 3, "7.050");
+    f().mnuSat.Click.fire();
+    f().Option[1].userClick();
+    EXPECT_FALSE(f().Timer1.Enabled || f().Timer4.Enabled || f().Option[1].Value);
+    f().lblMem[1].DblClick.fire();
+    EXPECT_TRUE(dialogs.takeMessages().empty());
+}
+
+TEST_F(MemoryTest, ARefusedRecallSelectsNothingThatFastStoreCouldOverwrite) {
+    storeMemory(1, 3, 3, "7.050");
+    storeMemory(2, 3, 3, "14.020");
+    f().Option[1].userClick();
+    f().Label2.Caption = "-0.01";
+    f().Option[2].userClick();
+    EXPECT_TRUE(f().Option[1].Value);
+    EXPECT_FALSE(f().Option[2].Value);
+}
+
+TEST_F(MemoryTest, AFailedWriteLeavesTheMemoryAsItWas) {
+    storeMemory(1, 3, 3, "7.050");
+    std::filesystem::remove(file.path());
+    std::filesystem::create_directory(file.path());
+    storeMemory(1, 55, 55, "21.010");
+    EXPECT_EQ(f().strMemPosA(1), "003.00");
+    EXPECT_EQ(f().Option[1].ToolTip, "7.050 (003.00-003.00)");
+}
+
 class RecallTest : public MemoryTest {
   protected:
     void SetUp() override {
