@@ -63,7 +63,7 @@ Parameters::Parameters(form::Form1& form, form::Boxes& boxes, config::RecordFile
 
 Parameters::Entry Parameters::speed(form::Label& label, form::TextBox& box, form::Int16& speed,
                                     form::Int16& period, int record,
-                                    std::function<bool(form::Int16)> isTooLow) {
+                                    const std::function<bool(form::Int16)>& isTooLow) {
     const auto store = [&speed, &period, record, isTooLow](form::TextBox& text) {
         form::Int16 value = runtime::parseInt16(text.Text.get());
         if (value > kFastest) value = kFastest;

@@ -32,7 +32,7 @@ class Parameters {
         std::function<void()> always = {};
     };
     Entry speed(form::Label& label, form::TextBox& box, form::Int16& speed, form::Int16& period, int record,
-                std::function<bool(form::Int16)> isTooLow);
+                const std::function<bool(form::Int16)>& isTooLow);
     Entry steps(form::Label& label, form::TextBox& box, form::Int16& steps, int record);
     Entry units(form::Label& label, form::TextBox& box, float& units, int record);
     void confirm(Entry& entry);
