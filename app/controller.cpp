@@ -75,12 +75,15 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
         form.cmdAlt.Click.raise();
         form.cmdAltB.Click.raise();
     };
+    shutdown.leaveTracking = [this] {
+        trackingServer.leave();
+        trackingLinks.close();
+    };
     functions.onChange = [this](int function) {
         if (function == form::kSatelliteRotor) {
             trackingServer.use();
         } else {
-            trackingServer.leave();
-            trackingLinks.close();
+            shutdown.leaveTracking();
         }
     };
     configurations.load = [this] { startup.Form_Load(); };

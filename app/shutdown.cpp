@@ -43,6 +43,7 @@ void Shutdown::end() {
     if (!outputs_.offWithoutFail()) boxes_.critical(std::string(engine::kOutputsStillOn) + ".", "Error!");
     boxes_.cancelDialogs();
     attempt([this] { source_.release(); }, "The frequency program was not told");
+    attempt(leaveTracking, "The tracking program was not told");
     attempt([this] { save(); }, "The state of this session is not saved");
     file_.seal();
     form_.unload();

@@ -14,6 +14,9 @@ class Shutdown {
     Shutdown(form::Form1& form, form::Boxes& boxes, config::RecordFile& file, engine::OutputPorts& outputs,
              radio::FrequencySource& source, const Startup& startup);
 
+    /// Lets go of the tracking programs.
+    std::function<void()> leaveTracking;
+
     /// The exit menu: saves the running state and unloads the main window.
     void subSalvaInUscita() { end(); }
     /// The main window unloads: saves the same way. Whichever comes first does it, once.

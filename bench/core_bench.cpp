@@ -1,11 +1,6 @@
-#include "app/controller.h"
 #include "config/record_file.h"
 #include "config/records.h"
-#include "platform/simulated/clock.h"
-#include "platform/simulated/desktop.h"
-#include "platform/simulated/links.h"
-#include "platform/simulated/outputs.h"
-#include "platform/simulated/tcp_clients.h"
+#include "tests/simulated_outside.h"
 
 #include <array>
 #include <benchmark/benchmark.h>
@@ -21,7 +16,7 @@ namespace {
 namespace record = config::record;
 
 /// The whole core with simulated ports, in a folder of its own.
-struct Machine {
+struct Machine : SimulatedOutside {
     Machine() {
         std::filesystem::remove_all(folder);
         std::filesystem::create_directories(folder);
@@ -30,24 +25,10 @@ struct Machine {
     Machine& operator=(const Machine&) = delete;
     ~Machine() { std::filesystem::remove_all(folder); }
 
-    std::unique_ptr<app::Controller> build() {
-        return std::make_unique<app::Controller>(app::Ports{port, usb, clock, links, station, udp, tcp,
-                                                            dialogs, shell, sound, "simulated", "127.0.0.1"},
-                                                 folder);
-    }
+    std::unique_ptr<app::Controller> build() { return std::make_unique<app::Controller>(ports(), folder); }
 
     std::filesystem::path folder = std::filesystem::temp_directory_path() / "twinstep-core-bench";
     config::RecordFile file{folder / "save.cfg"};
-    simulated::PrinterPort port;
-    simulated::UsbBoard usb{-1};
-    simulated::Clock clock;
-    simulated::DdeLinks links;
-    simulated::StationMessages station;
-    simulated::UdpSockets udp;
-    simulated::TcpClients tcp;
-    simulated::Dialogs dialogs;
-    simulated::Shell shell;
-    simulated::Sound sound;
 };
 
 /// A file in which every record holds something.

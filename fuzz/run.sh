@@ -13,8 +13,8 @@ for target in datagram tracking record_file; do
     echo "--- $target"
     corpus=build/fuzz/corpus/$target
     mkdir -p "$corpus"
-    # The longest input is a whole record file.
-    "build/fuzz/fuzz/${target}_fuzz" -max_total_time="${SECONDS_EACH:-20}" -max_len=11000 -print_final_stats=0 \
+    # A whole record file, and more than the longest tracking line.
+    "build/fuzz/fuzz/${target}_fuzz" -max_total_time="${SECONDS_EACH:-20}" -max_len=140000 -print_final_stats=0 \
         -verbosity=0 -artifact_prefix=build/fuzz/ "$corpus"
 done
 echo "No target failed."

@@ -20,7 +20,8 @@ void LineSplitter::add(std::string_view bytes) {
 }
 
 void LineSplitter::flush() {
-    if (!dropping_) endLine();
+    // Silence ends a line that is being dropped, too.
+    endLine();
 }
 
 void LineSplitter::endLine() {

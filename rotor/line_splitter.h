@@ -8,7 +8,7 @@ namespace rotor {
 
 /// Cuts a stream of text into lines. A server may send several lines at once, half of one, or a position
 /// with no line end at all: what has no end yet is kept for the next bytes, until flush takes it as a line.
-/// A line that grows beyond kLongest bytes is dropped up to its end.
+/// A line that grows beyond kLongest bytes is dropped up to its end, by a line end or by silence.
 class LineSplitter {
   public:
     static constexpr std::size_t kLongest = 64U << 10; // bytes
@@ -21,7 +21,7 @@ class LineSplitter {
     void flush();
     /// Forgets what is there: the connection it came from is gone.
     void clear();
-    bool pending() const { return !line_.empty(); }
+    bool pending() const { return dropping_ || !line_.empty(); }
 
   private:
     void endLine();

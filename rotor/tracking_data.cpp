@@ -4,6 +4,7 @@
 #include "runtime/number.h"
 #include "runtime/text.h"
 
+#include <algorithm>
 #include <string_view>
 #include <vector>
 
@@ -27,13 +28,16 @@ std::vector<std::string> tokensOf(const std::string& text) {
 }
 
 const std::string& token(const std::vector<std::string>& tokens, std::size_t number) {
-    if (number >= tokens.size()) throw runtime::SubscriptError();
+    // No number is longer; a window that shows one that is would be slow to draw it.
+    constexpr std::size_t kLongest = 64;
+    if (number >= tokens.size() || tokens[number].size() > kLongest) throw runtime::SubscriptError();
     return tokens[number];
 }
 
 std::string withoutTag(const std::string& tagged) {
     constexpr std::size_t kTagLength = 2; // "AZ", "EL"
-    return tagged.size() > kTagLength ? tagged.substr(kTagLength) : std::string();
+    return runtime::lastCharacters(tagged,
+                                   std::max(runtime::characterCount(tagged), kTagLength) - kTagLength);
 }
 
 std::string withElevationOffset(const form::Form1& form, const std::string& degrees) {

@@ -18,6 +18,7 @@ TrackingLinks::TrackingLinks(form::Form1& form, form::Boxes& boxes) : form_(form
         form_.chkOpenCom.Value = 0;
         boxes_.critical("Cannot connect to satellite data! Restart SatPc32", "Error!");
     });
+    form_.Label29.LinkClose.attach([this] { form_.lblOpenCom.Caption = "Disconnected"; });
     form_.Label29.Change.attach([this] { readSatPc32Item(form_, form_.Label29.Caption); });
 }
 
@@ -68,13 +69,13 @@ void TrackingLinks::openSatPc32() {
 }
 
 void TrackingLinks::closeSatPc32() {
+    form_.Label29.LinkMode = form::LinkLabel::kNone;
     form_.lblOpenCom.ForeColor = form::kBlack;
     form_.lblOpenCom.BackColor = form::kGreen;
     form_.lblOpenCom.Caption = "Connect";
     form_.chkOpenCom.BackColor = form::kGreen;
     form_.chkRotOnOff.Value = 0;
     form_.chkRotOnOff.Enabled = false;
-    form_.Label29.LinkMode = form::LinkLabel::kNone;
 }
 
 void TrackingLinks::close() {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace rotor {
 
@@ -21,10 +22,7 @@ TrackingServer::TrackingServer(form::Form1& form, platform::TcpClients& clients,
     : form_(form), clients_(clients), host_(std::move(host)),
       lines_([this](const std::string& line) { subSatData(form_, runtime::fromAnsi(line)); }) {
     form_.Timer5.Tick.attach([this] { Timer5_Timer(); });
-    form_.tmrTrackingRetry.Tick.attach([this] {
-        form_.tmrTrackingRetry.Enabled = false;
-        connect();
-    });
+    form_.tmrTrackingRetry.Tick.attach([this] { connect(); });
     form_.tmrTrackingSilence.Tick.attach([this] {
         form_.tmrTrackingSilence.Enabled = false;
         lines_.flush();
@@ -32,12 +30,13 @@ TrackingServer::TrackingServer(form::Form1& form, platform::TcpClients& clients,
 }
 
 int TrackingServer::port() const {
-    return form_.intPortaSat == 0 ? kDefaultTrackingPort : form_.intPortaSat.value();
+    // A negative one comes from a damaged file only.
+    return form_.intPortaSat < 1 ? kDefaultTrackingPort : form_.intPortaSat.value();
 }
 
 void TrackingServer::use() {
     form_.Timer5.Enabled = true;
-    if (ClientIP_ && connectedPort_ == port()) return;
+    if (ClientIP_ && connectedPort_ == port() && !form_.tmrTrackingRetry.Enabled) return;
     retry_ = kShortestRetry;
     connect();
 }
@@ -45,6 +44,8 @@ void TrackingServer::use() {
 void TrackingServer::connect() {
     ClientIP_.reset();
     lines_.clear();
+    form_.tmrTrackingRetry.Enabled = false;
+    form_.tmrTrackingSilence.Enabled = false;
     connectedPort_ = port();
     platform::TcpClients::Events events;
     events.connected = [this] { retry_ = kShortestRetry; };
@@ -68,7 +69,13 @@ void TrackingServer::received(const std::string& bytes) {
     form_.tmrTrackingSilence.Enabled = lines_.pending();
 }
 
+/// A state of the server that no longer counts gives its place up; one of the links stays.
+void TrackingServer::hideState() {
+    if (std::exchange(stateShown_, false)) form_.lblOpenCom.Caption = "Connect";
+}
+
 void TrackingServer::leave() {
+    hideState();
     ClientIP_.reset();
     lines_.clear();
     for (form::Timer* timer : {&form_.Timer5, &form_.tmrTrackingRetry, &form_.tmrTrackingSilence}) {
@@ -77,9 +84,13 @@ void TrackingServer::leave() {
 }
 
 void TrackingServer::Timer5_Timer() {
-    if (!ClientIP_ || form_.intSatSource != kSatPc32) return;
+    if (!ClientIP_ || form_.intSatSource != kSatPc32) {
+        hideState();
+        return;
+    }
     const platform::TcpState state = ClientIP_->state();
     form_.lblOpenCom.Caption = kStateNames.at(static_cast<std::size_t>(state));
+    stateShown_ = true;
     if (state == platform::TcpState::Connected) form_.chkRotOnOff.Enabled = true;
     if (state == platform::TcpState::Open) form_.chkRotOnOff.Enabled = false;
 }

@@ -27,6 +27,7 @@ class TrackingServer {
   private:
     void connect();
     void lost();
+    void hideState();
     void received(const std::string& bytes);
     int port() const;
 
@@ -40,6 +41,7 @@ class TrackingServer {
     std::unique_ptr<platform::TcpClient> ClientIP_;
     int connectedPort_ = 0;
     int retry_ = kShortestRetry;
+    bool stateShown_ = false;
 };
 
 } // namespace rotor

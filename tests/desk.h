@@ -4,11 +4,7 @@
 #include "config/record_file.h"
 #include "config/records.h"
 #include "form/dialogs.h"
-#include "platform/simulated/clock.h"
-#include "platform/simulated/desktop.h"
-#include "platform/simulated/links.h"
-#include "platform/simulated/outputs.h"
-#include "platform/simulated/tcp_clients.h"
+#include "tests/simulated_outside.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -42,20 +38,10 @@ inline std::string bytesOf(const std::filesystem::path& path) {
 }
 
 /// The whole program without a window: real form and subsystems, simulated outside, virtual time.
-class Desk : public ::testing::Test {
+class Desk : public ::testing::Test, protected SimulatedOutside {
   protected:
     TemporaryFolder folder;
     config::RecordFile file{folder.path() / "save.cfg"};
-    simulated::Clock clock;
-    simulated::PrinterPort port;
-    simulated::UsbBoard board{0};
-    simulated::DdeLinks links;
-    simulated::StationMessages station;
-    simulated::UdpSockets udp;
-    simulated::TcpClients tcp;
-    simulated::Dialogs dialogs;
-    simulated::Shell shell;
-    simulated::Sound sound;
     std::unique_ptr<app::Controller> controller;
 
     form::Form1& f() { return controller->form(); }

@@ -22,11 +22,12 @@ QColor colourOf(SkyPlot::Who who, const QPalette& palette) {
 
 } // namespace
 
-void SkyTrack::add(qint64 now, const Direction& direction) {
+bool SkyTrack::add(qint64 now, const Direction& direction) {
     while (!samples_.empty() && now - samples_.front().at > kKeptMilliseconds)
         samples_.pop_front();
-    if (!samples_.empty() && now - samples_.back().at < kBetweenSamples) return;
+    if (!samples_.empty() && now - samples_.back().at < kBetweenSamples) return false;
     samples_.push_back({now, direction});
+    return true;
 }
 
 SkyPlot::SkyPlot(const form::Form1& form) : form_(form) {
@@ -51,9 +52,10 @@ void SkyPlot::look() {
         target = Direction{runtime::leadingNumber(azimuth), runtime::leadingNumber(elevation)};
     }
     const qint64 now = clock_.elapsed();
-    antennaTrack_.add(now, antenna);
-    if (target) targetTrack_.add(now, *target);
-    if (antenna == antenna_ && target == target_) return;
+    // Once a second the tracks move on, also while both directions stand still.
+    bool moved = antennaTrack_.add(now, antenna);
+    if (target && targetTrack_.add(now, *target)) moved = true;
+    if (!moved && antenna == antenna_ && target == target_) return;
     antenna_ = antenna;
     target_ = target;
     update();
@@ -109,12 +111,19 @@ void SkyPlot::drawSky(QPainter& painter, double radius) const {
 }
 
 void SkyPlot::drawTrack(QPainter& painter, double radius, Who who, const SkyTrack& track) const {
-    QPolygonF line;
-    for (const SkyTrack::Sample& sample : track.samples())
-        line << place(sample.direction) * radius;
     QColor colour = colourOf(who, palette());
     colour.setAlphaF(0.55F);
     painter.setPen(QPen(colour, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    QPolygonF line;
+    qint64 before = 0;
+    for (const SkyTrack::Sample& sample : track.samples()) {
+        if (sample.at - before > SkyTrack::kGap) {
+            painter.drawPolyline(line);
+            line.clear();
+        }
+        line << place(sample.direction) * radius;
+        before = sample.at;
+    }
     painter.drawPolyline(line);
 }
 

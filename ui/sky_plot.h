@@ -28,8 +28,12 @@ class SkyTrack {
     static constexpr qint64 kKeptMilliseconds = 600'000;
     static constexpr qint64 kBetweenSamples = 1000;
 
-    /// Adds a direction and drops what is too old; `now` in milliseconds.
-    void add(qint64 now, const Direction& direction);
+    /// Samples further apart than this were not seen in between.
+    static constexpr qint64 kGap = 3000;
+
+    /// Adds a direction and drops what is too old; `now` in milliseconds. False when it keeps the sample
+    /// that it has.
+    bool add(qint64 now, const Direction& direction);
     const std::deque<Sample>& samples() const { return samples_; }
 
   private:

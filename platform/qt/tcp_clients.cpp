@@ -1,6 +1,9 @@
 #include "platform/qt/tcp_clients.h"
 
 #include <QTcpSocket>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
 #include <utility>
 
 namespace qt_ports {
@@ -15,8 +18,7 @@ class Client : public platform::TcpClient {
         : events_(std::move(events)) {
         socket_.setReadBufferSize(kMostAtOnce);
         QObject::connect(&socket_, &QTcpSocket::connected, [this] {
-            // A server that vanishes without a word is noticed in the end.
-            socket_.setSocketOption(QAbstractSocket::KeepAliveOption, 1);
+            noticeSilentEnd();
             events_.connected();
         });
         QObject::connect(&socket_, &QTcpSocket::readyRead,
@@ -51,6 +53,18 @@ class Client : public platform::TcpClient {
     }
 
   private:
+    /// A server that vanishes without a word is noticed within half a minute.
+    void noticeSilentEnd() {
+        socket_.setSocketOption(QAbstractSocket::KeepAliveOption, 1);
+        const auto set = [this](int option, int value) {
+            ::setsockopt(static_cast<int>(socket_.socketDescriptor()), IPPROTO_TCP, option, &value,
+                         sizeof value);
+        };
+        set(TCP_KEEPIDLE, 10); // seconds of silence before the first probe
+        set(TCP_KEEPINTVL, 5); // seconds between probes
+        set(TCP_KEEPCNT, 3);   // probes without an answer that end the connection
+    }
+
     void end(bool failed) {
         if (std::exchange(ended_, true)) return;
         failed_ = failed && socket_.error() != QAbstractSocket::RemoteHostClosedError;

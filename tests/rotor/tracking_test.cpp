@@ -22,7 +22,12 @@ TEST(LineSplitter, CutsWhateverWayTheBytesCome) {
     splitter.add(std::string(40000, 'x'));
     splitter.add(std::string(40000, 'x'));
     splitter.flush();
-    splitter.add("still the long one\nnext\n" + std::string(rotor::LineSplitter::kLongest, 'y') + "\nlast");
+    splitter.add("heard again");
+    splitter.flush();
+    ASSERT_EQ(lines, std::vector<std::string>{"heard again"});
+    lines.clear();
+    splitter.add(std::string(70000, 'z') + "\nnext\n" + std::string(rotor::LineSplitter::kLongest, 'y') +
+                 "\nlast");
     splitter.clear();
     splitter.flush();
     ASSERT_EQ(lines.size(), 2U);
@@ -139,7 +144,7 @@ TEST_F(TrackingServerTest, ConnectsInSatelliteRotorAloneAndShowsItsState) {
     f().intSatSource = rotor::kOrbitron; // whose state is not shown
     tcp.drop();
     clock.advance(500);
-    EXPECT_EQ(f().lblOpenCom.Caption, "Connected");
+    EXPECT_EQ(f().lblOpenCom.Caption, "Connect");
     f().mnuCoilTuner.Click.fire();
     EXPECT_FALSE(f().chkRotOnOff.Enabled);
     const int attempts = tcp.attempts();
@@ -170,6 +175,27 @@ TEST_F(TrackingServerTest, TriesAgainAtGrowingIntervals) {
     attempts = tcp.attempts();
     clock.advance(1000); // it had worked: from the shortest again
     EXPECT_EQ(tcp.attempts(), attempts + 1);
+}
+
+TEST_F(TrackingServerTest, AnotherPortEndsTheWaitForTheOldOne) {
+    connect();
+    tcp.stopListening(6969);
+    tcp.drop();
+    tcp.listen(7000);
+    f().intPortaSat = 7000;
+    inDialog<form::FrmSatConn>([](form::FrmSatConn& dialog) {
+        dialog.txtServerPort.Text.load("7000");
+        dialog.cmdSaveSatCfg.Click.fire();
+    });
+    f().mnuSatConn.Click.fire();
+    tcp.answer();
+    const int attempts = tcp.attempts();
+    clock.advance(60000);
+    EXPECT_EQ(tcp.attempts(), attempts);
+    f().mnuUscita.Click.fire();
+    tcp.drop();
+    clock.advance(60000);
+    EXPECT_EQ(tcp.attempts(), attempts);
 }
 
 TEST_F(TrackingServerTest, TheDialogsChoiceTakesEffectAtOnce) {
@@ -248,6 +274,8 @@ TEST_F(TrackingTest, SatPc32sLinkIsTicked) {
     EXPECT_TRUE(f().chkRotOnOff.Enabled);
     links.poke("SatPC32|SatPcDdeConv", "SatPcDdeItem", "SNISS AZ10.5 EL20.5 UP0");
     EXPECT_EQ(f().lblAzRx.Caption, "010.50");
+    links.quit("SatPC32|SatPcDdeConv");
+    EXPECT_EQ(f().lblOpenCom.Caption, "Disconnected");
     f().chkOpenCom.userClick();
     EXPECT_EQ(f().lblOpenCom.Caption, "Connect");
     EXPECT_EQ(f().lblOpenCom.BackColor, form::kGreen);

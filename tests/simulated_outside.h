@@ -1,0 +1,37 @@
+#pragma once
+
+#include "app/controller.h"
+#include "platform/simulated/clock.h"
+#include "platform/simulated/desktop.h"
+#include "platform/simulated/links.h"
+#include "platform/simulated/outputs.h"
+#include "platform/simulated/tcp_clients.h"
+
+/// Everything outside the program, simulated: what tests, benchmarks and fuzz targets run the controller on.
+struct SimulatedOutside {
+    simulated::Clock clock;
+    simulated::PrinterPort port;
+    simulated::UsbBoard board{0};
+    simulated::DdeLinks links;
+    simulated::StationMessages station;
+    simulated::UdpSockets udp;
+    simulated::TcpClients tcp;
+    simulated::Dialogs dialogs;
+    simulated::Shell shell;
+    simulated::Sound sound;
+
+    app::Ports ports() {
+        return {.printer = port,
+                .usb = board,
+                .timers = clock,
+                .links = links,
+                .station = station,
+                .udp = udp,
+                .tcp = tcp,
+                .dialogs = dialogs,
+                .shell = shell,
+                .sound = sound,
+                .outputsName = "simulated",
+                .trackingServer = "127.0.0.1"};
+    }
+};
