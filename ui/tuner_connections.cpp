@@ -55,9 +55,6 @@ Card* programs(form::FrmTunerConn& form, Adapters& adapters) {
     dots[1]->setNeighbours(dots[0], dots[2]);
     dots[2]->setNeighbours(dots[1], nullptr);
 
-    const int chosen = form.optN1MM.Value ? 2 : form.optLog32.Value ? 1 : 0;
-    dots.at(static_cast<std::size_t>(chosen))->setFocus();
-
     LineEdit* port =
         adapters.textBox(form.txtN1mmPortNumb,
                          {"Port of N1MM Logger", "The UDP port of N1MM Logger.", "Alt+C takes it"}, "000000");
@@ -110,6 +107,10 @@ void layOut(Dialog& window, form::FrmTunerConn& form) {
     all->addWidget(window.addButtons(form.cmdSaveTConf, {"Save", "Keeps program and port.", "Enter"},
                                      form.cmdExitTConf, {"Cancel", "Leaves everything as it was.", "Esc"}));
     all->setSizeConstraint(QLayout::SetFixedSize);
+    const form::OptionButton& chosen = form.optN1MM.Value    ? form.optN1MM
+                                       : form.optLog32.Value ? form.optLog32
+                                                             : form.optHamDeluxe;
+    window.findChild<QWidget*>(shown(chosen.name()))->setFocus();
 }
 
 } // namespace ui
