@@ -19,17 +19,22 @@ struct KernelTimers : ::testing::Test {
 
 TEST_F(KernelTimers, HoldTheMeanRateThroughHandlersAndStalls) {
     constexpr int kTicks = 400;
-    int ticks = 0;
-    const auto timer = timers.create([&] {
-        ++ticks;
-        if (ticks == 100) std::this_thread::sleep_for(8ms);
-    });
-    const auto begin = Clock::now();
-    timer->start(1);
-    ASSERT_TRUE(EventLoop::until([&] { return ticks >= kTicks; }));
-    const auto took = Clock::now() - begin;
-    EXPECT_GE(took, 399ms);
-    EXPECT_LE(took, 600ms) << "a busy machine may stall it; losing every third tick would take longer";
+    constexpr auto kTooSlow = 600ms; // what losing every third tick would take
+    auto took = Clock::duration::max();
+    // A busy machine may stall one round for longer than the schedule makes up; a fault would slow them all.
+    for (int round = 0; round < 5 && took > kTooSlow; ++round) {
+        int ticks = 0;
+        const auto timer = timers.create([&] {
+            ++ticks;
+            if (ticks == 100) std::this_thread::sleep_for(8ms);
+        });
+        const auto begin = Clock::now();
+        timer->start(1);
+        ASSERT_TRUE(EventLoop::until([&] { return ticks >= kTicks; }));
+        took = Clock::now() - begin;
+        EXPECT_GE(took, 399ms);
+    }
+    EXPECT_LE(took, kTooSlow);
 }
 
 TEST_F(KernelTimers, NoTickComesAfterStop) {
