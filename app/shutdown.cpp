@@ -29,9 +29,8 @@ Shutdown::Shutdown(form::Form1& form, form::Boxes& boxes, config::RecordFile& fi
 }
 
 void Shutdown::stopTimers() {
-    for (form::Timer* timer :
-         {&form_.Timer1, &form_.Timer2, &form_.Timer3, &form_.Timer4, &form_.tmrFastMem, &form_.tmrAutoOff,
-          &form_.tmrBandCh, &form_.Timer5, &form_.tmrTrackingRetry, &form_.tmrTrackingSilence}) {
+    for (form::Timer* timer : {&form_.Timer1, &form_.Timer2, &form_.Timer3, &form_.Timer4, &form_.tmrFastMem,
+                               &form_.tmrAutoOff, &form_.tmrBandCh}) {
         timer->Enabled = false;
     }
 }

@@ -17,6 +17,18 @@ class Boxes::Opened {
     Boxes& boxes_;
 };
 
+/// Keeps a dialog in the list of those on the screen while it lives.
+class Boxes::Shown {
+  public:
+    Shown(Boxes& boxes, Form& form) : boxes_(boxes) { boxes_.dialogForms_.push_back(&form); }
+    Shown(const Shown&) = delete;
+    Shown& operator=(const Shown&) = delete;
+    ~Shown() { boxes_.dialogForms_.pop_back(); }
+
+  private:
+    Boxes& boxes_;
+};
+
 void Boxes::critical(const std::string& text, const std::string& title) {
     const Opened opened(*this);
     dialogs_.message(text, title, platform::Icon::Critical, platform::Buttons::Ok);
@@ -50,9 +62,8 @@ std::optional<std::uint32_t> Boxes::chooseColour(std::uint32_t initial, const st
 
 void Boxes::showModal(Form& form) {
     const Opened opened(*this);
-    dialogForms_.push_back(&form);
+    const Shown shown(*this, form);
     if (modalWindow) modalWindow(form);
-    dialogForms_.pop_back();
 }
 
 void Boxes::cancelDialogs() {

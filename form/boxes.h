@@ -32,6 +32,7 @@ class Boxes {
 
   private:
     class Opened;
+    class Shown;
     platform::Dialogs& dialogs_;
     int open_ = 0;
     std::vector<Form*> dialogForms_;
