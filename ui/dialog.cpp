@@ -1,5 +1,7 @@
 #include "ui/dialog.h"
 
+#include "ui/card.h"
+
 #include <QApplication>
 
 namespace ui {
@@ -16,6 +18,14 @@ Dialog::Dialog(form::Form& form, Redraw& redraw, QWidget* parent)
 Dialog::~Dialog() {
     form_.onUnload = nullptr;
     form_.onBeep = nullptr;
+}
+
+QVBoxLayout* Dialog::column() {
+    auto* all = new QVBoxLayout(this);
+    all->setContentsMargins(2 * kGrid, 2 * kGrid, 2 * kGrid, 2 * kGrid);
+    all->setSpacing(kGrid + kGrid / 2);
+    all->setSizeConstraint(QLayout::SetFixedSize);
+    return all;
 }
 
 QDialogButtonBox* Dialog::addButtons(form::Button& accept, const Words& acceptWords, form::Button& cancel,

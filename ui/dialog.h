@@ -6,6 +6,7 @@
 
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QVBoxLayout>
 
 namespace ui {
 
@@ -17,6 +18,8 @@ class Dialog : public QDialog {
     ~Dialog() override;
 
     Adapters& adapters() { return adapters_; }
+    /// The column in which a dialog of fixed size lays its parts out.
+    QVBoxLayout* column();
     /// The buttons in the order of the platform; the first is the default one.
     QDialogButtonBox* addButtons(form::Button& accept, const Words& acceptWords, form::Button& cancel,
                                  const Words& cancelWords);

@@ -75,15 +75,12 @@ Card* habits(form::FrmGenSet& form, Adapters& adapters) {
 
 void layOut(Dialog& window, form::FrmGenSet& form) {
     Adapters& adapters = window.adapters();
-    auto* all = new QVBoxLayout(&window);
-    all->setContentsMargins(2 * kGrid, 2 * kGrid, 2 * kGrid, 2 * kGrid);
-    all->setSpacing(kGrid + kGrid / 2);
+    QVBoxLayout* all = window.column();
     all->addWidget(keys(form, adapters));
     all->addWidget(colours(form, adapters));
     all->addWidget(habits(form, adapters));
     all->addWidget(window.addButtons(form.cmdSalvaGenSet, {"Save", "Keeps these settings.", "Enter"},
                                      form.cmdExitGen, {"Cancel", "Leaves everything as it was.", "Esc"}));
-    all->setSizeConstraint(QLayout::SetFixedSize);
 }
 
 } // namespace ui

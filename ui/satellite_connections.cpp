@@ -7,14 +7,6 @@ namespace ui {
 
 namespace {
 
-QVBoxLayout* column(Dialog& window) {
-    auto* all = new QVBoxLayout(&window);
-    all->setContentsMargins(2 * kGrid, 2 * kGrid, 2 * kGrid, 2 * kGrid);
-    all->setSpacing(kGrid + kGrid / 2);
-    all->setSizeConstraint(QLayout::SetFixedSize);
-    return all;
-}
-
 CaptionLabel* text(Adapters& adapters, form::Label& control) {
     const QString caption = shown(control.Caption);
     return adapters.label(control, {caption, caption}, caption);
@@ -58,7 +50,7 @@ void layOut(Dialog& window, form::FrmSatConn& form) {
                                    "Insert a port from 0 to 32767"),
                     3, 0, 1, 3);
     card->body().addLayout(grid);
-    QVBoxLayout* all = column(window);
+    QVBoxLayout* all = window.column();
     all->addWidget(card);
     all->addWidget(window.addButtons(form.cmdSaveSatCfg, {"Save", "Keeps program and port.", "Enter"},
                                      form.cmdExitSatConn, {"Cancel", "Leaves everything as it was.", "Esc"}));
@@ -67,7 +59,7 @@ void layOut(Dialog& window, form::FrmSatConn& form) {
 
 void layOut(Dialog& window, form::FrmServer& form) {
     Adapters& adapters = window.adapters();
-    QVBoxLayout* all = column(window);
+    QVBoxLayout* all = window.column();
     all->addWidget(adapters.checkBox(
         form.chkAttivaServer,
         {"Data server", "The program's own data server, which is not ready yet.", "Space"}));

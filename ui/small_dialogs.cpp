@@ -10,18 +10,12 @@ namespace {
 constexpr double kEntrySize = 2.2;
 constexpr double kTitleSize = 2.0;
 constexpr int kIconSize = 8 * kGrid;
-
-QVBoxLayout* column(Dialog& window) {
-    auto* layout = new QVBoxLayout(&window);
-    layout->setContentsMargins(2 * kGrid, 2 * kGrid, 2 * kGrid, 2 * kGrid);
-    layout->setSpacing(kGrid);
-    return layout;
-}
 } // namespace
 
 void layOut(Dialog& window, form::FrmInsPosition& form) {
     Adapters& adapters = window.adapters();
-    QVBoxLayout* all = column(window);
+    QVBoxLayout* all = window.column();
+    all->setSpacing(kGrid);
     CaptionLabel* title = adapters.label(form.Label1, {"New value of", "The position that is declared anew."},
                                          "Tune Value|Load Value");
     title->setFont(scaledFont(title->font(), 1.15, QFont::DemiBold));
@@ -58,14 +52,14 @@ void layOut(Dialog& window, form::FrmInsPosition& form) {
         label->setAlignment(Qt::AlignCenter);
         all->addWidget(label);
     }
-    all->setSizeConstraint(QLayout::SetFixedSize);
     integer->selectAll();
     integer->setFocus();
 }
 
 void layOut(Dialog& window, form::FrmAbout& form) {
     Adapters& adapters = window.adapters();
-    QVBoxLayout* all = column(window);
+    QVBoxLayout* all = window.column();
+    all->setSpacing(kGrid);
     auto* icon = new QLabel;
     icon->setPixmap(
         QApplication::windowIcon().pixmap(QSize(kIconSize, kIconSize), window.devicePixelRatioF()));
@@ -88,7 +82,6 @@ void layOut(Dialog& window, form::FrmAbout& form) {
     }
     all->addSpacing(kGrid);
     all->addWidget(window.addCloseButton(form.cmdOK, {"OK", "Closes this window.", "Enter"}));
-    all->setSizeConstraint(QLayout::SetFixedSize);
 }
 
 } // namespace ui

@@ -99,14 +99,11 @@ Card* received(form::FrmTunerConn& form, Adapters& adapters) {
 
 void layOut(Dialog& window, form::FrmTunerConn& form) {
     Adapters& adapters = window.adapters();
-    auto* all = new QVBoxLayout(&window);
-    all->setContentsMargins(2 * kGrid, 2 * kGrid, 2 * kGrid, 2 * kGrid);
-    all->setSpacing(kGrid + kGrid / 2);
+    QVBoxLayout* all = window.column();
     all->addWidget(programs(form, adapters));
     all->addWidget(received(form, adapters));
     all->addWidget(window.addButtons(form.cmdSaveTConf, {"Save", "Keeps program and port.", "Enter"},
                                      form.cmdExitTConf, {"Cancel", "Leaves everything as it was.", "Esc"}));
-    all->setSizeConstraint(QLayout::SetFixedSize);
     const form::OptionButton& chosen = form.optN1MM.Value    ? form.optN1MM
                                        : form.optLog32.Value ? form.optLog32
                                                              : form.optHamDeluxe;
