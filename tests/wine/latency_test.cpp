@@ -71,9 +71,9 @@ class Latency : public StationWindow {
 };
 
 std::string padded(int number, int digits) {
-    std::string text = std::to_string(number);
-    return std::string(static_cast<std::size_t>(digits) - std::min<std::size_t>(text.size(), digits), '0') +
-           text;
+    std::string text(static_cast<std::size_t>(digits), '0');
+    text += std::to_string(number);
+    return text.substr(text.size() - static_cast<std::size_t>(digits));
 }
 
 TEST_F(Latency, OfAThousandChangesIsWithinFiftyMilliseconds) {
