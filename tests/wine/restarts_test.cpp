@@ -12,6 +12,7 @@ namespace {
 
 constexpr int kRestarts = 20; // unless TWINSTEP_RESTARTS says otherwise
 constexpr int kWarmUp = 3;    // what is kept once for all
+constexpr int kRounds = 5;    // Wine starts and ends services of its own at times, which a round may meet
 
 /// What is held open by whom.
 struct Held {
@@ -19,7 +20,11 @@ struct Held {
     int serverFiles = 0;                     // of Wine's server, which has a file for most handles
     int processes = 0;                       // under this Wine
     int ownFiles = 0;                        // of the controller
-    bool operator==(const Held&) const = default;
+
+    bool within(const Held& other) const {
+        return handles <= other.handles && atoms <= other.atoms && windows <= other.windows &&
+               serverFiles <= other.serverFiles && processes <= other.processes && ownFiles <= other.ownFiles;
+    }
 };
 
 std::ostream& operator<<(std::ostream& out, const Held& held) {
@@ -33,13 +38,15 @@ int filesOf(const QString& process) {
         QDir("/proc/" + process + "/fd").entryList(QDir::AllEntries | QDir::System).size());
 }
 
-int processesUnderWine() {
+/// Those of this Wine whose command line has this in it.
+int processesUnderWine(const QByteArray& program = {}) {
     const QByteArray mark =
         ("WINEPREFIX=" + Wine::instance().environment().value("WINEPREFIX")).toLocal8Bit();
     int count = 0;
     for (const QString& process : QDir("/proc").entryList(QDir::Dirs)) {
-        QFile environment("/proc/" + process + "/environ");
-        if (process.toInt() > 0 && environment.open(QFile::ReadOnly) && environment.readAll().contains(mark))
+        QFile environment("/proc/" + process + "/environ"), commandLine("/proc/" + process + "/cmdline");
+        if (process.toInt() > 0 && environment.open(QFile::ReadOnly) && commandLine.open(QFile::ReadOnly) &&
+            environment.readAll().contains(mark) && commandLine.readAll().contains(program))
             ++count;
     }
     return count;
@@ -138,35 +145,37 @@ class Restarts : public StationWindow {
 TEST_F(Restarts, LeaveNothingBehind) {
     for (int i = 0; i < kWarmUp; ++i)
         oneLife(true);
-    const Held before = held();
-    QElapsedTimer clock;
-    clock.start();
-    for (int i = 0; i < restarts() && !HasFailure(); ++i)
-        oneLife(true);
-    const auto milliseconds = clock.elapsed() / restarts();
-    Held after;
-    // What ends is gone a moment later.
-    waitFor([&] { return (after = held()) == before; });
-    std::cout << restarts() << " restarts, " << milliseconds << " ms each\nbefore: " << before
-              << "\nafter:  " << after << '\n';
-    EXPECT_EQ(after, before);
+    bool grown = true;
+    for (int round = 0; round < kRounds && grown && !HasFailure(); ++round) {
+        const Held before = held();
+        QElapsedTimer clock;
+        clock.start();
+        for (int i = 0; i < restarts() && !HasFailure(); ++i)
+            oneLife(true);
+        const auto milliseconds = clock.elapsed() / restarts();
+        Held after;
+        // What ends is gone a moment later.
+        grown = !waitFor([&] { return (after = held()).within(before); });
+        std::cout << restarts() << " restarts, " << milliseconds << " ms each\nbefore: " << before
+                  << "\nafter:  " << after << '\n';
+    }
+    EXPECT_FALSE(grown) << "what is held grew in every round";
     EXPECT_THAT(socketsAt(port), ::testing::IsEmpty());
+    EXPECT_EQ(processesUnderWine("twinstep-bridge.exe"), 0);
 }
 
-TEST_F(Restarts, AfterAKillLeaveNoProcessAndNoSocket) {
+TEST_F(Restarts, AfterACrashLeaveNoProcessAndNoSocket) {
     for (int i = 0; i < kWarmUp; ++i)
         oneLife(false);
-    const Held before = held();
+    // A station program keeps its side of a conversation whose client has crashed: that is not looked at
+    // here.
+    const int files = filesOf("self");
     for (int i = 0; i < restarts() && !HasFailure(); ++i)
         oneLife(false);
-    Held after;
-    // A station program keeps its side of a conversation whose client was killed: that is not looked at here.
-    const auto likeBefore = [&] {
-        after = held();
-        return after.processes == before.processes && after.ownFiles == before.ownFiles;
-    };
-    EXPECT_TRUE(waitFor(likeBefore)) << after << "; before: " << before;
-    EXPECT_THAT(socketsAt(port), ::testing::IsEmpty());
+    EXPECT_TRUE(waitFor([&] { return filesOf("self") <= files; })) << filesOf("self") << ", before " << files;
+    EXPECT_TRUE(waitFor([&] { return socketsAt(port).empty(); }))
+        << ::testing::PrintToString(socketsAt(port));
+    EXPECT_EQ(processesUnderWine("twinstep-bridge.exe"), 0);
 }
 
 } // namespace
