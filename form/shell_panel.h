@@ -67,6 +67,7 @@ struct ShellPanel {
     Menu mnuTunConn{form_, "mnuTunConn", "&Tuner Connections…"};
     Menu mnuSatConn{form_, "mnuSatConn", "&Sat Connections…"};
     Menu mnuTvnServer{form_, "mnuTvnServer", "T&VNserver…"};
+    Menu mnuHardware{form_, "mnuHardware", "&Hardware and links…"};
     Menu mnuHelp{form_, "mnuHelp", "&Help"};
     Menu mnuMail{form_, "mnuMail", "Send a &Mail…"};
     Menu mnuSplash{form_, "mnuSplash", "&About Twinstep…"};

@@ -54,9 +54,12 @@ void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
     entry(settings, form.mnuGenSet, "Keys, colours, sounds, and what is saved and loaded.",
           Qt::CTRL | Qt::Key_G);
     entry(settings, form.mnuTunConn, "Which program reports the radio's frequency.", Qt::CTRL | Qt::Key_T);
-
     entry(settings, form.mnuSatConn, "Which tracking program sends, and the port of the tracking server.");
     entry(settings, form.mnuTvnServer, "Settings of the program's own data server, which is not ready yet.");
+    settings->addSeparator();
+    entry(settings, form.mnuHardware,
+          "Which devices the outputs go to, a test of the coils, and where the links are.",
+          Qt::CTRL | Qt::Key_H);
 
     QMenu* help = addMenu(window, "&Help", "mnuHelpMenu");
     entry(help, form.mnuHelp, "Opens the manual in the browser.", QKeySequence(Qt::Key_F1));
