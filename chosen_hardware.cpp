@@ -87,7 +87,7 @@ class ChosenHardware::Board : public platform::UsbBoard {
         if (const auto card = config::cardAddress(setting)) {
             behind_ = std::make_unique<linux_ports::K8055>(
                 *card,
-                linux_ports::K8055::Events{
+                linux_ports::K8055::Observer{
                     .opened = [this](const std::string& device) { owner_.watchdog().guardBoard(device); },
                     .closed = [this] { owner_.watchdog().forgetBoard(); }});
         } else {

@@ -37,7 +37,10 @@ class ChosenHardware : public platform::Hardware {
     void keep() override;
     std::vector<std::string> printerPorts() const override;
     std::string outputsName() const override;
+    std::string bridgeStateText() const override { return bridgeState ? bridgeState() : std::string(); }
 
+    /// What the bridge's link says of itself.
+    std::function<std::string()> bridgeState;
     /// Told the settings that are in use from now on.
     std::function<void(const platform::HardwareSettings&)> onUse;
     /// Hands the watchdog over when the first real device needs one, or at once; it lives as long as this

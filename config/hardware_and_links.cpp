@@ -78,6 +78,7 @@ HardwareAndLinks::HardwareAndLinks(form::Form1& main, form::FrmHardware& dialog,
       test_(main, outputs, dialog.tmrCoilTest), before_(hardware.settings()) {
     test_.onCoil = [this](int coil) { showCoil(coil); };
     dialog_.cmbPort.Click.attach([this] { chosePort(); });
+    dialog_.tmrBridge.Tick.attach([this] { tmrBridge_Timer(); });
     dialog_.cmdTestA.Click.attach([this] { cmdTest_Click(1); });
     dialog_.cmdTestB.Click.attach([this] { cmdTest_Click(2); });
     dialog_.cmdSaveHardware.Click.attach([this] { cmdSaveHardware_Click(); });
@@ -102,6 +103,12 @@ void HardwareAndLinks::Form_Load() {
     dialog_.lblFixed.Visible = std::ranges::any_of(
         kHardwareFields, [this](const HardwareField& field) { return hardware_.isFixed(field.value); });
     chosePort();
+    tmrBridge_Timer();
+    dialog_.tmrBridge.Enabled = true;
+}
+
+void HardwareAndLinks::tmrBridge_Timer() {
+    dialog_.lblBridge.Caption = hardware_.bridgeStateText();
 }
 
 void HardwareAndLinks::chosePort() {

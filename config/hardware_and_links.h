@@ -24,6 +24,8 @@ class HardwareAndLinks {
     void cmdExitHardware_Click();
     /// Tests engine 1 or 2; a second press ends the test.
     void cmdTest_Click(int motor);
+    /// Shows the state of the link to the bridge.
+    void tmrBridge_Timer();
 
     /// Other devices or links are in use now.
     std::function<void()> onChange;

@@ -93,10 +93,12 @@ struct FrmServer : Form {
 struct FrmHardware : Form {
     FrmHardware(platform::Timers& timers, std::vector<std::string> ports, std::vector<std::string> boards)
         : Form("frmHardware"), cmbPort(*this, "cmbPort", std::move(ports)),
-          cmbUsb(*this, "cmbUsb", std::move(boards)), tmrCoilTest(*this, "tmrCoilTest", timers) {
+          cmbUsb(*this, "cmbUsb", std::move(boards)), tmrCoilTest(*this, "tmrCoilTest", timers),
+          tmrBridge(*this, "tmrBridge", timers, kBridgeMilliseconds) {
         Caption = "Hardware and Links";
     }
 
+    static constexpr int kBridgeMilliseconds = 500; // between two looks at the bridge's state
     static constexpr const char* kTestA = "Test &1";
     static constexpr const char* kTestB = "Test &2";
 
@@ -109,6 +111,8 @@ struct FrmHardware : Form {
     TextBox txtN1mmListen{*this, "txtN1mmListen"};
     TextBox txtTrackingServer{*this, "txtTrackingServer"};
     TextBox txtBridge{*this, "txtBridge"};
+    Label lblBridge{*this, "lblBridge"}; // the state of the link to the bridge
+    Timer tmrBridge;
     Label lblFixed{*this, "lblFixed", "What is grey was given on the command line."};
     Button cmdSaveHardware{*this, "cmdSaveHardware", "Save"};
     Button cmdExitHardware{*this, "cmdExitHardware", "Cancel"};

@@ -27,6 +27,7 @@ enum Panel {
 struct ShellPanel {
     ShellPanel(Form& form, platform::Timers& timers) : form_(form), tmrAutoOff(form, "tmrAutoOff", timers) {
         framSat.Visible = false;
+        lblClock.Visible = false;
     }
 
   private:
@@ -56,6 +57,7 @@ struct ShellPanel {
 
     Frame framTuner{form_, "framTuner"}, framSat{form_, "framSat"};
     StatusBar StatusBar1{form_, "StatusBar1"};
+    Label lblClock{form_, "lblClock"}; // how the step clock is scheduled, where the user asked for real time
 
     Menu mnuLoadConfig{form_, "mnuLoadConfig", "&Load Config…"};
     Menu mnuSaveConfig{form_, "mnuSaveConfig", "&Save Config…"};

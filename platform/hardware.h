@@ -36,6 +36,8 @@ class Hardware {
     virtual std::vector<std::string> printerPorts() const = 0;
     /// What the status bar calls the printer port: "/dev/parport0", "simulated".
     virtual std::string outputsName() const = 0;
+    /// The state of the link to the bridge, in one line: "bridge 127.0.0.1:7380 connected".
+    virtual std::string bridgeStateText() const = 0;
 };
 
 } // namespace platform

@@ -91,6 +91,12 @@ Card* links(form::FrmHardware& form, Adapters& adapters) {
             kChoiceColumn);
         grid->addWidget(hint(link.hint), line++, kBesideColumn);
     }
+    CaptionLabel* state = adapters.label(
+        form.lblBridge,
+        {"State of the bridge", "Whether the controller and the bridge have found each other."},
+        "bridge station-computer.local:7380 connected");
+    state->setTone(CaptionLabel::Tone::Quiet);
+    grid->addWidget(state, line, kChoiceColumn, 1, 2);
     return card;
 }
 

@@ -68,6 +68,18 @@ void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
     entry(help, form.mnuSplash, "Version and licence.");
 }
 
+namespace {
+
+constexpr int kRateStretch = 5;
+
+/// Empty most of the time: beside the messages, which are too.
+CaptionLabel* rateNotice(form::Form1& form, Adapters& adapters) {
+    return adapters.label(form.rateNotice,
+                          {"Measured rate", "The steps per second that the USB board can take."}, "");
+}
+
+} // namespace
+
 void layOutStatusBar(QMainWindow& window, form::Form1& form, Adapters& adapters) {
     struct PanelWords {
         const char* tip;
@@ -76,7 +88,7 @@ void layOutStatusBar(QMainWindow& window, form::Form1& form, Adapters& adapters)
     };
     static constexpr PanelWords kPanels[form::StatusBar::kPanels] = {
         {"The function that is on.", "Choose a function", 3},
-        {"Messages.", "Message", 4},
+        {"Messages.", "Message", 2},
         {"The program that reports the frequency.", "N1MM Logger", 2},
         {"The port of the tracking server.", "00000", 1},
         {"The configuration that was loaded or saved.", "MMMMMMMM", 2},
@@ -94,9 +106,16 @@ void layOutStatusBar(QMainWindow& window, form::Form1& form, Adapters& adapters)
         panel->reserve(words.samples);
         panel->setTone(CaptionLabel::Tone::Quiet);
         if (!panels.empty()) bar->addPermanentWidget(divider());
-        bar->addPermanentWidget(panel, words.stretch);
         panels.push_back(panel);
+        bar->addPermanentWidget(panel, words.stretch);
+        if (panels.size() == form::kPanelMessage)
+            bar->addPermanentWidget(rateNotice(form, adapters), kRateStretch);
     }
+    CaptionLabel* clock =
+        adapters.label(form.lblClock, {"Step clock", "Whether the step clock goes before other programs."},
+                       "real-time 20 (RealtimeKit)");
+    clock->setTone(CaptionLabel::Tone::Quiet);
+    bar->addPermanentWidget(clock);
     adapters.statusBar(form.StatusBar1, *bar, panels);
 }
 

@@ -26,6 +26,7 @@ class Hardware : public platform::Hardware {
     }
     std::vector<std::string> printerPorts() const override { return {"/dev/parport0", "/dev/parport1"}; }
     std::string outputsName() const override { return settings_.port; }
+    std::string bridgeStateText() const override { return "no bridge at " + settings_.bridge; }
 
     /// The command line gave this setting.
     void fix(std::string platform::HardwareSettings::*setting) { fixed_ = setting; }
