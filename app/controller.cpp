@@ -74,7 +74,7 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
     recall.subFreqLog32 = [this] { source.subFreqLog32(); };
     startup.subSelTunerProgr = [this] { source.subSelTunerProgr(); };
     configurations.beforeLoad = [this] {
-        if (form.sourceConnected()) source.cmdAutoMemConn_Click();
+        source.disconnect();
         form.cmdAlt.Click.raise();
         form.cmdAltB.Click.raise();
     };
@@ -106,7 +106,7 @@ void Controller::Subsystems::mnuGenSet_Click() {
 }
 
 void Controller::Subsystems::mnuTunConn_Click() {
-    if (form.sourceConnected()) source.cmdAutoMemConn_Click();
+    source.disconnect();
     form::FrmTunerConn dialog(ports.timers, ports.links);
     dialog.onError = form.onError;
     radio::TunerConnections connections(form, dialog, file, logger32, ports.udp);

@@ -31,6 +31,12 @@ void FrequencySource::cmdAutoMemConn_Click() {
     }
 }
 
+void FrequencySource::disconnect() {
+    if (form_.sourceConnected()) cmdAutoMemConn_Click();
+    // A link that is still being made would open beside the next program.
+    form_.lblFreqRx.LinkMode = form::LinkLabel::kNone;
+}
+
 void FrequencySource::toggleHamRadioDeluxe() {
     if (form_.sourceConnected()) {
         form_.lblFreqRx.LinkMode = form::LinkLabel::kNone;

@@ -17,6 +17,8 @@ class FrequencySource {
 
     /// Connects or disconnects the chosen program.
     void cmdAutoMemConn_Click();
+    /// Disconnects whatever is connected or being connected, before another program may be chosen.
+    void disconnect();
     /// Brings the chosen program's label to the front and names it in the status bar. Not in Satellite Rotor.
     void subSelTunerProgr();
     /// One poll of Logger32.

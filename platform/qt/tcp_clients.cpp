@@ -1,5 +1,6 @@
 #include "platform/qt/tcp_clients.h"
 
+#include <QCoreApplication>
 #include <QTcpSocket>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -10,32 +11,94 @@ namespace qt_ports {
 
 namespace {
 
-constexpr qint64 kMostAtOnce = 64 << 10; // bytes read between two looks at the event loop
+/// Bytes read between two looks at the event loop: some eighty short lines, which take a fraction of a step.
+constexpr qint64 kMostAtOnce = 1 << 10;
+
+/// The socket and what hears of it. It stays until the last callback has returned, whatever has become of
+/// the client meanwhile.
+struct Connection {
+    platform::TcpClients::Events events;
+    QTcpSocket* socket = nullptr;
+    bool abandoned = false; // the client is gone: no more events
+    bool ended = false;
+    bool failed = false;
+};
+
+using Shared = std::shared_ptr<Connection>;
+
+/// The events are told from the event loop and not inside the socket's signals, which do not come anew while
+/// a callback has a box open.
+template <class Event>
+void tell(const Shared& connection, Event event) {
+    const auto call = [connection, event = std::move(event)] {
+        if (!connection->abandoned) event(*connection);
+    };
+    QMetaObject::invokeMethod(connection->socket, call, Qt::QueuedConnection);
+}
+
+void hand(Connection& connection) {
+    const std::string bytes = connection.socket->read(kMostAtOnce).toStdString();
+    if (!bytes.empty()) connection.events.received(bytes);
+}
+
+void end(const Shared& connection, bool failed) {
+    if (std::exchange(connection->ended, true)) return;
+    connection->failed = failed && connection->socket->error() != QAbstractSocket::RemoteHostClosedError;
+    tell(connection, [](Connection& over) {
+        while (!over.abandoned && over.socket->bytesAvailable() > 0)
+            hand(over);
+        if (!over.abandoned) over.events.ended();
+    });
+}
+
+/// A peer that vanishes without a word is noticed within half a minute.
+void noticeSilentEnd(QTcpSocket& socket) {
+    socket.setSocketOption(QAbstractSocket::KeepAliveOption, 1);
+    const auto set = [&socket](int option, int value) {
+        ::setsockopt(static_cast<int>(socket.socketDescriptor()), IPPROTO_TCP, option, &value, sizeof value);
+    };
+    set(TCP_KEEPIDLE, 10); // seconds of silence before the first probe
+    set(TCP_KEEPINTVL, 5); // seconds between probes
+    set(TCP_KEEPCNT, 3);   // probes without an answer that end the connection
+}
 
 class Client : public platform::TcpClient {
   public:
     Client(const std::string& host, int port, platform::TcpClients::Events events)
-        : events_(std::move(events)) {
+        : connection_(std::make_shared<Connection>()),
+          socket_(*new QTcpSocket(QCoreApplication::instance())) {
+        connection_->events = std::move(events);
+        connection_->socket = &socket_;
+        // What the network holds back reaches the peer's own limit, not this program's memory.
         socket_.setReadBufferSize(kMostAtOnce);
-        QObject::connect(&socket_, &QTcpSocket::connected, [this] {
-            noticeSilentEnd();
-            events_.connected();
+        const Shared connection = connection_;
+        QObject::connect(&socket_, &QTcpSocket::connected, [connection] {
+            noticeSilentEnd(*connection->socket);
+            // A line is worth sending by itself.
+            connection->socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+            tell(connection, [](Connection& made) { made.events.connected(); });
         });
-        QObject::connect(&socket_, &QTcpSocket::readyRead,
-                         [this] { events_.received(socket_.read(kMostAtOnce).toStdString()); });
-        QObject::connect(&socket_, &QTcpSocket::errorOccurred, [this] { end(true); });
-        QObject::connect(&socket_, &QTcpSocket::disconnected, [this] { end(false); });
+        QObject::connect(&socket_, &QTcpSocket::readyRead, [connection] { tell(connection, hand); });
+        QObject::connect(&socket_, &QTcpSocket::errorOccurred, [connection] { end(connection, true); });
+        QObject::connect(&socket_, &QTcpSocket::disconnected, [connection] { end(connection, false); });
         socket_.connectToHost(QString::fromStdString(host), static_cast<quint16>(port));
     }
     Client(const Client&) = delete;
     Client& operator=(const Client&) = delete;
-    ~Client() override { socket_.disconnect(); }
+    // The socket goes later, because this may run inside a callback.
+    ~Client() override {
+        connection_->abandoned = true;
+        socket_.disconnect();
+        socket_.flush();
+        socket_.abort();
+        socket_.deleteLater();
+    }
 
     platform::TcpState state() const override {
         using platform::TcpState;
         switch (socket_.state()) {
         case QAbstractSocket::UnconnectedState:
-            return failed_ ? TcpState::Error : TcpState::Closed;
+            return connection_->failed ? TcpState::Error : TcpState::Closed;
         case QAbstractSocket::HostLookupState:
             return TcpState::ResolvingName;
         case QAbstractSocket::ConnectingState:
@@ -52,29 +115,15 @@ class Client : public platform::TcpClient {
         return TcpState::Error;
     }
 
+    bool send(std::string_view bytes) override {
+        if (socket_.state() != QAbstractSocket::ConnectedState) return false;
+        if (static_cast<std::size_t>(socket_.bytesToWrite()) + bytes.size() > kMostUnsent) return false;
+        return socket_.write(bytes.data(), static_cast<qint64>(bytes.size())) >= 0;
+    }
+
   private:
-    /// A server that vanishes without a word is noticed within half a minute.
-    void noticeSilentEnd() {
-        socket_.setSocketOption(QAbstractSocket::KeepAliveOption, 1);
-        const auto set = [this](int option, int value) {
-            ::setsockopt(static_cast<int>(socket_.socketDescriptor()), IPPROTO_TCP, option, &value,
-                         sizeof value);
-        };
-        set(TCP_KEEPIDLE, 10); // seconds of silence before the first probe
-        set(TCP_KEEPINTVL, 5); // seconds between probes
-        set(TCP_KEEPCNT, 3);   // probes without an answer that end the connection
-    }
-
-    void end(bool failed) {
-        if (std::exchange(ended_, true)) return;
-        failed_ = failed && socket_.error() != QAbstractSocket::RemoteHostClosedError;
-        events_.ended();
-    }
-
-    platform::TcpClients::Events events_;
-    bool ended_ = false;
-    bool failed_ = false;
-    QTcpSocket socket_;
+    Shared connection_;
+    QTcpSocket& socket_;
 };
 
 } // namespace

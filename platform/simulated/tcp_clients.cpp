@@ -1,13 +1,14 @@
 #include "platform/simulated/tcp_clients.h"
 
-#include <utility>
+#include <algorithm>
 
 namespace simulated {
 
+/// A callback may destroy its client: what runs is kept by events that are shared.
 class TcpClients::Client : public platform::TcpClient {
   public:
     Client(TcpClients& owner, int port, Events events)
-        : owner_(owner), port_(port), events_(std::move(events)) {
+        : owner_(owner), port_(port), events_(std::make_shared<const Events>(std::move(events))) {
         owner_.clients_.push_back(this);
     }
     Client(const Client&) = delete;
@@ -16,51 +17,67 @@ class TcpClients::Client : public platform::TcpClient {
 
     platform::TcpState state() const override { return state_; }
 
+    bool send(std::string_view bytes) override {
+        if (state_ != platform::TcpState::Connected) return false;
+        unsent_ = owner_.reading_ ? 0 : unsent_ + bytes.size();
+        if (unsent_ > kMostUnsent) return false;
+        if (owner_.reading_) owner_.sent_ += bytes;
+        return true;
+    }
+
     void answer() {
         if (state_ != platform::TcpState::Connecting) return;
+        const auto events = events_;
         if (owner_.listening_.contains(port_)) {
             state_ = platform::TcpState::Connected;
-            events_.connected();
+            events->connected();
         } else {
             state_ = platform::TcpState::Error;
-            events_.ended();
+            events->ended();
         }
     }
     void drop() {
         if (state_ != platform::TcpState::Connected) return;
         state_ = platform::TcpState::Closed;
-        events_.ended();
+        const auto events = events_;
+        events->ended();
     }
     void receive(const std::string& bytes) {
-        if (state_ == platform::TcpState::Connected) events_.received(bytes);
+        if (state_ != platform::TcpState::Connected) return;
+        const auto events = events_;
+        events->received(bytes);
     }
 
   private:
     TcpClients& owner_;
     int port_;
-    Events events_;
+    std::shared_ptr<const Events> events_;
+    std::size_t unsent_ = 0;
     platform::TcpState state_ = platform::TcpState::Connecting;
 };
 
-std::unique_ptr<platform::TcpClient> TcpClients::connect(const std::string& /*host*/, int port,
-                                                         Events events) {
+std::unique_ptr<platform::TcpClient> TcpClients::connect(const std::string& host, int port, Events events) {
     ++attempts_;
+    lastAddress_ = host + ":" + std::to_string(port);
     return std::make_unique<Client>(*this, port, std::move(events));
 }
 
-void TcpClients::answer() {
+template <class Action>
+void TcpClients::each(const Action& action) {
     for (Client* client : std::vector(clients_))
-        client->answer();
+        if (std::ranges::find(clients_, client) != clients_.end()) action(*client);
+}
+
+void TcpClients::answer() {
+    each([](Client& client) { client.answer(); });
 }
 
 void TcpClients::send(const std::string& bytes) {
-    for (Client* client : std::vector(clients_))
-        client->receive(bytes);
+    each([&bytes](Client& client) { client.receive(bytes); });
 }
 
 void TcpClients::drop() {
-    for (Client* client : std::vector(clients_))
-        client->drop();
+    each([](Client& client) { client.drop(); });
 }
 
 } // namespace simulated

@@ -4,6 +4,7 @@
 
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace simulated {
@@ -18,14 +19,28 @@ class TcpClients : public platform::TcpClients {
     /// Lets the attempts that are under way succeed or fail.
     void answer();
     void send(const std::string& bytes);
+    /// What the clients have sent since the last call.
+    std::string takeSent() { return std::exchange(sent_, {}); }
+    /// From now on the servers read nothing, or read again.
+    void stopReading(bool stop) { reading_ = !stop; }
     /// The servers end all connections.
     void drop();
     int attempts() const { return attempts_; }
+    /// Clients that are connected or about to be.
+    std::size_t clients() const { return clients_.size(); }
+    /// "host:port" of the last attempt.
+    const std::string& lastAddress() const { return lastAddress_; }
 
   private:
     class Client;
+    template <class Action>
+    void each(const Action& action);
+
     std::set<int> listening_;
     std::vector<Client*> clients_;
+    std::string sent_;
+    std::string lastAddress_;
+    bool reading_ = true;
     int attempts_ = 0;
 };
 

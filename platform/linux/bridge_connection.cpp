@@ -1,0 +1,206 @@
+#include "platform/linux/bridge_connection.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace linux_ports {
+
+namespace {
+
+/// Milliseconds from a loss to the next attempt, by losses in a row.
+constexpr std::array kRetries = {100, 500, 1000, 2000, 4000, 5000};
+
+constexpr std::size_t kLongestQuote = 200; // bytes of the bridge's own words that are shown
+
+std::string quoted(const std::vector<std::string>& fields) {
+    std::string text;
+    for (std::size_t n = 1; n < fields.size(); ++n)
+        text += (n > 1 ? " " : "") + fields[n];
+    if (text.size() > kLongestQuote) text.resize(kLongestQuote);
+    return text;
+}
+
+std::string textOf(const BridgeAddress& address) {
+    const bool colons = address.host.find(':') != std::string::npos;
+    return (colons ? "[" + address.host + "]" : address.host) + ":" + std::to_string(address.port);
+}
+
+} // namespace
+
+BridgeConnection::BridgeConnection(platform::TcpClients& tcp, platform::Timers& timers,
+                                   std::string programVersion, BridgeAddress address)
+    : tcp_(tcp), programVersion_(std::move(programVersion)), address_(std::move(address)),
+      retry_(timers.create([this] { retry(); })), ping_(timers.create([this] { ping(); })),
+      silence_(timers.create([this] {
+          lost(stuck_ ? "it does not read" : connected_ ? "it fell silent" : "it does not answer");
+      })) {
+    told_ = stateText();
+}
+
+void BridgeConnection::attach(BridgeUser& user) {
+    users_.push_back(&user);
+}
+
+void BridgeConnection::detach(BridgeUser& user) {
+    std::erase(users_, &user);
+}
+
+bool BridgeConnection::wanted() const {
+    return stay_ || std::ranges::any_of(users_, &BridgeUser::wantsBridge);
+}
+
+void BridgeConnection::setAddress(const BridgeAddress& address) {
+    if (address == address_) return;
+    drop({});
+    address_ = address;
+    losses_ = 0;
+    if (wanted()) connect();
+    tellState();
+}
+
+void BridgeConnection::stayConnected(bool stay) {
+    stay_ = stay;
+    if (stay_) ask();
+}
+
+void BridgeConnection::ask() {
+    if (!client_) connect();
+    tellState();
+}
+
+void BridgeConnection::connect() {
+    retry_->stop();
+    stuck_ = false;
+    notUnderstood_ = 0;
+    refusal_.clear();
+    remark_.clear();
+    // The limit for the greeting, too.
+    silence_->start(bridge::kSilenceLimit);
+    platform::TcpClients::Events events;
+    events.connected = [this] {
+        const std::string greeting =
+            bridge::join({"hello", std::to_string(bridge::kVersion), "twinstep", programVersion_});
+        client_->send(greeting);
+    };
+    events.received = [this](const std::string& bytes) { received(bytes); };
+    events.ended = [this] { lost(connected_ ? "it ended the connection" : refusal_); };
+    client_ = tcp_.connect(address_.host, address_.port, std::move(events));
+}
+
+void BridgeConnection::retry() {
+    retry_->stop();
+    if (wanted()) connect();
+    tellState();
+}
+
+void BridgeConnection::ping() {
+    // A connection that has held so long is a good one.
+    losses_ = 0;
+    say({"ping", std::to_string(++pings_)});
+}
+
+/// Ends the connection or the attempt, and schedules the next where one is wanted.
+void BridgeConnection::lost(std::string reason) {
+    drop(std::move(reason));
+    if (wanted()) retry_->start(kRetries.at(losses_));
+    losses_ = std::min(losses_ + 1, kRetries.size() - 1);
+    tellState();
+}
+
+void BridgeConnection::drop(std::string reason) {
+    reason_ = std::move(reason);
+    connected_ = false;
+    client_.reset();
+    reader_ = {};
+    for (platform::PeriodicTimer* timer : {retry_.get(), ping_.get(), silence_.get()})
+        timer->stop();
+    for (BridgeUser* user : users_)
+        user->bridgeLost();
+}
+
+bool BridgeConnection::say(const std::vector<std::string_view>& fields) {
+    if (!connected_ || stuck_) return false;
+    const std::string line = bridge::join(fields);
+    if (!bridge::fits(line)) return false;
+    if (client_->send(line)) return true;
+    // The loss comes from the timer: whoever speaks here is not prepared for it.
+    stuck_ = true;
+    silence_->start(1);
+    return false;
+}
+
+void BridgeConnection::received(const std::string& bytes) {
+    if (connected_ && !stuck_) silence_->start(bridge::kSilenceLimit);
+    reader_.feed(bytes);
+    // What a line brings may open a box; the lines that come meanwhile are taken in there.
+    while (const auto line = reader_.next())
+        hear(*line);
+    tellState();
+}
+
+void BridgeConnection::hear(const bridge::LineReader::Line& line) {
+    const auto fields = line.tooLong ? std::nullopt : bridge::split(line.text);
+    const bool understood = fields && (connected_ ? hearWord(*fields) : hearBeforeGreeting(*fields));
+    if (!understood) ++notUnderstood_;
+}
+
+bool BridgeConnection::hearBeforeGreeting(const std::vector<std::string>& fields) {
+    if (fields.front() == "hello") return greet(fields);
+    if (fields.front() != "error") return false;
+    refusal_ = quoted(fields);
+    return true;
+}
+
+bool BridgeConnection::greet(const std::vector<std::string>& fields) {
+    if (fields.size() != 4) return false;
+    const auto version = bridge::parseNumber(fields[1]);
+    if (!version) return false;
+    if (*version != bridge::kVersion) {
+        lost("it speaks version " + std::to_string(*version) +
+             " of the line protocol, this program version " + std::to_string(bridge::kVersion));
+        return true;
+    }
+    connected_ = true;
+    peer_ = quoted({"", fields[2], fields[3]});
+    ping_->start(bridge::kPingInterval);
+    silence_->start(bridge::kSilenceLimit);
+    for (BridgeUser* user : users_)
+        user->bridgeConnected();
+    return true;
+}
+
+bool BridgeConnection::hearWord(const std::vector<std::string>& fields) {
+    const std::string& word = fields.front();
+    if (word == "ping" && fields.size() == 2) {
+        say({"pong", fields[1]});
+        return true;
+    }
+    if (word == "pong") return fields.size() == 2;
+    if (word == "error") {
+        remark_ = quoted(fields);
+        return true;
+    }
+    return std::ranges::any_of(users_, [&fields](BridgeUser* user) { return user->bridgeSaid(fields); });
+}
+
+std::string BridgeConnection::stateText() const {
+    const std::string where = textOf(address_);
+    if (connected_) {
+        std::string text = "bridge " + where + " connected (" + peer_ + ")";
+        if (!remark_.empty()) text += "; its last error: " + remark_;
+        if (notUnderstood_ > 0) text += "; lines not understood: " + std::to_string(notUnderstood_);
+        return text;
+    }
+    if (losses_ > 0) return "no bridge at " + where + (reason_.empty() ? "" : ": " + reason_);
+    return (client_ ? "looking for a bridge at " : "bridge not in use: ") + where;
+}
+
+void BridgeConnection::tellState() {
+    std::string text = stateText();
+    if (text == told_) return;
+    told_ = std::move(text);
+    if (onStateChanged) onStateChanged();
+}
+
+} // namespace linux_ports

@@ -1,0 +1,163 @@
+#include "platform/linux/bridge_dde_links.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace linux_ports {
+
+namespace {
+
+/// A link fails unless it is answered within 900 to 950 milliseconds: the first tick may be a short one.
+constexpr int kDeadlineTick = 50; // milliseconds
+constexpr int kDeadlineTicks = 19;
+
+} // namespace
+
+/// What the owner of a link holds.
+class BridgeDdeLinks::Handle : public platform::DdeLink {
+  public:
+    Handle(BridgeDdeLinks& owner, long long id) : owner_(owner), id_(id) {}
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+    ~Handle() override { owner_.end(id_); }
+
+  private:
+    BridgeDdeLinks& owner_;
+    const long long id_;
+};
+
+BridgeDdeLinks::BridgeDdeLinks(BridgeConnection& connection, platform::Timers& timers)
+    : connection_(connection), deadline_(timers.create([this] { lookAtDeadlines(); })),
+      ends_(timers.create([this] { tellEnds(); })) {
+    connection_.attach(*this);
+}
+
+BridgeDdeLinks::~BridgeDdeLinks() {
+    connection_.detach(*this);
+}
+
+std::unique_ptr<platform::DdeLink> BridgeDdeLinks::open(const std::string& topic, const std::string& item,
+                                                        platform::DdeEvents events) {
+    const bool none =
+        std::ranges::none_of(links_, [](const auto& link) { return link.second.state == State::Asking; });
+    if (none) deadline_->start(kDeadlineTick);
+    const long long id = ++lastId_;
+    const std::size_t bar = std::min(topic.find('|'), topic.size());
+    Link& link = links_[id];
+    link.application = topic.substr(0, bar);
+    link.topic = topic.substr(std::min(bar + 1, topic.size()));
+    link.item = item;
+    link.events = std::make_shared<const platform::DdeEvents>(std::move(events));
+    link.ticksLeft = kDeadlineTicks;
+    if (connection_.connected()) {
+        ask(id, link);
+    } else {
+        connection_.ask();
+    }
+    return std::make_unique<Handle>(*this, id);
+}
+
+void BridgeDdeLinks::ask(long long id, Link& link) {
+    if (!connection_.say({"link", std::to_string(id), link.application, link.topic, link.item})) {
+        finish(link, State::Failing);
+    }
+}
+
+void BridgeDdeLinks::unlink(long long id) {
+    connection_.say({"unlink", std::to_string(id)});
+}
+
+void BridgeDdeLinks::end(long long id) {
+    const auto found = links_.find(id);
+    if (found == links_.end()) return;
+    const State state = found->second.state;
+    links_.erase(found);
+    if (state == State::Asking || state == State::Open) unlink(id);
+}
+
+bool BridgeDdeLinks::wantsBridge() const {
+    return std::ranges::any_of(links_, [](const auto& link) {
+        return link.second.state == State::Asking || link.second.state == State::Open;
+    });
+}
+
+void BridgeDdeLinks::bridgeConnected() {
+    for (auto& [id, link] : links_)
+        if (link.state == State::Asking) ask(id, link);
+}
+
+void BridgeDdeLinks::bridgeLost() {
+    for (auto& [id, link] : links_) {
+        if (link.state == State::Asking) finish(link, State::Failing);
+        if (link.state == State::Open) finish(link, State::Closing);
+    }
+}
+
+bool BridgeDdeLinks::bridgeSaid(const std::vector<std::string>& fields) {
+    if (fields.size() < 2) return false;
+    const std::string& word = fields.front();
+    const auto id = bridge::parseNumber(fields[1]);
+    const bool known = (word == "opened" && fields.size() == 2) || (word == "closed" && fields.size() == 2) ||
+                       (word == "changed" && fields.size() == 3) || (word == "failed" && fields.size() >= 2);
+    if (!id || !known) return false;
+    const auto found = links_.find(*id);
+    // A link that was ended here while the bridge's word was on its way.
+    if (found == links_.end()) return *id >= 1 && *id <= lastId_;
+    Link& link = found->second;
+    const auto events = link.events; // they may destroy the link
+    if (word == "opened" && link.state == State::Asking) {
+        link.state = State::Open;
+        events->opened();
+    } else if (word == "changed" && link.state == State::Open) {
+        events->changed(fields[2]);
+    } else if (word == "closed" && link.state == State::Open) {
+        links_.erase(found);
+        events->closed();
+    } else if (word == "failed" && link.state == State::Asking) {
+        links_.erase(found);
+        events->failed();
+    } else {
+        return false;
+    }
+    return true;
+}
+
+/// Whoever is calling is not prepared for what the owner of the link may do, so that it hears of it later.
+void BridgeDdeLinks::finish(Link& link, State state) {
+    link.state = state;
+    ends_->start(1);
+}
+
+void BridgeDdeLinks::lookAtDeadlines() {
+    bool asking = false;
+    for (auto& [id, link] : links_) {
+        if (link.state != State::Asking) continue;
+        if (--link.ticksLeft > 0) {
+            asking = true;
+        } else {
+            unlink(id);
+            finish(link, State::Failing);
+        }
+    }
+    if (!asking) deadline_->stop();
+}
+
+/// Called again, by the timer, while a callback has a box open.
+void BridgeDdeLinks::tellEnds() {
+    const auto over = [](const auto& link) {
+        return link.second.state == State::Failing || link.second.state == State::Closing;
+    };
+    for (auto next = std::ranges::find_if(links_, over); next != links_.end();
+         next = std::ranges::find_if(links_, over)) {
+        const Link link = std::move(next->second);
+        links_.erase(next);
+        if (link.state == State::Failing) {
+            link.events->failed();
+        } else {
+            link.events->closed();
+        }
+    }
+    ends_->stop();
+}
+
+} // namespace linux_ports

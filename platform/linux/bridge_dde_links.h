@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/dde_links.h"
+#include "platform/linux/bridge_connection.h"
+
+#include <map>
+
+namespace linux_ports {
+
+/// DDE links that the bridge makes. They fail where there is no bridge, and close when it goes; a link that
+/// is over is not made anew by itself.
+class BridgeDdeLinks : public platform::DdeLinks, private BridgeUser {
+  public:
+    BridgeDdeLinks(BridgeConnection& connection, platform::Timers& timers);
+    BridgeDdeLinks(const BridgeDdeLinks&) = delete;
+    BridgeDdeLinks& operator=(const BridgeDdeLinks&) = delete;
+    ~BridgeDdeLinks() override;
+
+    /// Never fails during the call.
+    std::unique_ptr<platform::DdeLink> open(const std::string& topic, const std::string& item,
+                                            platform::DdeEvents events) override;
+
+  private:
+    class Handle;
+    enum class State { Asking, Open, Failing, Closing };
+    struct Link {
+        std::string application, topic, item;
+        std::shared_ptr<const platform::DdeEvents> events;
+        State state = State::Asking;
+        int ticksLeft = 0; // of deadline_, while asking
+    };
+
+    bool wantsBridge() const override;
+    void bridgeConnected() override;
+    void bridgeLost() override;
+    bool bridgeSaid(const std::vector<std::string>& fields) override;
+
+    void finish(Link& link, State state);
+    void ask(long long id, Link& link);
+    void unlink(long long id);
+    void end(long long id);
+    void lookAtDeadlines();
+    void tellEnds();
+
+    BridgeConnection& connection_;
+    std::unique_ptr<platform::PeriodicTimer> deadline_; // runs while a link is asked for
+    std::unique_ptr<platform::PeriodicTimer> ends_;     // runs while there are ends to tell
+    std::map<long long, Link> links_;                   // by number
+    long long lastId_ = 0;
+};
+
+} // namespace linux_ports

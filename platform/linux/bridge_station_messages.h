@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/linux/bridge_connection.h"
+#include "platform/station_messages.h"
+
+#include <map>
+
+namespace linux_ports {
+
+/// Window messages by way of the bridge. Identifiers of messages and of our own windows are local; the
+/// bridge is told their names.
+class BridgeStationMessages : public platform::StationMessages, private BridgeUser {
+  public:
+    BridgeStationMessages(BridgeConnection& connection, platform::Timers& timers);
+    BridgeStationMessages(const BridgeStationMessages&) = delete;
+    BridgeStationMessages& operator=(const BridgeStationMessages&) = delete;
+    ~BridgeStationMessages() override;
+
+    long registerMessage(const std::string& name) override;
+    /// The first call has the bridge watch for the window. Once a window has gone, or the bridge with all
+    /// that was subscribed there, a call answers 0 before another tells of a window again: however short the
+    /// gap, whoever polls sees it.
+    long findWindow(const std::string& title) override;
+    void post(long window, long message, long wParam, long lParam) override;
+    long hook(long window, Receiver receiver) override;
+    void unhook(long window, long previousProcedure) override;
+    long ownWindow(const std::string& form) override;
+
+  private:
+    struct Watch {
+        long window = 0;
+        bool gap = false; // a window went, and nobody has seen it yet
+    };
+
+    bool wantsBridge() const override;
+    void bridgeConnected() override;
+    void bridgeLost() override;
+    bool bridgeSaid(const std::vector<std::string>& fields) override;
+
+    bool windowChanged(const std::string& title, const std::string& handle);
+    bool messageCame(const std::vector<std::string>& fields);
+    void stopWatching();
+
+    BridgeConnection& connection_;
+    std::unique_ptr<platform::PeriodicTimer> unasked_; // ticks when findWindow has not been called for long
+    std::map<std::string, long> messages_;             // identifier by name
+    std::map<std::string, long> ownWindows_;           // handle by form
+    std::map<std::string, Watch> watches_;             // by title
+    std::map<long, Receiver> receivers_;               // by our own window
+};
+
+} // namespace linux_ports
