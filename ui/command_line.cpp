@@ -1,6 +1,7 @@
 #include "ui/command_line.h"
 
 #include "app/version.h"
+#include "platform/qt/start_folder.h"
 
 #include <QCommandLineParser>
 #include <QFile>
@@ -28,6 +29,10 @@ std::filesystem::path path(const QString& text) {
 CommandLine parseCommandLine(const QStringList& arguments) {
     const QCommandLineOption directory("directory",
                                        "Folder that holds save.cfg (default: the current folder).", "DIR");
+    const QCommandLineOption userData(
+        "user-data",
+        "Keep save.cfg in your data folder, mostly ~/.local/share/twinstep, made when missing; the "
+        "entry in the desktop's menu does so.");
     const QCommandLineOption port(
         "port",
         "Where the outputs go: simulated, or a printer port, /dev/parportN (default: /dev/parport0 "
@@ -48,7 +53,7 @@ CommandLine parseCommandLine(const QStringList& arguments) {
 
     QCommandLineParser parser;
     parser.setApplicationDescription("Twinstep drives the two stepper motors of an antenna tuner or rotor.");
-    parser.addOptions({directory, port, usb, trace, listen, server, version, help});
+    parser.addOptions({directory, userData, port, usb, trace, listen, server, version, help});
     const bool understood = parser.parse(arguments);
     if (parser.isSet(help)) return print(parser.helpText().toStdString());
     if (parser.isSet(version)) return print("twinstep " + std::string(app::kVersion) + "\n");
@@ -58,6 +63,10 @@ CommandLine parseCommandLine(const QStringList& arguments) {
     }
 
     Options options;
+    if (parser.isSet(userData)) {
+        if (parser.isSet(directory)) return refuse("--directory and --user-data name two folders");
+        options.directory = qt_ports::userDataFolder();
+    }
     if (parser.isSet(directory)) {
         if (parser.value(directory).isEmpty()) return refuse("--directory names no folder");
         options.directory = path(parser.value(directory));
