@@ -2,6 +2,7 @@
 
 #include "app/version.h"
 #include "config/hardware_settings.h"
+#include "platform/qt/start_folder.h"
 
 #include <QCommandLineParser>
 #include <QFile>
@@ -29,11 +30,14 @@ std::filesystem::path path(const QString& text) {
 CommandLine parseCommandLine(const QStringList& arguments) {
     const QCommandLineOption directory("directory",
                                        "Folder that holds save.cfg (default: the current folder).", "DIR");
+    const QCommandLineOption userData(
+        "user-data",
+        "Keep save.cfg in your data folder, mostly ~/.local/share/twinstep, made when missing; the "
+        "entry in the desktop's menu does so.");
     const QCommandLineOption port(
         "port",
         "Where the outputs go: simulated, a printer port /dev/parportN, an I/O address such as 0x378, or "
-        "auto "
-        "(default: auto, which is /dev/parport0 where it can be claimed, else simulated).",
+        "auto (default: auto, which is /dev/parport0 where it can be claimed, else simulated).",
         "PORT");
     const QCommandLineOption usb(
         "usb",
@@ -60,7 +64,8 @@ CommandLine parseCommandLine(const QStringList& arguments) {
 
     QCommandLineParser parser;
     parser.setApplicationDescription("Twinstep drives the two stepper motors of an antenna tuner or rotor.");
-    parser.addOptions({directory, port, usb, trace, realtime, listen, server, bridge, version, help});
+    parser.addOptions(
+        {directory, userData, port, usb, trace, realtime, listen, server, bridge, version, help});
     const bool understood = parser.parse(arguments);
     if (parser.isSet(help)) return print(parser.helpText().toStdString());
     if (parser.isSet(version)) return print("twinstep " + std::string(app::kVersion) + "\n");
@@ -70,6 +75,10 @@ CommandLine parseCommandLine(const QStringList& arguments) {
     }
 
     Options options;
+    if (parser.isSet(userData)) {
+        if (parser.isSet(directory)) return refuse("--directory and --user-data name two folders");
+        options.directory = qt_ports::userDataFolder();
+    }
     if (parser.isSet(directory)) {
         if (parser.value(directory).isEmpty()) return refuse("--directory names no folder");
         options.directory = path(parser.value(directory));
