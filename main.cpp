@@ -4,6 +4,7 @@
 #include "platform/linux/signals.h"
 #include "platform/linux/timers.h"
 #include "platform/linux/udp_sockets.h"
+#include "platform/linux/watchdog.h"
 #include "platform/linux/work_folder.h"
 #include "platform/qt/dialogs.h"
 #include "platform/qt/fd_watcher.h"
@@ -15,6 +16,7 @@
 #include "platform/trace/traced_outputs.h"
 #include "runtime/errors.h"
 #include "ui/command_line.h"
+#include "ui/heartbeat.h"
 #include "ui/main_window.h"
 
 #include <QApplication>
@@ -32,13 +34,18 @@ struct Outputs {
     std::string name;
 };
 
+Outputs openPort(const std::string& device, linux_ports::Watchdog& watchdog) {
+    auto port = std::make_unique<linux_ports::PrinterPort>(device);
+    watchdog.guardPort(port->descriptor());
+    return {std::move(port), device};
+}
+
 /// A port that the user named is opened or refused; only where none was named may the outputs be simulated.
-Outputs openOutputs(const std::optional<std::string>& named) {
-    if (named && *named != ui::kSimulated)
-        return {std::make_unique<linux_ports::PrinterPort>(*named), *named};
+Outputs openOutputs(const std::optional<std::string>& named, linux_ports::Watchdog& watchdog) {
+    if (named && *named != ui::kSimulated) return openPort(*named, watchdog);
     if (!named && std::filesystem::exists(kUsualPort)) {
         try {
-            return {std::make_unique<linux_ports::PrinterPort>(kUsualPort), kUsualPort};
+            return openPort(kUsualPort, watchdog);
         } catch (const runtime::ObjectError& error) {
             std::cerr << "twinstep: " << error.what() << "; the outputs are simulated\n";
         }
@@ -115,7 +122,8 @@ int run(int argc, char** argv) {
     std::unique_ptr<trace::TraceFile> opened;
     if (options.trace)
         opened = std::make_unique<trace::TraceFile>(*options.trace, started, reportTraceFailure);
-    const Outputs outputs = openOutputs(options.port);
+    linux_ports::Watchdog watchdog;
+    const Outputs outputs = openOutputs(options.port, watchdog);
 
     const auto usualHandler = qInstallMessageHandler(onToolkitMessage);
     QApplication application(argc, argv);
@@ -171,6 +179,13 @@ int run(int argc, char** argv) {
         controller.form().mnuUscita.Click.fire();
         if (traceFile) traceFile->close();
     });
+    const auto fail = [&controller](const std::string& why) {
+        controller.form().guard([&why] { throw runtime::ObjectError(why); });
+    };
+    const auto watchdogWatch = watchdog.watch(
+        watcher, [&fail] { fail("The program did not answer for two seconds while an engine ran"); }, fail);
+    const ui::Heartbeat heartbeat(controller.form(),
+                                  [&watchdog](bool engineRuns) { watchdog.beat(engineRuns); });
     const auto signalWatch = endSignals.deliver(watcher, end);
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &window, end);
 

@@ -18,6 +18,9 @@ class PrinterPort : public platform::PrinterPort {
     void clearBit(int bit) override;
     void setBit(int bit) override;
 
+    /// Stays open and claimed for the object's life.
+    int descriptor() const { return fd_.get(); }
+
   private:
     void write(unsigned data);
     /// Throws with the device's name before the words.
