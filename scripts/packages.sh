@@ -6,6 +6,10 @@
 program_packages=(build-essential cmake ninja-build qt6-base-dev qt6-multimedia-dev libhidapi-dev pkg-config)
 # To build and run its tests.
 test_packages=("${program_packages[@]}" libgtest-dev libgmock-dev umockdev libumockdev-dev locales xvfb)
+# To build the Debian package.
+package_packages=("${program_packages[@]}" dpkg-dev librsvg2-bin)
+# To check it and to install it into a bare root.
+package_check_packages=(appstream debootstrap desktop-file-utils lintian man-db)
 # What CI checks beyond the tests.
 check_packages=(clang-format clang-tidy shellcheck)
 # The fuzz targets.
