@@ -14,6 +14,10 @@ package_check_packages=(appstream debootstrap desktop-file-utils lintian man-db)
 check_packages=(clang-format clang-tidy shellcheck)
 # The fuzz targets.
 fuzz_packages=(build-essential cmake ninja-build clang libclang-rt-14-dev)
+# The bridge for Windows.
+bridge_packages=(build-essential cmake ninja-build g++-mingw-w64-x86-64-posix)
+# To draw the icon of the bridge anew.
+icon_packages=(librsvg2-bin imagemagick)
 # The benchmarks.
 bench_packages=("${program_packages[@]}" libbenchmark-dev)
 

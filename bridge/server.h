@@ -1,0 +1,75 @@
+#pragma once
+
+#include "bridge/session.h"
+#include "platform/tcp_server.h"
+#include "platform/timers.h"
+
+#include <functional>
+#include <list>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace bridge {
+
+/// How much the bridge has to do.
+struct State {
+    int controllers = 0;
+    int links = 0;
+    bool operator==(const State&) const = default;
+};
+
+/// "2 controllers, 1 link"
+std::string toText(const State& state);
+
+/// Accepts clients and keeps each one's session, as long as it keeps to the limits.
+class Server {
+  public:
+    struct Ports {
+        platform::DdeLinks& links;
+        platform::StationMessages& station;
+        platform::Timers& timers;
+        platform::TcpServers& tcp;
+    };
+    struct Settings {
+        std::string address; // where to listen
+        int port = kPort;
+        std::vector<std::string> allowed; // peers beside this computer itself
+        std::string version;              // of the program
+    };
+    struct Events {
+        std::function<void(const std::string& line)> log;
+        std::function<void(const State& state)> changed;
+    };
+
+    static constexpr std::size_t kMostClients = 8;
+    static constexpr std::size_t kMostUnsent = 64 * 1024; // bytes to one client
+    static constexpr std::size_t kMostInput = 256 * 1024; // bytes in a second from one client
+
+    /// Throws runtime::ObjectError when it cannot listen.
+    Server(const Ports& ports, Settings settings, Events events);
+    Server(const Server&) = delete;
+    Server& operator=(const Server&) = delete;
+    ~Server();
+
+  private:
+    class Client;
+
+    void accept(std::unique_ptr<platform::TcpConnection> connection, const std::string& peer);
+    bool allows(const std::string& peer) const;
+    void tick();
+    /// Lets go of the clients that are over, and tells the state when it is another one.
+    void sweep();
+
+    Settings settings_;
+    Events events_;
+    RegisteredMessages messages_;
+    Outside outside_;
+    int accepted_ = 0;
+    State told_;
+    std::list<std::unique_ptr<Client>> clients_;
+    std::unique_ptr<platform::PeriodicTimer> timer_;
+    std::unique_ptr<platform::TcpServer> listener_;
+};
+
+} // namespace bridge

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/dde_links.h"
+#include "platform/timers.h"
+#include "platform/windows/mailbox.h"
+
+#include <atomic>
+#include <memory>
+
+namespace windows_ports {
+
+/// Links to DDE servers, each on a thread of its own: a program that hangs somewhere in the system keeps the
+/// search for a server waiting, and must keep nobody else. Events come on the thread that made this object.
+class DdeLinks : public platform::DdeLinks {
+  public:
+    /// Threads at once. More of them would be links that were given up while a program hangs.
+    static constexpr int kMostThreads = 512;
+
+    explicit DdeLinks(platform::Timers& timers);
+    DdeLinks(const DdeLinks&) = delete;
+    DdeLinks& operator=(const DdeLinks&) = delete;
+    /// Gives the servers up to a second to hear that the links are over.
+    ~DdeLinks() override;
+
+    std::unique_ptr<platform::DdeLink> open(const std::string& topic, const std::string& item,
+                                            platform::DdeEvents events) override;
+
+  private:
+    platform::Timers& timers_;
+    Mailbox mailbox_;
+    std::shared_ptr<std::atomic<int>> threads_ = std::make_shared<std::atomic<int>>(0);
+};
+
+} // namespace windows_ports
