@@ -1,0 +1,171 @@
+#include "tests/wine/station_window.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTcpSocket>
+#include <csignal>
+#include <cstdio>
+
+namespace {
+
+constexpr int kRestarts = 20; // unless TWINSTEP_RESTARTS says otherwise
+constexpr int kWarmUp = 3;    // what is kept once for all
+
+/// What is held open by whom.
+struct Held {
+    int handles = 0, atoms = 0, windows = 0; // of everything under Wine
+    int serverFiles = 0;                     // of Wine's server, which has a file for most handles
+    int processes = 0;                       // under this Wine
+    int ownFiles = 0;                        // of the controller
+    bool operator==(const Held&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& out, const Held& held) {
+    return out << held.handles << " handles, " << held.atoms << " atoms, " << held.windows << " windows, "
+               << held.serverFiles << " files of Wine's server, " << held.processes << " processes, "
+               << held.ownFiles << " files of the controller";
+}
+
+int filesOf(const QString& process) {
+    return static_cast<int>(
+        QDir("/proc/" + process + "/fd").entryList(QDir::AllEntries | QDir::System).size());
+}
+
+int processesUnderWine() {
+    const QByteArray mark =
+        ("WINEPREFIX=" + Wine::instance().environment().value("WINEPREFIX")).toLocal8Bit();
+    int count = 0;
+    for (const QString& process : QDir("/proc").entryList(QDir::Dirs)) {
+        QFile environment("/proc/" + process + "/environ");
+        if (process.toInt() > 0 && environment.open(QFile::ReadOnly) && environment.readAll().contains(mark))
+            ++count;
+    }
+    return count;
+}
+
+/// Sockets at this port that are more than a connection's afterglow.
+int socketsAt(int port) {
+    constexpr int kLocal = 1, kRemote = 2, kState = 3;
+    const QByteArray mark = ":" + QByteArray::number(port, 16).toUpper().rightJustified(4, '0');
+    QFile table("/proc/net/tcp");
+    if (!table.open(QFile::ReadOnly)) return -1;
+    int count = 0;
+    for (const QByteArray& line : table.readAll().split('\n')) {
+        const auto fields = line.simplified().split(' ');
+        if (fields.size() <= kState || fields[kState] == "06") continue; // 06: TIME_WAIT
+        if (fields[kLocal].endsWith(mark) || fields[kRemote].endsWith(mark)) ++count;
+    }
+    return count;
+}
+
+class Restarts : public StationWindow {
+  protected:
+    void SetUp() override {
+        radio_.emplace(DdeServer::HamRadioDeluxe, "7.012.000");
+        satPc32_.emplace(DdeServer::SatPc32, "SNAO-7 AZ1.0 EL2.0 UP0");
+        logger_.emplace();
+        start(form::kCoilTuner, form::kHamRadioDeluxe);
+    }
+
+    Held held() {
+        Held held;
+        radio_->tell("count");
+        const std::string line = radio_->line("count ");
+        EXPECT_EQ(std::sscanf(line.c_str(), "count handles %d atoms %d windows %d", &held.handles,
+                              &held.atoms, &held.windows),
+                  3)
+            << line;
+        held.serverFiles = filesOf(QString::number(Wine::instance().serverProcess()));
+        held.processes = processesUnderWine();
+        held.ownFiles = filesOf("self");
+        return held;
+    }
+
+    /// Start, connect, link, hear, end: the controller, and beside it a client that uses every word.
+    void oneLife(bool orderly) {
+        startBridge();
+        click("cmdAutoMemConn");
+        ASSERT_TRUE(shows("lblFreqRx", "7.012.000"));
+        useEverything();
+        if (orderly) {
+            bridge->signal(SIGINT);
+            ASSERT_TRUE(bridge->ends());
+            radio_->line("disconnected");
+        }
+        bridge.reset();
+        ASSERT_TRUE(shows("lblFreqRx", ""));
+        click("cmdAutoMemConn");
+        ASSERT_TRUE(shows("cmdAutoMemConn", "0"));
+    }
+
+    static int restarts() {
+        const int asked = qEnvironmentVariableIntValue("TWINSTEP_RESTARTS");
+        return asked > 0 ? asked : kRestarts;
+    }
+
+  private:
+    void useEverything() {
+        QTcpSocket socket;
+        QByteArray heard;
+        socket.connectToHost("127.0.0.1", static_cast<quint16>(port));
+        ASSERT_TRUE(socket.waitForConnected());
+        const auto hears = [&](const QByteArray& part) {
+            return waitFor([&] {
+                heard += socket.readAll();
+                return heard.contains(part);
+            });
+        };
+        socket.write("hello 1 test 1.0\nregister Logger32\nlisten Form1\nwatch Logger32\n"
+                     "link 1 SatPC32 SatPcDdeConv SatPcDdeItem\n");
+        ASSERT_TRUE(hears("\nwindow Logger32 "));
+        QByteArray window = heard.mid(heard.indexOf("\nwindow Logger32 ") + 17);
+        window.truncate(window.indexOf('\n'));
+        socket.write("post " + window + " Logger32 3 @Form1\n");
+        ASSERT_TRUE(hears("\nchanged 1 SNAO-7"));
+        logger_->line("subscribed ");
+        logger_->tell("frequency 14200000");
+        ASSERT_TRUE(hears("\nmessage Form1 Logger32 100 14200000"));
+        socket.write("post " + window + " Logger32 4 0\n");
+        logger_->line("unsubscribed");
+    }
+
+    std::optional<DdeServer> radio_, satPc32_;
+    std::optional<LoggerWindow> logger_;
+};
+
+TEST_F(Restarts, LeaveNothingBehind) {
+    for (int i = 0; i < kWarmUp; ++i)
+        oneLife(true);
+    const Held before = held();
+    QElapsedTimer clock;
+    clock.start();
+    for (int i = 0; i < restarts() && !HasFailure(); ++i)
+        oneLife(true);
+    const auto milliseconds = clock.elapsed() / restarts();
+    Held after;
+    // What ends is gone a moment later.
+    waitFor([&] { return (after = held()) == before; });
+    std::cout << restarts() << " restarts, " << milliseconds << " ms each\nbefore: " << before
+              << "\nafter:  " << after << '\n';
+    EXPECT_EQ(after, before);
+    EXPECT_EQ(socketsAt(port), 0);
+}
+
+TEST_F(Restarts, AfterAKillLeaveNoProcessAndNoSocket) {
+    for (int i = 0; i < kWarmUp; ++i)
+        oneLife(false);
+    const Held before = held();
+    for (int i = 0; i < restarts() && !HasFailure(); ++i)
+        oneLife(false);
+    Held after;
+    // A station program keeps its side of a conversation whose client was killed: that is not looked at here.
+    const auto likeBefore = [&] {
+        after = held();
+        return after.processes == before.processes && after.ownFiles == before.ownFiles;
+    };
+    EXPECT_TRUE(waitFor(likeBefore)) << after << "; before: " << before;
+    EXPECT_EQ(socketsAt(port), 0);
+}
+
+} // namespace
