@@ -7,6 +7,10 @@ namespace ui {
 
 namespace {
 
+// The longest ones.
+constexpr const char* kN1mmName = "N1MM Logger, listen at";
+constexpr const char* kN1mmHint = "127.0.0.1, or 0.0.0.0 for all";
+
 constexpr int kNameColumn = 0, kChoiceColumn = 1, kBesideColumn = 2;
 
 QGridLayout* addGrid(Card& card) {
@@ -15,6 +19,9 @@ QGridLayout* addGrid(Card& card) {
     grid->setHorizontalSpacing(2 * kGrid);
     grid->setVerticalSpacing(kGrid);
     grid->setColumnStretch(kChoiceColumn, 1);
+    // The same columns in both groups.
+    grid->setColumnMinimumWidth(kNameColumn, widest(card.fontMetrics(), kN1mmName));
+    grid->setColumnMinimumWidth(kBesideColumn, widest(card.fontMetrics(), kN1mmHint));
     card.body().addLayout(grid);
     return grid;
 }
@@ -75,11 +82,11 @@ Card* links(form::FrmHardware& form, Adapters& adapters) {
     };
     int line = 0;
     for (const Link& link :
-         {Link{form.txtN1mmListen, "N1MM Logger, listen at",
+         {Link{form.txtN1mmListen, kN1mmName,
                "This computer's address at which N1MM Logger's datagrams are taken, from the next connecting "
                "on. "
                "127.0.0.1: from this computer alone; 0.0.0.0: from everywhere.",
-               "127.0.0.1, or 0.0.0.0 for all"},
+               kN1mmHint},
           Link{form.txtTrackingServer, "Tracking server", "Host name or address of the tracking server.",
                "Host name or address"},
           Link{form.txtBridge, "Bridge",

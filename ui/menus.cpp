@@ -70,7 +70,7 @@ void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
 
 namespace {
 
-constexpr int kRateStretch = 5;
+constexpr int kRateStretch = 4, kClockStretch = 3;
 
 /// Empty most of the time: beside the messages, which are too.
 CaptionLabel* rateNotice(form::Form1& form, Adapters& adapters) {
@@ -115,7 +115,7 @@ void layOutStatusBar(QMainWindow& window, form::Form1& form, Adapters& adapters)
         adapters.label(form.lblClock, {"Step clock", "Whether the step clock goes before other programs."},
                        "real-time 20 (RealtimeKit)");
     clock->setTone(CaptionLabel::Tone::Quiet);
-    bar->addPermanentWidget(clock);
+    bar->addPermanentWidget(clock, kClockStretch);
     adapters.statusBar(form.StatusBar1, *bar, panels);
 }
 
