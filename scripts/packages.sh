@@ -12,6 +12,8 @@ check_packages=(clang-format clang-tidy shellcheck)
 fuzz_packages=(build-essential cmake ninja-build clang libclang-rt-14-dev)
 # The benchmarks.
 bench_packages=("${program_packages[@]}" libbenchmark-dev)
+# What the step timers are measured beside.
+step_timing_packages=(linuxcnc-uspace util-linux)
 
 # Installs those of the given packages that are missing; touches the network only then.
 need_packages() {
