@@ -20,6 +20,8 @@ bridge_packages=(build-essential cmake ninja-build g++-mingw-w64-x86-64-posix)
 icon_packages=(librsvg2-bin imagemagick)
 # The benchmarks.
 bench_packages=("${program_packages[@]}" libbenchmark-dev)
+# What the step timers are measured beside.
+step_timing_packages=(linuxcnc-uspace util-linux)
 
 # Installs those of the given packages that are missing; touches the network only then.
 need_packages() {
