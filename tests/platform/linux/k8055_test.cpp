@@ -147,20 +147,21 @@ TEST(K8055, ABoardThatHangsIsGivenUpAndFindsItsOutputsOffWhenItComesBack) {
     EXPECT_TRUE(EventLoop::until([&] { return bus.outputs() == 0 && bus.openFiles(0) == 0; }));
 }
 
-TEST(K8055, WhatAGivenUpBoardWasSentLastDoesNotDisturbTheNextOne) {
+TEST(K8055, ABoardIsNotOpenedAgainBeforeItHasLetGoOfTheLastReport) {
     FakeK8055 bus;
     bus.plugIn(0, 0);
     K8055 board(0);
     board.openDevice(0);
     bus.hang();
     board.writeAllDigital(8);
-    board.writeAllDigital(0);
     EXPECT_THROW(board.closeDevice(), runtime::ObjectError);
-    ASSERT_EQ(board.openDevice(0), 0);
-    board.writeAllDigital(4);
+    EXPECT_EQ(board.openDevice(0), -1);
+    EXPECT_THAT(board.refusal(), HasSubstr("still does not answer"));
     bus.release();
+    ASSERT_TRUE(EventLoop::until([&] { return board.openDevice(0) == 0; }));
+    EXPECT_EQ(board.refusal(), "");
+    board.writeAllDigital(4);
     ASSERT_TRUE(settles(board));
-    ASSERT_TRUE(EventLoop::until([&] { return bus.openFiles(0) == 1; }));
     EXPECT_EQ(bus.outputs(), 4);
 }
 
