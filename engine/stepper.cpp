@@ -34,7 +34,7 @@ Stepper::Stepper(form::Form1& form, form::Boxes& boxes, OutputPorts& outputs)
 void Stepper::tick(const Side& side, int direction) {
     // A pattern that never reached the board would part the position from the coils.
     const bool ready = outputs_.ready(side);
-    rate_.count(side.motor, ready);
+    if (form_.chkUsbOn.ticked()) rate_.count(side.motor, ready);
     if (!ready) return;
     side.timer(direction == form::kForward ? form::kBackward : form::kForward).Enabled = false;
     if (atLimit(side, direction)) {

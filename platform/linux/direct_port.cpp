@@ -26,7 +26,9 @@ std::string whyRefused(const std::string& port, int error) {
         return "no permission for port " + port + ": direct access needs root or CAP_SYS_RAWIO; with the " +
                "driver ppdev use --port /dev/parport0";
     case ENOSYS:
-        return "port " + port + ": this computer has no such ports; use --port /dev/parport0";
+        return "port " + port +
+               ": this computer has no such ports, or its kernel lets nobody use them; with the " +
+               "driver ppdev use --port /dev/parport0";
     default:
         return "port " + port + ": " + reason(error);
     }

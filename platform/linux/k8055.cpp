@@ -114,16 +114,16 @@ class K8055::Link {
         return changed_.wait_for(lock, kLastByte, [this] { return finished_; }) && failure_.empty();
     }
 
-    /// Another link takes over: nothing that waits here is sent any more.
-    void supersede() {
+    /// Whether the device has been let go.
+    bool finished() {
         const std::lock_guard lock(mutex_);
-        superseded_ = true;
+        return finished_;
     }
 
   private:
     void run() {
         std::unique_lock lock(mutex_);
-        while (failure_.empty() && !superseded_) {
+        while (failure_.empty()) {
             const auto next = byte_.next();
             if (!next && finishing_) break;
             if (!next) {
@@ -169,7 +169,7 @@ class K8055::Link {
     std::string failure_;
     bool sending_ = false;
     Time begun_{}; // of the report under way
-    bool finishing_ = false, finished_ = false, superseded_ = false;
+    bool finishing_ = false, finished_ = false;
 };
 
 K8055::K8055(int card, Observer observer) : card_(card), observer_(std::move(observer)) {
@@ -184,8 +184,13 @@ K8055::~K8055() {
 
 int K8055::openDevice(int address) {
     close();
-    if (const auto old = lettingGo_.lock()) old->supersede();
     refusal_.clear();
+    // The kernel lets nobody open such a device while it waits for a report to end.
+    if (const auto old = lettingGo_.lock(); old && !old->finished()) {
+        refusal_ =
+            "The K8055 board still does not answer to its last report. Unplug it, or try again in a while";
+        return kNoCard;
+    }
     const int card = address == 0 ? card_ : address;
     for (const std::string& path : pathsOf(card)) {
         Handle device(hid_open_path(path.c_str()));

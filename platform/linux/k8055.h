@@ -43,7 +43,7 @@ class K8055 : public platform::UsbBoard {
     Observer observer_;
     std::string refusal_;
     std::shared_ptr<Link> link_;    // the open board
-    std::weak_ptr<Link> lettingGo_; // one that did not answer when it was closed, and still may
+    std::weak_ptr<Link> lettingGo_; // the one before, which may still wait for its last report
 };
 
 } // namespace linux_ports
