@@ -7,6 +7,7 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <optional>
+#include <sys/ptrace.h>
 #include <sys/stat.h>
 
 using ::testing::AllOf;
@@ -42,8 +43,9 @@ struct WatchdogTest : ::testing::Test {
     WatchdogTest() { adoptOrphans(); }
     ~WatchdogTest() override { std::filesystem::remove_all(folder); }
 
-    void watch(linux_ports::Watchdog& watchdog) {
-        watching = watchdog.watch(
+    /// To be ended before the watchdog.
+    [[nodiscard]] auto watch(linux_ports::Watchdog& watchdog) {
+        return watchdog.watch(
             loop.watcher, [this] { ++trips; }, [this](const std::string& why) { unguarded.push_back(why); });
     }
     pid_t onlyChild() const {
@@ -67,9 +69,9 @@ struct WatchdogTest : ::testing::Test {
         return "none";
     }
 
-    /// A controller in a process of its own that guards both devices and then does no more; the program and
-    /// its watchdog.
-    std::pair<pid_t, pid_t> startController() {
+    /// A controller in a process of its own that guards both devices and then does no more than `then`; its
+    /// process and that of its watchdog.
+    std::pair<pid_t, pid_t> startController(const std::function<void()>& then = ::pause) {
         int ready[2] = {-1, -1};
         EXPECT_EQ(::pipe2(ready, O_CLOEXEC), 0);
         const pid_t controller = ::fork();
@@ -77,7 +79,7 @@ struct WatchdogTest : ::testing::Test {
             linux_ports::Watchdog watchdog(TWINSTEP_WATCHDOG);
             watchdog.guardPort(descriptor.get());
             watchdog.guardBoard(board);
-            if (::write(ready[1], "x", 1) == 1) ::pause();
+            if (::write(ready[1], "x", 1) == 1) then();
             std::_Exit(1);
         }
         char byte = 0;
@@ -106,7 +108,6 @@ struct WatchdogTest : ::testing::Test {
     EventLoop loop;
     int trips = 0;
     std::vector<std::string> unguarded;
-    std::unique_ptr<linux_ports::FdWatch> watching;
 };
 
 } // namespace
@@ -144,6 +145,25 @@ TEST_F(WatchdogTest, TheEndOfTheControllerSwitchesBothPathsOff) {
     EXPECT_EQ(boardBytes(), kBoardOff);
 }
 
+TEST_F(WatchdogTest, ACrashSwitchesOffBeforeTheProcessHasEnded) {
+    std::ofstream(board).close();
+    const auto [controller, watchdog] = startController([] {
+        ::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+        std::abort();
+    });
+    // Traced, it stands still when the signal comes, and once more when the signal shall end it.
+    int status = 0;
+    ::waitpid(controller, &status, 0);
+    ASSERT_TRUE(WIFSTOPPED(status) && WSTOPSIG(status) == SIGABRT);
+    EXPECT_FALSE(port.isOff());
+    ::ptrace(PTRACE_CONT, controller, nullptr, SIGABRT);
+    ::waitpid(controller, &status, 0);
+    ASSERT_TRUE(WIFSTOPPED(status) && WSTOPSIG(status) == SIGABRT);
+    EXPECT_TRUE(comesTrue([this] { return port.isOff() && boardBytes() == kBoardOff; }));
+    kill(controller);
+    EXPECT_EQ(orphanEnds(watchdog), 0);
+}
+
 TEST_F(WatchdogTest, ABoardThatHangsDelaysNeitherThePortNorItsRelease) {
     // A pipe that nobody reads keeps its writers.
     ASSERT_EQ(::mkfifo(board.c_str(), 0600), 0);
@@ -165,7 +185,7 @@ TEST_F(WatchdogTest, SilenceSwitchesOffOnlyWhileAnEngineRuns) {
     linux_ports::Watchdog watchdog(TWINSTEP_WATCHDOG);
     watchdog.guardPort(descriptor.get());
     watchdog.guardBoard(board);
-    watch(watchdog);
+    const auto watching = watch(watchdog);
     watchdog.beat(true);
     watchdog.beat(false);
     EventLoop::runFor(kMoreThanTwoSeconds);
@@ -191,7 +211,7 @@ TEST_F(WatchdogTest, OneThatDiesOrSleepsIsReplaced) {
         linux_ports::Watchdog watchdog(TWINSTEP_WATCHDOG);
         watchdog.guardPort(descriptor.get());
         watchdog.guardBoard(board);
-        watch(watchdog);
+        const auto watching = watch(watchdog);
         const pid_t first = onlyChild();
         ::kill(first, SIGKILL);
         EXPECT_TRUE(replaced(first));
@@ -204,7 +224,6 @@ TEST_F(WatchdogTest, OneThatDiesOrSleepsIsReplaced) {
         EXPECT_TRUE(replaced(second));
         EXPECT_THAT(unguarded, IsEmpty());
         EXPECT_FALSE(port.isOff());
-        watching.reset();
     }
     EXPECT_THAT(childrenOf(::getpid()), IsEmpty());
     EXPECT_TRUE(port.isOff());
@@ -216,7 +235,7 @@ TEST_F(WatchdogTest, OneThatCannotBeReplacedIsMissedWheneverAnEngineStarts) {
     std::filesystem::copy_file(TWINSTEP_WATCHDOG, program);
     linux_ports::Watchdog watchdog(program);
     watchdog.guardPort(descriptor.get());
-    watch(watchdog);
+    const auto watching = watch(watchdog);
     std::filesystem::remove(program);
     ::kill(onlyChild(), SIGKILL);
     EXPECT_TRUE(EventLoop::until([this] { return !unguarded.empty(); }));
@@ -233,19 +252,17 @@ TEST_F(WatchdogTest, OneThatCannotBeReplacedIsMissedWheneverAnEngineStarts) {
     EXPECT_TRUE(replaced(0));
     EXPECT_TRUE(EventLoop::until([this] { return trips == 1; })) << "it does not know that an engine runs";
     EXPECT_TRUE(port.isOff());
-    watching.reset();
 }
 
 TEST_F(WatchdogTest, OneThatDiesAgainAndAgainIsGivenUp) {
     linux_ports::Watchdog watchdog(TWINSTEP_WATCHDOG);
-    watch(watchdog);
+    const auto watching = watch(watchdog);
     for (int times = 0; times < 50 && unguarded.empty(); ++times) {
         const pid_t child = onlyChild();
         ::kill(child, SIGKILL);
         EventLoop::until([&] { return !unguarded.empty() || (onlyChild() != 0 && onlyChild() != child); });
     }
     EXPECT_THAT(unguarded, ElementsAre(HasSubstr("again and again")));
-    watching.reset();
 }
 
 TEST_F(WatchdogTest, WhatIsForgottenIsFreeAndLeftAlone) {
