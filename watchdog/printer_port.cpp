@@ -1,8 +1,9 @@
 #include "watchdog/printer_port.h"
 
+#include "watchdog/io_ports.h"
+
 #include <cerrno>
 #include <linux/ppdev.h>
-#include <sys/io.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -30,7 +31,7 @@ int PrinterPort::guardDescriptor(int descriptor) {
 
 int PrinterPort::guardAddress(std::uint32_t address) {
     if (address == 0 || address > kLastAddress) return EINVAL;
-    if (::ioperm(address, 1, 1) != 0) return errno;
+    if (const int error = allowIoPort(address, true)) return error;
     if (address != address_) forget();
     address_ = address;
     return 0;
@@ -38,13 +39,13 @@ int PrinterPort::guardAddress(std::uint32_t address) {
 
 void PrinterPort::forget() {
     if (descriptor_ >= 0) ::close(descriptor_);
-    if (address_ != 0) ::ioperm(address_, 1, 0);
+    if (address_ != 0) allowIoPort(address_, false);
     descriptor_ = -1;
     address_ = 0;
 }
 
 bool PrinterPort::off() const {
-    if (address_ != 0) ::outb(kAllOff, static_cast<unsigned short>(address_));
+    if (address_ != 0) writeIoPort(address_, kAllOff);
     if (descriptor_ < 0) return true;
     std::uint8_t byte = kAllOff;
     return ::ioctl(descriptor_, PPWDATA, &byte) == 0;

@@ -92,7 +92,7 @@ class Watchdog::Watching : public FdWatch {
 
 std::filesystem::path Watchdog::installedProgram() {
     const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
-    const auto beside = folder / kProgramName;
+    auto beside = folder / kProgramName;
     if (std::filesystem::exists(beside)) return beside;
     return (folder / "../libexec/twinstep" / kProgramName).lexically_normal();
 }

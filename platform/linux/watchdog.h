@@ -45,7 +45,7 @@ class Watchdog {
     /// engine starts or stops.
     void beat(bool engineRuns);
 
-    /// From the event loop, until the returned watch is destroyed:
+    /// From the event loop, until the returned watch is destroyed, which is before this object is:
     /// `tripped`: the outputs were switched off, because beats stayed away for two seconds.
     /// `unguarded`: the watchdog has ended, and a new one could not take its place, for this reason. It is
     /// tried again when an engine starts, and told again where that fails. A new one that stands is not told.

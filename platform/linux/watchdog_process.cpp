@@ -87,37 +87,38 @@ int spawn(const std::filesystem::path& program, const Inherited& inherited, pid_
 } // namespace
 
 WatchdogProcess::WatchdogProcess(const std::filesystem::path& program) {
-    const auto refuse = [&program](int error) {
-        throw runtime::ObjectError("The watchdog " + program.string() +
-                                   " cannot be started: " + reason(error));
+    const auto refuse = [&program](const std::string& why) {
+        throw runtime::ObjectError("The watchdog " + program.string() + " cannot be started: " + why);
     };
-    int pair[2] = {-1, -1};
-    if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, pair) != 0) refuse(errno);
-    socket_ = FileDescriptor(pair[0]);
-    const FileDescriptor other(pair[1]);
-    ::setsockopt(socket_.get(), SOL_SOCKET, SO_SNDBUF, &kSendBufferBytes, sizeof kSendBufferBytes);
-    const FileDescriptor self(::pidfd_open(::getpid(), 0));
-    if (!self) refuse(errno);
-    tripped_ = FileDescriptor(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC));
-    if (!tripped_) refuse(errno);
-    const Inherited inherited{outOfTheWay(other.get()), outOfTheWay(self.get()), outOfTheWay(tripped_.get())};
-    if (!inherited.socket || !inherited.controller || !inherited.tripped) refuse(errno);
-    if (const int error = spawn(program, inherited, pid_)) refuse(error);
-    process_ = FileDescriptor(::pidfd_open(pid_, 0));
-    if (!process_) {
-        const int error = errno;
-        kill();
-        ::waitpid(pid_, nullptr, 0);
-        refuse(error);
-    }
+    if (const int error = start(program)) refuse(reason(error));
     watchdog::Request hello;
     hello.kind = watchdog::Kind::Hello;
     if (const int error = ask(hello, -1, kLongestStart)) {
         kill();
         ::waitpid(pid_, nullptr, 0);
-        refuse(error);
+        refuse(error == ETIMEDOUT ? "it does not answer" : "it ends at once");
     }
     CrashNotice::setSocket(socket_.get());
+}
+
+int WatchdogProcess::start(const std::filesystem::path& program) {
+    int pair[2] = {-1, -1};
+    if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, pair) != 0) return errno;
+    socket_ = FileDescriptor(pair[0]);
+    const FileDescriptor other(pair[1]);
+    ::setsockopt(socket_.get(), SOL_SOCKET, SO_SNDBUF, &kSendBufferBytes, sizeof kSendBufferBytes);
+    tripped_ = FileDescriptor(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC));
+    const FileDescriptor self(::pidfd_open(::getpid(), 0));
+    if (!tripped_ || !self) return errno;
+    const Inherited inherited{outOfTheWay(other.get()), outOfTheWay(self.get()), outOfTheWay(tripped_.get())};
+    if (!inherited.socket || !inherited.controller || !inherited.tripped) return errno;
+    if (const int error = spawn(program, inherited, pid_)) return error;
+    process_ = FileDescriptor(::pidfd_open(pid_, 0));
+    if (process_) return 0;
+    const int error = errno;
+    kill();
+    ::waitpid(pid_, nullptr, 0);
+    return error;
 }
 
 WatchdogProcess::~WatchdogProcess() {

@@ -37,6 +37,8 @@ class WatchdogProcess {
     bool takeTripped() const;
 
   private:
+    /// Returns an errno.
+    int start(const std::filesystem::path& program);
     int ask(watchdog::Request& request, int descriptor, std::chrono::milliseconds longest);
     int send(const watchdog::Request& request, int descriptor) const;
 
