@@ -6,16 +6,16 @@
 program_packages=(build-essential cmake ninja-build qt6-base-dev qt6-multimedia-dev)
 # To build and run its tests.
 test_packages=("${program_packages[@]}" libgtest-dev libgmock-dev umockdev libumockdev-dev pkg-config locales)
-# To build the Debian package.
-package_packages=("${program_packages[@]}" dpkg-dev librsvg2-bin)
-# To check it and to install it into a bare root.
-package_check_packages=(appstream debootstrap desktop-file-utils lintian man-db)
 # What CI checks beyond the tests.
 check_packages=(clang-format clang-tidy shellcheck)
 # The fuzz targets.
 fuzz_packages=(build-essential cmake ninja-build clang libclang-rt-14-dev)
 # The benchmarks.
 bench_packages=("${program_packages[@]}" libbenchmark-dev)
+# To build the Debian package.
+package_packages=("${program_packages[@]}" dpkg-dev file librsvg2-bin)
+# To check it and to install it into a bare root.
+package_check_packages=(appstream debootstrap desktop-file-utils lintian man-db)
 
 # Installs those of the given packages that are missing; touches the network only then.
 need_packages() {
