@@ -6,10 +6,6 @@
 program_packages=(build-essential cmake ninja-build qt6-base-dev qt6-multimedia-dev libhidapi-dev pkg-config)
 # To build and run its tests.
 test_packages=("${program_packages[@]}" libgtest-dev libgmock-dev umockdev libumockdev-dev locales xvfb)
-# To build the Debian package.
-package_packages=("${program_packages[@]}" dpkg-dev librsvg2-bin)
-# To check it and to install it into a bare root.
-package_check_packages=(appstream debootstrap desktop-file-utils lintian man-db)
 # What CI checks beyond the tests.
 check_packages=(clang-format clang-tidy shellcheck)
 # The fuzz targets.
@@ -22,6 +18,10 @@ icon_packages=(librsvg2-bin imagemagick)
 bench_packages=("${program_packages[@]}" libbenchmark-dev)
 # What the step timers are measured beside.
 step_timing_packages=(linuxcnc-uspace util-linux)
+# To build the Debian package.
+package_packages=("${program_packages[@]}" dpkg-dev file librsvg2-bin)
+# To check it and to install it into a bare root.
+package_check_packages=(appstream debootstrap desktop-file-utils lintian man-db)
 
 # Installs those of the given packages that are missing; touches the network only then.
 need_packages() {
