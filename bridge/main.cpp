@@ -3,6 +3,7 @@
 #include "bridge/server.h"
 #include "platform/windows/console.h"
 #include "platform/windows/dde_links.h"
+#include "platform/windows/log_writer.h"
 #include "platform/windows/program.h"
 #include "platform/windows/station_messages.h"
 #include "platform/windows/tcp_servers.h"
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <windows.h>
 
 namespace {
@@ -52,8 +54,10 @@ void carry(const bridge::Options& options) {
     windows_ports::TcpServers tcp;
     std::unique_ptr<windows_ports::TrayIcon> icon;
 
-    const auto log = [&options](const std::string& line) {
-        if (options.console) windows_ports::writeOutput(timeOfDay() + " " + line + "\n");
+    std::optional<windows_ports::LogWriter> writer;
+    if (options.console) writer.emplace();
+    const auto log = [&writer](const std::string& line) {
+        if (writer) writer->write(timeOfDay() + " " + line);
     };
     const auto changed = [&](const bridge::State& state) {
         log(bridge::toText(state));

@@ -41,20 +41,21 @@ struct Session::Word {
     std::string_view name;
     std::size_t arguments;
     void (Session::*run)(const Fields&);
+    bool costs = false; // the system's work, of which each client has its share
 };
 
 const Session::Word* Session::find(std::string_view name) {
     static constexpr std::array kWords = {
         Word{"ping", 1, &Session::ping},
         Word{"pong", 1, &Session::pong},
-        Word{"link", 4, &Session::link},
+        Word{"link", 4, &Session::link, true},
         Word{"unlink", 1, &Session::unlink},
-        Word{"register", 1, &Session::registerMessage},
-        Word{"listen", 1, &Session::listen},
+        Word{"register", 1, &Session::registerMessage, true},
+        Word{"listen", 1, &Session::listen, true},
         Word{"unlisten", 1, &Session::unlisten},
-        Word{"watch", 1, &Session::watch},
+        Word{"watch", 1, &Session::watch, true},
         Word{"unwatch", 1, &Session::unwatch},
-        Word{"post", 4, &Session::post},
+        Word{"post", 4, &Session::post, true},
     };
     const auto* const found = std::ranges::find(kWords, name, &Word::name);
     return found == kWords.end() ? nullptr : found;
@@ -116,6 +117,7 @@ void Session::run(const Fields& fields) {
         throw Refusal{"a field is empty"};
     if (std::ranges::any_of(fields, [](const auto& field) { return field.size() > kLongestName; }))
         throw Refusal{"a field is longer than " + std::to_string(kLongestName) + " bytes"};
+    if (word->costs && ++requests_ > kMostRequests) throw Refusal{"too much at once; wait a second"};
     (this->*word->run)(fields);
 }
 
@@ -270,6 +272,11 @@ void Session::tick() {
     if (silence_ >= kSilenceLimit) {
         finish("was silent for " + std::to_string(kSilenceLimit / 1000) + " seconds");
         return;
+    }
+    sinceAllowance_ += kTick;
+    if (sinceAllowance_ >= 1000) {
+        sinceAllowance_ = 0;
+        requests_ = 0;
     }
     sincePing_ += kTick;
     if (sincePing_ >= kPingInterval) {

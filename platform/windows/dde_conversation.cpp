@@ -170,6 +170,8 @@ void converse(const DdeItem& item, const DdeListener& listener, Cancellation& ca
     MSG message;
     PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE); // makes the message queue
     cancellation.begin();
+    // Given up before it began: what follows is costly.
+    if (cancellation.cancelled()) return;
     Conversation conversation(listener, cancellation);
     if (conversation.open(item)) {
         conversation.listen();

@@ -56,8 +56,10 @@ class News {
     std::size_t changes_ = 0;
 };
 
+} // namespace
+
 /// Shared by a link, its thread and the calls that wait in the mailbox.
-struct Shared {
+struct DdeLinks::Shared {
     DdeItem item;
     Cancellation cancellation;
     News news;
@@ -73,8 +75,100 @@ struct Shared {
     }
 };
 
+class DdeLinks::Link : public platform::DdeLink {
+  public:
+    explicit Link(std::shared_ptr<Shared> shared) : shared_(std::move(shared)) {}
+    Link(const Link&) = delete;
+    Link& operator=(const Link&) = delete;
+    ~Link() override { shared_->end(); }
+
+  private:
+    std::shared_ptr<Shared> shared_;
+};
+
+DdeLinks::DdeLinks(platform::Timers& timers) : timers_(timers) {}
+
+DdeLinks::~DdeLinks() {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+    while (*threads_ > 0 && std::chrono::steady_clock::now() < end) {
+        // They may be asking our own windows, which answer in here.
+        MSG message;
+        PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_SENDMESSAGE);
+    }
+}
+
+std::unique_ptr<platform::DdeLink> DdeLinks::open(const std::string& topic, const std::string& item,
+                                                  platform::DdeEvents events) {
+    const auto link = std::make_shared<Shared>();
+    const auto bar = topic.find('|');
+    link->item.application = wide(topic.substr(0, bar));
+    if (bar != std::string::npos) link->item.topic = wide(topic.substr(bar + 1));
+    link->item.item = wide(item);
+    try {
+        link->deadline = timers_.create([link = link.get()] {
+            const auto failed = link->events.failed;
+            link->end();
+            failed();
+        });
+    } catch (const runtime::ObjectError&) {
+        events.failed();
+        return nullptr;
+    }
+    link->events = std::move(events);
+    link->deadline->start(kDeadline);
+    std::erase_if(waiting_, [](const auto& other) {
+        const auto waits = other.lock();
+        return !waits || waits->over;
+    });
+    waiting_.push_back(link);
+    startNext();
+    return std::make_unique<Link>(link);
+}
+
+void DdeLinks::startNext() {
+    while (!waiting_.empty() && searches_ < kMostSearches) {
+        const auto link = waiting_.front().lock();
+        waiting_.pop_front();
+        if (!link || link->over) continue;
+        ++searches_;
+        ++*threads_;
+        try {
+            std::thread([link, threads = threads_, slot = mailbox_.slot(), this] {
+                run(link, slot, [this] {
+                    --searches_;
+                    startNext();
+                });
+                --*threads;
+            }).detach();
+        } catch (const std::system_error&) {
+            // No thread left: the deadline says so.
+            --searches_;
+            --*threads_;
+        }
+    }
+}
+
+/// The life of a link's thread. `searched` is called on the owner's thread.
+void DdeLinks::run(const std::shared_ptr<Shared>& link, const Mailbox::Slot& slot,
+                   const Mailbox::Call& searched) {
+    bool searching = true;
+    const auto say = [&](News::Kind kind, std::string text = {}) {
+        if (std::exchange(searching, false)) slot.post(searched);
+        if (link->news.add(kind, std::move(text))) slot.post([link] { tell(link); });
+    };
+    const DdeListener listener{
+        .opened = [&] { say(News::Kind::Opened); },
+        .changed = [&](std::string text) { say(News::Kind::Changed, std::move(text)); },
+        .closed = [&] { say(News::Kind::Closed); },
+        .failed = [&] { say(News::Kind::Failed); }};
+    converse(link->item, listener, link->cancellation);
+    // One that was given up says nothing.
+    if (searching) slot.post(searched);
+}
+
 /// On the owner's thread. An event may destroy the link.
-void tell(const std::shared_ptr<Shared>& link) {
+void DdeLinks::tell(const std::shared_ptr<Shared>& link) {
     for (const News::Item& item : link->news.take()) {
         if (link->over) return;
         switch (item.kind) {
@@ -95,78 +189,6 @@ void tell(const std::shared_ptr<Shared>& link) {
             break;
         }
     }
-}
-
-class Link : public platform::DdeLink {
-  public:
-    explicit Link(std::shared_ptr<Shared> shared) : shared_(std::move(shared)) {}
-    Link(const Link&) = delete;
-    Link& operator=(const Link&) = delete;
-    ~Link() override { shared_->end(); }
-
-  private:
-    std::shared_ptr<Shared> shared_;
-};
-
-/// The life of a link's thread.
-void run(const std::shared_ptr<Shared>& link, const Mailbox::Slot& slot) {
-    const auto say = [&](News::Kind kind, std::string text = {}) {
-        if (link->news.add(kind, std::move(text))) slot.post([link] { tell(link); });
-    };
-    const DdeListener listener{
-        .opened = [&] { say(News::Kind::Opened); },
-        .changed = [&](std::string text) { say(News::Kind::Changed, std::move(text)); },
-        .closed = [&] { say(News::Kind::Closed); },
-        .failed = [&] { say(News::Kind::Failed); }};
-    converse(link->item, listener, link->cancellation);
-}
-
-} // namespace
-
-DdeLinks::DdeLinks(platform::Timers& timers) : timers_(timers) {}
-
-DdeLinks::~DdeLinks() {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(1);
-    while (*threads_ > 0 && std::chrono::steady_clock::now() < end) {
-        // They may be asking our own windows, which answer in here.
-        MSG message;
-        PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_SENDMESSAGE);
-    }
-}
-
-std::unique_ptr<platform::DdeLink> DdeLinks::open(const std::string& topic, const std::string& item,
-                                                  platform::DdeEvents events) {
-    const auto shared = std::make_shared<Shared>();
-    const auto bar = topic.find('|');
-    shared->item.application = wide(topic.substr(0, bar));
-    if (bar != std::string::npos) shared->item.topic = wide(topic.substr(bar + 1));
-    shared->item.item = wide(item);
-    try {
-        if (*threads_ >= kMostThreads) throw runtime::ObjectError("too many links");
-        shared->deadline = timers_.create([shared = shared.get()] {
-            const auto failed = shared->events.failed;
-            shared->end();
-            failed();
-        });
-        shared->deadline->start(kDeadline);
-        ++*threads_;
-        try {
-            std::thread([shared, slot = mailbox_.slot(), threads = threads_] {
-                run(shared, slot);
-                --*threads;
-            }).detach();
-        } catch (const std::system_error&) {
-            --*threads_;
-            throw runtime::ObjectError("no thread left");
-        }
-    } catch (const runtime::ObjectError&) {
-        shared->end();
-        events.failed();
-        return nullptr;
-    }
-    shared->events = std::move(events);
-    return std::make_unique<Link>(shared);
 }
 
 } // namespace windows_ports

@@ -5,6 +5,7 @@
 #include "platform/windows/mailbox.h"
 
 #include <atomic>
+#include <deque>
 #include <memory>
 
 namespace windows_ports {
@@ -13,8 +14,9 @@ namespace windows_ports {
 /// search for a server waiting, and must keep nobody else. Events come on the thread that made this object.
 class DdeLinks : public platform::DdeLinks {
   public:
-    /// Threads at once. More of them would be links that were given up while a program hangs.
-    static constexpr int kMostThreads = 512;
+    /// Threads that search for a server at once; further links wait for their turn. A thread that is given up
+    /// while a program hangs goes on searching.
+    static constexpr int kMostSearches = 8;
 
     explicit DdeLinks(platform::Timers& timers);
     DdeLinks(const DdeLinks&) = delete;
@@ -26,8 +28,19 @@ class DdeLinks : public platform::DdeLinks {
                                             platform::DdeEvents events) override;
 
   private:
+    class Link;
+    struct Shared;
+
+    void startNext();
+    static void run(const std::shared_ptr<Shared>& link, const Mailbox::Slot& slot,
+                    const Mailbox::Call& searched);
+    static void tell(const std::shared_ptr<Shared>& link);
+
     platform::Timers& timers_;
     Mailbox mailbox_;
+    std::deque<std::weak_ptr<Shared>> waiting_;
+    int searches_ = 0;
+    /// Outlives this object where a thread hangs.
     std::shared_ptr<std::atomic<int>> threads_ = std::make_shared<std::atomic<int>>(0);
 };
 
