@@ -55,7 +55,11 @@ class Server::Client {
             if (received_ > kMostInput) {
                 finish("is dropped: it sends too much");
             } else {
+                // One call to the system for all that is answered, not one for each line of a flood.
+                gathering_ = true;
                 session_.receive(bytes);
+                gathering_ = false;
+                flush();
             }
         }
         server_.sweep();
@@ -64,7 +68,7 @@ class Server::Client {
     void send(const std::string& line) {
         if (over_) return;
         unsent_ += line;
-        flush();
+        if (!gathering_ || unsent_.size() > kMostUnsent) flush();
         if (unsent_.size() > kMostUnsent) finish("is dropped: it does not take what it is sent");
     }
 
@@ -82,6 +86,7 @@ class Server::Client {
     std::string name_;
     bool over_ = false;
     std::string unsent_;
+    bool gathering_ = false;
     std::size_t received_ = 0; // since the last allowance
     int sinceAllowance_ = 0;   // milliseconds
     std::unique_ptr<platform::TcpConnection> connection_;

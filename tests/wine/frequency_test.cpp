@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QTest>
 #include <QTimer>
+#include <cmath>
 
 namespace {
 
@@ -26,7 +27,9 @@ class Frequency : public StationWindow {
         ASSERT_TRUE(shows("lblAutoMemOnOff", "Auto"));
     }
     bool standsAt(double a, double b) {
-        return waitFor([&] { return f().sngPosA == a && f().sngPosB == b; });
+        constexpr double kStep = 0.05;
+        return waitFor(
+            [&] { return std::fabs(f().sngPosA - a) < kStep / 2 && std::fabs(f().sngPosB - b) < kStep / 2; });
     }
 };
 
@@ -61,7 +64,7 @@ TEST_F(Frequency, ComesFromHamRadioDeluxeAndRecallsMemories) {
     EXPECT_TRUE(shows("lblAutoMemConn", "Connected"));
     EXPECT_TRUE(shows("lblFreqRx", "7.033.000"));
     click("cmdAutoMemConn");
-    radio->line("unlinked");
+    radio->line("disconnected");
 }
 
 TEST_F(Frequency, IsAnErrorWithoutHamRadioDeluxeOrWithoutABridge) {
@@ -169,7 +172,9 @@ TEST_F(Frequency, CanBeTriedOutInTheTunerConnections) {
         return label && waitFor([&] { return label->text().toStdString() == expected; });
     };
     const auto press = [](QWidget& dialog, const char* name) {
-        QTest::mouseClick(dialog.findChild<QWidget*>(name), Qt::LeftButton);
+        auto* button = dialog.findChild<QWidget*>(name);
+        ASSERT_TRUE(waitFor([&] { return button->isEnabled(); })) << name;
+        QTest::mouseClick(button, Qt::LeftButton);
     };
     bool tried = false;
     QTimer::singleShot(0, [&] {
@@ -182,7 +187,7 @@ TEST_F(Frequency, CanBeTriedOutInTheTunerConnections) {
         EXPECT_TRUE(inDialog(dialog, "lblDDE", "3.701.000"));
         press(dialog, "cmdOff");
         EXPECT_TRUE(inDialog(dialog, "lblConn", "Disc."));
-        radio.line("unlinked");
+        radio.line("disconnected");
 
         press(dialog, "optLog32");
         press(dialog, "cmdOnLog32");

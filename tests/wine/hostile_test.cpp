@@ -133,10 +133,10 @@ TEST_F(Hostile, EndlessLinesAndFloodsHarmNobody) {
         pings += "ping 1234567890\n";
     flood.send(pings);
     expectService();
-    EXPECT_TRUE(flood.isDropped());
     endless.send("\nping after\n");
     EXPECT_TRUE(endless.hears("error "));
     EXPECT_TRUE(endless.hears("pong after"));
+    EXPECT_TRUE(flood.isDropped());
     expectService();
 }
 

@@ -4,7 +4,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTcpSocket>
-#include <csignal>
 #include <cstdio>
 
 namespace {
@@ -89,7 +88,7 @@ class Restarts : public StationWindow {
         ASSERT_TRUE(shows("lblFreqRx", "7.012.000"));
         useEverything();
         if (orderly) {
-            bridge->signal(SIGINT);
+            radio_->tell("close twinstep-bridge.exe");
             ASSERT_TRUE(bridge->ends());
             radio_->line("disconnected");
         }

@@ -31,7 +31,7 @@ TEST_F(Tracking, ComesFromOrbitronWhichQuitsAndComesBack) {
     EXPECT_TRUE(shows("lblAzRx", "3"));
     EXPECT_TRUE(shows("lblElRx", "4"));
     click("cmdConnect");
-    orbitron->line("unlinked");
+    orbitron->line("disconnected");
 }
 
 TEST_F(Tracking, ComesFromSatPc32WhichQuitsAndComesBack) {

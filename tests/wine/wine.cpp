@@ -8,7 +8,6 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 #include <QTimer>
-#include <csignal>
 #include <gtest/gtest.h>
 #include <iostream>
 #include <stdexcept>
@@ -165,10 +164,6 @@ void WindowsProgram::kill() {
     if (process_.state() == QProcess::NotRunning) return;
     process_.kill();
     process_.waitForFinished();
-}
-
-void WindowsProgram::signal(int number) const {
-    ::kill(static_cast<pid_t>(process_.processId()), number);
 }
 
 bool waitFor(const std::function<bool()>& condition, int milliseconds) {

@@ -51,9 +51,6 @@ class WindowsProgram {
     bool ends();
     /// As `kill -9` does.
     void kill();
-    /// Sends a signal.
-    void signal(int number) const;
-    int processId() const { return static_cast<int>(process_.processId()); }
 
   private:
     std::string find(const std::string& what, const std::function<bool(const std::string&)>& fits);

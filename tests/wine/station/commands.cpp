@@ -64,8 +64,6 @@ ULONG handlesOfAll() {
     return count;
 }
 
-} // namespace
-
 void printCounts() {
     constexpr ATOM kFirstAtom = 0xC000;
     int atoms = 0;
@@ -83,4 +81,40 @@ void printCounts() {
         reinterpret_cast<LPARAM>(&windows));
     print("count handles " + std::to_string(handlesOfAll()) + " atoms " + std::to_string(atoms) +
           " windows " + std::to_string(windows));
+}
+
+/// The path of the program that a window belongs to; empty when it cannot be told.
+std::string programOf(HWND window) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    HANDLE handle = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, process);
+    if (!handle) return {};
+    char path[MAX_PATH];
+    DWORD size = sizeof path;
+    const BOOL known = QueryFullProcessImageNameA(handle, 0, path, &size);
+    CloseHandle(handle);
+    return known ? std::string(path, size) : std::string();
+}
+
+void close(const std::string& program) {
+    EnumWindows(
+        [](HWND window, LPARAM wanted) -> BOOL {
+            if (programOf(window).ends_with("\\" + *reinterpret_cast<const std::string*>(wanted)))
+                PostMessageA(window, WM_CLOSE, 0, 0);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&program));
+}
+
+} // namespace
+
+bool obeyCommon(const std::string& command) {
+    if (command == "count") {
+        printCounts();
+    } else if (const auto program = argumentOf(command, "close")) {
+        close(*program);
+    } else {
+        return false;
+    }
+    return true;
 }

@@ -20,6 +20,8 @@ std::optional<std::string> argumentOf(std::string_view command, std::string_view
 /// Prints one line at once, also into a pipe.
 void print(const std::string& line);
 
-/// Prints "count handles H atoms A windows W": open handles of all processes, global atoms and top-level
-/// windows of the desktop.
-void printCounts();
+/// Obeys what every station program of ours can do; false when the command is another one:
+///   count           prints "count handles H atoms A windows W": open handles of all processes, global atoms
+///                   and top-level windows of the desktop
+///   close PROGRAM   asks the program of this file name to end, as a polite task manager does
+bool obeyCommon(const std::string& command);

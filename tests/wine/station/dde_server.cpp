@@ -3,10 +3,10 @@
 // dde_server APPLICATION TOPIC ITEM [TEXT], and on the standard input, one a line:
 //   set TEXT    changes the item (UTF-8 here, the system's ANSI code page in DDE)
 //   bare TEXT   the same without the zero that should end it
-//   count       see printCounts
+//   count, close PROGRAM   see obeyCommon
 //   quit        ends every conversation, then the program
 //   vanish      ends the program at once, as a crash does
-// It prints "ready", "linked", "unlinked", "disconnected" and the counts.
+// It prints "ready", "linked", "unlinked", "disconnected" and what obeyCommon does.
 
 #include "tests/wine/station/commands.h"
 
@@ -95,13 +95,11 @@ void obey(const std::string& command) {
         server.change(*text, true);
     } else if (const auto bare = argumentOf(command, "bare")) {
         server.change(*bare, false);
-    } else if (command == "count") {
-        printCounts();
     } else if (command == "vanish") {
         TerminateProcess(GetCurrentProcess(), EXIT_SUCCESS);
     } else if (command == "quit") {
         PostQuitMessage(EXIT_SUCCESS);
-    } else {
+    } else if (!obeyCommon(command)) {
         print("unknown command: " + command);
     }
 }

@@ -2,9 +2,9 @@
 //
 // logger32_window [TITLE], TITLE "Logger32" unless given, and on the standard input, one a line:
 //   frequency HERTZ   tells every subscriber
-//   count             see printCounts
+//   count, close PROGRAM   see obeyCommon
 //   quit              ends the program
-// It prints "ready", "subscribed HANDLE", "unsubscribed", and the counts.
+// It prints "ready", "subscribed HANDLE", "unsubscribed", and what obeyCommon does.
 
 #include "tests/wine/station/commands.h"
 
@@ -52,11 +52,9 @@ void obey(HWND window, const std::string& command) {
     if (const auto hertz = argumentOf(command, "frequency")) {
         for (HWND subscriber : logger.subscribers)
             PostMessageA(subscriber, logger.message, kFrequency, std::stol(*hertz));
-    } else if (command == "count") {
-        printCounts();
     } else if (command == "quit") {
         DestroyWindow(window);
-    } else {
+    } else if (!obeyCommon(command)) {
         print("unknown command: " + command);
     }
 }
