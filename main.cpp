@@ -164,6 +164,8 @@ int run(int argc, char** argv) {
     window.onCloseRequested = [&controller] { controller.close(); };
     const LastWish lastWish([&] {
         controller.form().mnuUscita.Click.fire();
+        // The board may not have been sent its last byte yet, and nothing is destroyed on this way out.
+        controller.form().guard([&hardware] { hardware.board().closeDevice(); });
         if (traceFile) traceFile->close();
     });
     const auto fail = [&controller](const std::string& why) {

@@ -12,7 +12,7 @@ namespace {
 using platform::HardwareSettings;
 
 constexpr std::uint16_t kLowestIoAddress = 0x100; // below are the board's own devices
-constexpr std::uint16_t kHighestIoAddress = 0xFFF8;
+constexpr std::uint16_t kHighestIoAddress = 0xFFF0;
 constexpr int kRegisters = 4; // a port's registers begin at a multiple of this
 constexpr int kHighestCard = 3;
 constexpr std::size_t kLongestHost = 253; // RFC 1035
@@ -40,7 +40,7 @@ std::optional<std::string> faultOfPort(const std::string& text) {
         return std::nullopt;
     return quoted(text) +
            " is neither \"simulated\" nor a device such as /dev/parport0 nor an I/O address such "
-           "as 0x378 (0x100 to 0xFFF8, a multiple of 4)";
+           "as 0x378 (0x100 to 0xFFF0, a multiple of 4)";
 }
 
 std::optional<std::string> faultOfUsb(const std::string& text) {

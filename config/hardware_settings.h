@@ -15,7 +15,7 @@ inline constexpr const char* kAutomatic = "auto";
 inline constexpr const char* kSimulated = "simulated";
 inline constexpr const char* kNone = "none";
 
-/// The I/O address of a port text such as "0x378", 0x100 to 0xFFF8 and a multiple of 4; nothing when it is
+/// The I/O address of a port text such as "0x378", 0x100 to 0xFFF0 and a multiple of 4; nothing when it is
 /// none.
 std::optional<std::uint16_t> ioAddress(std::string_view port);
 

@@ -52,13 +52,4 @@ void DirectPort::write(unsigned data) {
     data_ = data;
 }
 
-std::optional<int> parsePortAddress(std::string_view text) {
-    if (!text.starts_with("0x") && !text.starts_with("0X")) return std::nullopt;
-    text.remove_prefix(2);
-    int number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, kHexadecimal);
-    if (error != std::errc() || end != text.data() + text.size() || number < 0) return std::nullopt;
-    return number;
-}
-
 } // namespace linux_ports

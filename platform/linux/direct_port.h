@@ -3,9 +3,6 @@
 #include "platform/linux/io_ports.h"
 #include "platform/printer_port.h"
 
-#include <optional>
-#include <string_view>
-
 namespace linux_ports {
 
 /// A printer port, or a card that looks like one, without a driver: the program writes its data register
@@ -30,8 +27,5 @@ class DirectPort : public platform::PrinterPort {
     IoPorts& ports_;
     unsigned data_ = 0; // the byte on the data lines
 };
-
-/// An address as users write it, "0x378"; nothing when the text is none. The range is not looked at.
-std::optional<int> parsePortAddress(std::string_view text);
 
 } // namespace linux_ports

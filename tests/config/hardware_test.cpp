@@ -16,8 +16,8 @@ TEST(HardwareSettings, TextsAreReadOrRefused) {
     };
     const Case cases[] = {
         {"port",
-         {"auto", "simulated", "/dev/parport0", "0x378", "0X3bc", "0xFFF8"},
-         {"", "parport0", "0x", "0x37", "0x379", "0x10378", "0x-378", "888", "0x378 "}},
+         {"auto", "simulated", "/dev/parport0", "0x378", "0X3bc", "0xFFF0", "0XdFf8"},
+         {"", "parport0", "0x", "0x37", "0x379", "0x10378", "0x-378", "888", "0x378 ", "0x37g", "0xFFF4"}},
         {"usb",
          {"none", "simulated", "k8055", "k8055:0", "k8055:3"},
          {"", "k8055:4", "k8055:", "k8055:-1", "K8055", "k80550"}},

@@ -94,11 +94,3 @@ TEST(DirectPort, TheKernelRefusesAnOrdinaryUser) {
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
 }
 
-TEST(DirectPort, AddressesAreReadAsUsersWriteThem) {
-    using linux_ports::parsePortAddress;
-    EXPECT_EQ(parsePortAddress("0x378"), 0x378);
-    EXPECT_EQ(parsePortAddress("0XdFf8"), 0xdff8);
-    for (const char* text :
-         {"", "0x", "378", "0x37g", "0x-1", " 0x378", "0x378 ", "0x100000000", "/dev/parport0"})
-        EXPECT_EQ(parsePortAddress(text), std::nullopt) << text;
-}
