@@ -1,7 +1,9 @@
 #include "hand.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QMessageBox>
 #include <QSocketNotifier>
 #include <QTimer>
@@ -21,6 +23,19 @@ void obey(const QByteArray& order) {
         for (QWidget* widget : QApplication::allWidgets()) {
             auto* button = qobject_cast<QAbstractButton*>(widget);
             if (button && button->objectName() == name) button->click();
+        }
+    } else if (what == "open") {
+        for (const QWidget* window : QApplication::topLevelWidgets()) {
+            // Later, because a dialog keeps its opener waiting.
+            if (auto* action = window->findChild<QAction*>(name))
+                QTimer::singleShot(0, action, [action] { action->trigger(); });
+        }
+    } else if (what == "choose") {
+        const qsizetype nameEnd = name.indexOf(' ');
+        for (QWidget* widget : QApplication::allWidgets()) {
+            auto* box = qobject_cast<QComboBox*>(widget);
+            if (box && box->objectName() == name.left(nameEnd))
+                emit box->activated(box->findText(name.mid(nameEnd + 1)));
         }
     } else if (what == "box") {
         const auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());

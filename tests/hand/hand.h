@@ -5,6 +5,8 @@
 /// A hand in the real program, for the tests: a plugin that Qt loads where QT_QPA_GENERIC_PLUGINS=hand says
 /// so. It takes orders from standard input, one a line, and answers each with a line:
 ///   click NAME   presses the button of this name
+///   open NAME    chooses the menu entry of this name
+///   choose NAME TEXT  chooses an entry in the list of this name
 ///   box          the text of the message box that is open, or "none"
 ///   accept       presses its OK
 ///   hang         an endless loop on the user-interface thread
