@@ -84,20 +84,21 @@ class LastWish {
     static inline std::function<void()> wish_;
 };
 
+/// A start from the desktop's menu has no terminal to say why it failed.
+void showFailure(int argc, char** argv, const std::string& why) {
+    if (!std::getenv("DISPLAY") && !std::getenv("WAYLAND_DISPLAY")) return;
+    const QApplication application(argc, argv);
+    QMessageBox(QMessageBox::Critical, "Twinstep", QString::fromStdString(why)).exec();
+}
+
 ui::CommandLine readCommandLine(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     return ui::parseCommandLine(QCoreApplication::arguments());
 }
 
-int run(int argc, char** argv) {
+int run(int argc, char** argv, const ui::Options& options) {
     const auto started = trace::TraceFile::Clock::now();
     linux_ports::EndSignals endSignals;
-    const auto commandLine = readCommandLine(argc, argv);
-    if (!commandLine.options) {
-        (commandLine.exitCode == 0 ? std::cout : std::cerr) << commandLine.text;
-        return commandLine.exitCode;
-    }
-    const ui::Options& options = *commandLine.options;
     const linux_ports::WorkFolder folder(options.directory);
     if (!folder.held()) {
         std::cerr << "twinstep: the file system of this folder cannot keep a second Twinstep out of it\n";
@@ -110,6 +111,7 @@ int run(int argc, char** argv) {
     QApplication application(argc, argv);
     qInstallMessageHandler(usualHandler);
     QApplication::setApplicationName("twinstep");
+    QApplication::setWindowIcon(QIcon::fromTheme("twinstep"));
     QApplication::setApplicationVersion(app::kVersion.data());
     const auto traceFile = std::move(opened); // ends before the application, to which it reports
 
@@ -201,10 +203,16 @@ int run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    const auto commandLine = readCommandLine(argc, argv);
+    if (!commandLine.options) {
+        (commandLine.exitCode == 0 ? std::cout : std::cerr) << commandLine.text;
+        return commandLine.exitCode;
+    }
     try {
-        return run(argc, argv);
+        return run(argc, argv, *commandLine.options);
     } catch (const std::exception& error) {
         std::cerr << "twinstep: " << error.what() << '\n';
+        if (commandLine.options->fromDesktop) showFailure(argc, argv, error.what());
         return EXIT_FAILURE;
     }
 }

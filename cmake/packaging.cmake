@@ -17,9 +17,7 @@ set(TWINSTEP_RELEASE_DATE ${CMAKE_MATCH_1})
 
 # The programs.
 install(TARGETS twinstep)
-if(TARGET twinstep-watchdog)
-    install(TARGETS twinstep-watchdog DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/twinstep)
-endif()
+install(TARGETS twinstep-watchdog DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/twinstep)
 
 # What the program reads: in the folders it has in the sources.
 set(data ${CMAKE_INSTALL_DATADIR}/twinstep)

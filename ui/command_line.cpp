@@ -78,6 +78,7 @@ CommandLine parseCommandLine(const QStringList& arguments) {
     if (parser.isSet(userData)) {
         if (parser.isSet(directory)) return refuse("--directory and --user-data name two folders");
         options.directory = qt_ports::userDataFolder();
+        options.fromDesktop = true;
     }
     if (parser.isSet(directory)) {
         if (parser.value(directory).isEmpty()) return refuse("--directory names no folder");

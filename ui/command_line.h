@@ -14,7 +14,8 @@ struct Options {
     /// Those of platform::HardwareSettings that were given, by name; each is valid.
     std::map<std::string, std::string> hardware;
     std::optional<std::filesystem::path> trace;
-    bool realtime = false; // ask for real-time scheduling
+    bool realtime = false;    // ask for real-time scheduling
+    bool fromDesktop = false; // started from the desktop's menu, most likely
 };
 
 /// Either the options to start with, or a text to print before the program ends.
