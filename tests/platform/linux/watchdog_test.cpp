@@ -171,8 +171,10 @@ TEST_F(WatchdogTest, ABoardThatHangsDelaysNeitherThePortNorItsRelease) {
     const std::string block(4096, 'x');
     while (::write(pipe.get(), block.data(), block.size()) > 0) {
     }
+    ASSERT_EQ(::flock(descriptor.get(), LOCK_EX | LOCK_NB), 0);
     const auto [controller, watchdog] = startController();
     descriptor = FileDescriptor();
+    ASSERT_FALSE(port.claim());
     kill(controller);
     EXPECT_TRUE(comesTrue([&] { return port.isOff(); }, 1000));
     EXPECT_TRUE(comesTrue([&] { return port.claim(); }, 1000));
