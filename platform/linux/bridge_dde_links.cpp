@@ -70,15 +70,18 @@ void BridgeDdeLinks::unlink(long long id) {
 void BridgeDdeLinks::end(long long id) {
     const auto found = links_.find(id);
     if (found == links_.end()) return;
-    const State state = found->second.state;
+    const bool known = live(found->second);
     links_.erase(found);
-    if (state == State::Asking || state == State::Open) unlink(id);
+    if (known) unlink(id);
+}
+
+/// Whether the link has not ended.
+bool BridgeDdeLinks::live(const Link& link) {
+    return link.state == State::Asking || link.state == State::Open;
 }
 
 bool BridgeDdeLinks::wantsBridge() const {
-    return std::ranges::any_of(links_, [](const auto& link) {
-        return link.second.state == State::Asking || link.second.state == State::Open;
-    });
+    return std::ranges::any_of(links_, [](const auto& link) { return live(link.second); });
 }
 
 void BridgeDdeLinks::bridgeConnected() {
@@ -110,12 +113,15 @@ bool BridgeDdeLinks::bridgeSaid(const std::vector<std::string>& fields) {
         events->opened();
     } else if (word == "changed" && link.state == State::Open) {
         events->changed(fields[2]);
-    } else if (word == "closed" && link.state == State::Open) {
+    } else if ((word == "closed" || word == "failed") && live(link)) {
+        // Whichever of the two the bridge says, what ends is an open link or the attempt at one.
+        const bool wasOpen = link.state == State::Open;
         links_.erase(found);
-        events->closed();
-    } else if (word == "failed" && link.state == State::Asking) {
-        links_.erase(found);
-        events->failed();
+        if (wasOpen) {
+            events->closed();
+        } else {
+            events->failed();
+        }
     } else {
         return false;
     }
@@ -144,9 +150,7 @@ void BridgeDdeLinks::lookAtDeadlines() {
 
 /// Called again, by the timer, while a callback has a box open.
 void BridgeDdeLinks::tellEnds() {
-    const auto over = [](const auto& link) {
-        return link.second.state == State::Failing || link.second.state == State::Closing;
-    };
+    const auto over = [](const auto& link) { return !live(link.second); };
     for (auto next = std::ranges::find_if(links_, over); next != links_.end();
          next = std::ranges::find_if(links_, over)) {
         const Link link = std::move(next->second);

@@ -35,6 +35,7 @@ class BridgeDdeLinks : public platform::DdeLinks, private BridgeUser {
     void bridgeLost() override;
     bool bridgeSaid(const std::vector<std::string>& fields) override;
 
+    static bool live(const Link& link);
     void finish(Link& link, State state);
     void ask(long long id, Link& link);
     void unlink(long long id);

@@ -219,12 +219,18 @@ TEST_F(BridgeDdeLinksTest, NonsenseAboutLinksChangesNothing) {
     connect();
     const auto a = open("a");
     for (const auto* line :
-         {"changed 1 early", "closed 1", "opened", "opened x", "opened 1 2", "opened -1",
-          "opened 99999999999999999999", "failed", "changed 1", "changed 1 a b", "opened 4294967297"})
+         {"changed 1 early", "opened", "opened x", "opened 1 2", "opened -1", "opened 99999999999999999999",
+          "failed", "changed 1", "changed 1 a b", "opened 4294967297"})
         fake.say(line);
     EXPECT_THAT(take(), IsEmpty());
-    fake.say("opened 1\nopened 1\nfailed 1 x");
+    fake.say("opened 1\nopened 1");
     EXPECT_THAT(take(), ElementsAre("a opened"));
+    // An end is an end, by either word.
+    fake.say("failed 1 the\\stext\\sis\\stoo\\slong");
+    EXPECT_THAT(take(), ElementsAre("a closed"));
+    const auto other = open("c");
+    fake.say("closed 2");
+    EXPECT_THAT(take(), ElementsAre("c failed"));
     const auto tooLong = open("b", std::string(5000, 'x') + "|y");
     clock.advance(1);
     EXPECT_THAT(take(), ElementsAre("b failed"));
