@@ -133,10 +133,17 @@ int run(int argc, char** argv, const ui::Options& options) {
         tracedUsb.emplace(hardware.board(), *traceFile);
     }
     hardware.bridgeState = [&bridge] { return bridge.stateText(); };
+    // A bridge that the user has named is looked for at once; the usual one, when something asks for it.
+    const auto lookForBridge = [&] {
+        bridge.stayConnected(hardware.isFixed(&platform::HardwareSettings::bridge) ||
+                             hardware.settings().bridge != platform::HardwareSettings().bridge);
+    };
     hardware.onUse = [&](const platform::HardwareSettings& settings) {
         udp.setAddress(listenAddress(settings));
         bridge.setAddress(bridgeAddress(settings));
+        lookForBridge();
     };
+    lookForBridge();
     app::Controller controller(
         {.printer = tracedPort ? *tracedPort : hardware.printer(),
          .usb = tracedUsb ? static_cast<platform::UsbBoard&>(*tracedUsb) : hardware.board(),
