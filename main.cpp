@@ -1,20 +1,24 @@
 #include "app/controller.h"
 #include "app/version.h"
-#include "platform/linux/printer_port.h"
+#include "chosen_hardware.h"
+#include "config/hardware_settings.h"
+#include "platform/linux/bridge_dde_links.h"
+#include "platform/linux/bridge_station_messages.h"
+#include "platform/linux/realtime.h"
 #include "platform/linux/signals.h"
 #include "platform/linux/timers.h"
 #include "platform/linux/udp_sockets.h"
 #include "platform/linux/work_folder.h"
 #include "platform/qt/dialogs.h"
 #include "platform/qt/fd_watcher.h"
+#include "platform/qt/realtime_kit.h"
 #include "platform/qt/shell.h"
 #include "platform/qt/sound.h"
 #include "platform/qt/tcp_clients.h"
-#include "platform/simulated/links.h"
-#include "platform/simulated/outputs.h"
 #include "platform/trace/traced_outputs.h"
 #include "runtime/errors.h"
 #include "ui/command_line.h"
+#include "ui/heartbeat.h"
 #include "ui/main_window.h"
 
 #include <QApplication>
@@ -25,41 +29,28 @@
 
 namespace {
 
-constexpr const char* kUsualPort = "/dev/parport0";
-
-struct Outputs {
-    std::unique_ptr<platform::PrinterPort> port;
-    std::string name;
-};
-
-/// A port that the user named is opened or refused; only where none was named may the outputs be simulated.
-Outputs openOutputs(const std::optional<std::string>& named) {
-    if (named && *named != ui::kSimulated)
-        return {std::make_unique<linux_ports::PrinterPort>(*named), *named};
-    if (!named && std::filesystem::exists(kUsualPort)) {
-        try {
-            return {std::make_unique<linux_ports::PrinterPort>(kUsualPort), kUsualPort};
-        } catch (const runtime::ObjectError& error) {
-            std::cerr << "twinstep: " << error.what() << "; the outputs are simulated\n";
-        }
-    }
-    return {std::make_unique<simulated::PrinterPort>(), ui::kSimulated};
-}
-
-in_addr listenAddress(const std::string& text) {
-    if (const auto address = linux_ports::parseAddress(text)) return *address;
-    throw runtime::ObjectError("--n1mm-listen: \"" + text + "\" is no IPv4 address such as 192.168.1.20");
-}
-
-/// Says why the trace ends here, once, beside the engines that go on: the box is not modal.
-void reportTraceFailure(const std::string& why) {
-    std::cerr << "twinstep: " << why << std::endl;
-    QMetaObject::invokeMethod(QCoreApplication::instance(), [why] {
-        auto* box = new QMessageBox(QMessageBox::Warning, "Twinstep", QString::fromStdString(why));
+/// Says what the user must know, beside the engines that go on: the box is not modal. From any thread.
+void notify(const std::string& what) {
+    std::cerr << "twinstep: " << what << std::endl;
+    QMetaObject::invokeMethod(QCoreApplication::instance(), [what] {
+        auto* box = new QMessageBox(QMessageBox::Warning, "Twinstep", QString::fromStdString(what));
+        box->setTextFormat(Qt::PlainText);
         box->setAttribute(Qt::WA_DeleteOnClose);
         box->setModal(false);
         box->show();
     });
+}
+
+in_addr listenAddress(const platform::HardwareSettings& settings) {
+    const auto address = linux_ports::parseAddress(settings.n1mmListen);
+    if (!address) throw runtime::ObjectError("\"" + settings.n1mmListen + "\" is no IPv4 address");
+    return *address;
+}
+
+linux_ports::BridgeAddress bridgeAddress(const platform::HardwareSettings& settings) {
+    const auto endpoint = config::parseEndpoint(settings.bridge, bridge::kPort);
+    if (!endpoint) throw runtime::ObjectError("\"" + settings.bridge + "\" is no address of a bridge");
+    return {endpoint->host, endpoint->port};
 }
 
 /// While the toolkit looks for a display: it would end the program with a screenful and an abort.
@@ -93,66 +84,79 @@ class LastWish {
     static inline std::function<void()> wish_;
 };
 
+/// A start from the desktop's menu has no terminal to say why it failed.
+void showFailure(int argc, char** argv, const std::string& why) {
+    if (!std::getenv("DISPLAY") && !std::getenv("WAYLAND_DISPLAY")) return;
+    const QApplication application(argc, argv);
+    QMessageBox(QMessageBox::Critical, "Twinstep", QString::fromStdString(why)).exec();
+}
+
 ui::CommandLine readCommandLine(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     return ui::parseCommandLine(QCoreApplication::arguments());
 }
 
-int run(int argc, char** argv) {
+int run(int argc, char** argv, const ui::Options& options) {
     const auto started = trace::TraceFile::Clock::now();
     linux_ports::EndSignals endSignals;
-    const auto commandLine = readCommandLine(argc, argv);
-    if (!commandLine.options) {
-        (commandLine.exitCode == 0 ? std::cout : std::cerr) << commandLine.text;
-        return commandLine.exitCode;
-    }
-    const ui::Options& options = *commandLine.options;
-    const in_addr address = listenAddress(options.listenAddress);
     const linux_ports::WorkFolder folder(options.directory);
     if (!folder.held()) {
         std::cerr << "twinstep: the file system of this folder cannot keep a second Twinstep out of it\n";
     }
     std::unique_ptr<trace::TraceFile> opened;
-    if (options.trace)
-        opened = std::make_unique<trace::TraceFile>(*options.trace, started, reportTraceFailure);
-    const Outputs outputs = openOutputs(options.port);
+    if (options.trace) opened = std::make_unique<trace::TraceFile>(*options.trace, started, notify);
+    ChosenHardware hardware(options.hardware, qt_ports::SettingsFile(folder.path() / kSettingsFile));
 
     const auto usualHandler = qInstallMessageHandler(onToolkitMessage);
     QApplication application(argc, argv);
     qInstallMessageHandler(usualHandler);
     QApplication::setApplicationName("twinstep");
+    QApplication::setWindowIcon(QIcon::fromTheme("twinstep"));
     QApplication::setApplicationVersion(app::kVersion.data());
     const auto traceFile = std::move(opened); // ends before the application, to which it reports
 
     qt_ports::FdWatcher watcher;
     linux_ports::Timers timers(watcher);
-    linux_ports::UdpSockets udp(watcher, address);
+    linux_ports::UdpSockets udp(watcher, listenAddress(hardware.settings()));
     qt_ports::TcpClients tcp;
-    simulated::UsbBoard usb(options.usbSimulated ? 0 : -1);
-    simulated::DdeLinks links;
-    simulated::StationMessages station;
+    linux_ports::BridgeConnection bridge(tcp, timers, std::string(app::kVersion),
+                                         bridgeAddress(hardware.settings()));
+    linux_ports::BridgeDdeLinks links(bridge, timers);
+    linux_ports::BridgeStationMessages station(bridge, timers);
     qt_ports::Dialogs dialogs;
     qt_ports::Shell shell(TWINSTEP_DATA_FOLDER);
     qt_ports::Sound sound(TWINSTEP_DATA_FOLDER);
     std::optional<trace::TracedPrinterPort> tracedPort;
     std::optional<trace::TracedUsbBoard> tracedUsb;
     if (traceFile) {
-        tracedPort.emplace(*outputs.port, *traceFile);
-        tracedUsb.emplace(usb, *traceFile);
+        tracedPort.emplace(hardware.printer(), *traceFile);
+        tracedUsb.emplace(hardware.board(), *traceFile);
     }
-    app::Controller controller({.printer = tracedPort ? *tracedPort : *outputs.port,
-                                .usb = tracedUsb ? static_cast<platform::UsbBoard&>(*tracedUsb) : usb,
-                                .timers = timers,
-                                .links = links,
-                                .station = station,
-                                .udp = udp,
-                                .tcp = tcp,
-                                .dialogs = dialogs,
-                                .shell = shell,
-                                .sound = sound,
-                                .outputsName = outputs.name,
-                                .trackingServer = options.trackingServer},
-                               folder.path());
+    hardware.bridgeState = [&bridge] { return bridge.stateText(); };
+    // A bridge that the user has named is looked for at once; the usual one, when something asks for it.
+    const auto lookForBridge = [&] {
+        bridge.stayConnected(hardware.isFixed(&platform::HardwareSettings::bridge) ||
+                             hardware.settings().bridge != platform::HardwareSettings().bridge);
+    };
+    hardware.onUse = [&](const platform::HardwareSettings& settings) {
+        udp.setAddress(listenAddress(settings));
+        bridge.setAddress(bridgeAddress(settings));
+        lookForBridge();
+    };
+    lookForBridge();
+    app::Controller controller(
+        {.printer = tracedPort ? *tracedPort : hardware.printer(),
+         .usb = tracedUsb ? static_cast<platform::UsbBoard&>(*tracedUsb) : hardware.board(),
+         .timers = timers,
+         .links = links,
+         .station = station,
+         .udp = udp,
+         .tcp = tcp,
+         .dialogs = dialogs,
+         .shell = shell,
+         .sound = sound,
+         .hardware = hardware},
+        folder.path());
     ui::MainWindow window(controller.form(), controller.boxes());
 
     // Leaves every event loop, those of open boxes too, and the main one even where it has not begun yet.
@@ -169,23 +173,53 @@ int run(int argc, char** argv) {
     window.onCloseRequested = [&controller] { controller.close(); };
     const LastWish lastWish([&] {
         controller.form().mnuUscita.Click.fire();
+        // The board may not have been sent its last byte yet, and nothing is destroyed on this way out.
+        controller.form().guard([&hardware] { hardware.board().closeDevice(); });
         if (traceFile) traceFile->close();
     });
+    const auto fail = [&controller](const std::string& why) {
+        controller.form().guard([&why] { throw runtime::ObjectError(why); });
+    };
+    std::unique_ptr<linux_ports::FdWatch> watchdogWatch;
+    std::optional<ui::Heartbeat> heartbeat;
+    hardware.withWatchdog([&](linux_ports::Watchdog& watchdog) {
+        watchdogWatch = watchdog.watch(
+            watcher, [&fail] { fail("The program did not answer for two seconds while an engine ran"); },
+            fail);
+        heartbeat.emplace(controller.form(), [&watchdog](bool engineRuns) { watchdog.beat(engineRuns); });
+    });
+    qt_ports::RealtimeKit realtimeKit;
+    std::optional<linux_ports::Realtime> realtime;
+    if (options.realtime) {
+        const auto show = [&controller](const linux_ports::Realtime::State& state) {
+            controller.form().lblClock.Caption = state.text();
+            controller.form().lblClock.Visible = true;
+        };
+        realtime.emplace(watcher, realtimeKit, show);
+        show(realtime->state());
+    }
     const auto signalWatch = endSignals.deliver(watcher, end);
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &window, end);
 
     window.show();
     controller.start();
+    if (!hardware.notice().empty()) notify(hardware.notice());
     return ended ? EXIT_SUCCESS : QApplication::exec();
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+    const auto commandLine = readCommandLine(argc, argv);
+    if (!commandLine.options) {
+        (commandLine.exitCode == 0 ? std::cout : std::cerr) << commandLine.text;
+        return commandLine.exitCode;
+    }
     try {
-        return run(argc, argv);
+        return run(argc, argv, *commandLine.options);
     } catch (const std::exception& error) {
         std::cerr << "twinstep: " << error.what() << '\n';
+        if (commandLine.options->fromDesktop) showFailure(argc, argv, error.what());
         return EXIT_FAILURE;
     }
 }

@@ -7,6 +7,7 @@
 #include "app/shutdown.h"
 #include "app/startup.h"
 #include "config/general_settings.h"
+#include "config/hardware_and_links.h"
 #include "config/named_configurations.h"
 #include "engine/motion.h"
 #include "engine/output_ports.h"
@@ -32,6 +33,8 @@ struct Controller::Subsystems {
     void mnuTunConn_Click();
     void mnuSatConn_Click();
     void mnuTvnServer_Click();
+    void mnuHardware_Click();
+    void hardwareChanged();
 
     Ports ports;
     form::Form1 form{ports.timers, ports.links};
@@ -50,7 +53,7 @@ struct Controller::Subsystems {
     radio::Logger32 logger32{ports.station};
     radio::FrequencySource source{form, logger32, ports.udp};
     rotor::Thresholds thresholds{form, file};
-    rotor::TrackingServer trackingServer{form, ports.tcp, ports.trackingServer};
+    rotor::TrackingServer trackingServer{form, ports.tcp, ports.hardware.settings().trackingServer};
     rotor::TrackingLinks trackingLinks{form, boxes};
     config::NamedConfigurations configurations{form, boxes, file};
 
@@ -63,7 +66,7 @@ struct Controller::Subsystems {
 
 Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::path& directory)
     : ports(outside), file(directory / "save.cfg") {
-    form.StatusBar1.Panels(form::kPanelOutputs) = ports.outputsName;
+    form.StatusBar1.Panels(form::kPanelOutputs) = ports.hardware.outputsName();
     boxes.onOpening = [this] { motion.releaseJogs(); };
     motion.subResetPressedMem = [this] { slots.subResetPressedMem(); };
     recall.armOutputsOff = [this] { outputsOff.arm(); };
@@ -91,6 +94,7 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
     form.mnuTunConn.Click.attach([this] { mnuTunConn_Click(); });
     form.mnuSatConn.Click.attach([this] { mnuSatConn_Click(); });
     form.mnuTvnServer.Click.attach([this] { mnuTvnServer_Click(); });
+    form.mnuHardware.Click.attach([this] { mnuHardware_Click(); });
 }
 
 void Controller::Subsystems::mnuGenSet_Click() {
@@ -125,6 +129,22 @@ void Controller::Subsystems::mnuTvnServer_Click() {
     form::FrmServer dialog;
     dialog.onError = form.onError;
     boxes.showModal(dialog);
+}
+
+void Controller::Subsystems::mnuHardware_Click() {
+    form::FrmHardware dialog(ports.timers, config::HardwareAndLinks::portList(ports.hardware),
+                             config::HardwareAndLinks::boardList());
+    dialog.onError = form.onError;
+    config::HardwareAndLinks hardware(form, dialog, boxes, outputs, ports.hardware);
+    hardware.onChange = [this] { hardwareChanged(); };
+    hardware.Form_Load();
+    boxes.showModal(dialog);
+}
+
+void Controller::Subsystems::hardwareChanged() {
+    form.StatusBar1.Panels(form::kPanelOutputs) = ports.hardware.outputsName();
+    trackingServer.setHost(ports.hardware.settings().trackingServer);
+    if (form.intFunzione == form::kSatelliteRotor) trackingServer.use();
 }
 
 Controller::Controller(const Ports& ports, const std::filesystem::path& directory)

@@ -2,6 +2,7 @@
 
 #include "form/boxes.h"
 #include "form/form1.h"
+#include "platform/hardware.h"
 #include "platform/printer_port.h"
 #include "platform/shell.h"
 #include "platform/sound.h"
@@ -12,7 +13,6 @@
 
 #include <filesystem>
 #include <memory>
-#include <string>
 
 namespace app {
 
@@ -28,8 +28,7 @@ struct Ports {
     platform::Dialogs& dialogs;
     platform::Shell& shell;
     platform::Sound& sound;
-    std::string outputsName;    // what the status bar calls the printer port: "/dev/parport0", "simulated"
-    std::string trackingServer; // host of the tracking server
+    platform::Hardware& hardware;
 };
 
 /// The whole program behind its window: the form and all subsystems, wired together.

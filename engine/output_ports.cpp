@@ -3,6 +3,8 @@
 #include "engine/coil_sequence.h"
 #include "engine/side.h"
 
+#include <utility>
+
 namespace engine {
 
 namespace {
@@ -10,9 +12,22 @@ namespace {
 constexpr int kCardAddress = 0;
 constexpr int kCardAddressMax = 3;
 constexpr int kNoCard = -1;
+constexpr int kCoils = 15; // engine A's outputs in the byte
+constexpr int kAllOutputs = 255;
 
 std::string cardText(int address, const char* state) {
     return "USB Card " + std::to_string(address) + " " + state;
+}
+
+/// Whether it went without an error.
+template <class Action>
+bool attempt(const Action& action) {
+    try {
+        action();
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
 }
 
 } // namespace
@@ -39,7 +54,37 @@ void OutputPorts::subUsbOnOff(form::Int16 peso, form::Int16 mot) {
     if (mot == 1) form_.intPesoA = peso;
     if (mot == 2) form_.intPesoB = peso;
     const form::Int16 sum = form_.intPesoB + form_.intPesoA;
-    if (!form_.bolUsbBlocco) board_.writeAllDigital(sum.value());
+    if (form_.bolUsbBlocco) return;
+    onBoard([&] { board_.writeAllDigital(sum.value()); });
+}
+
+bool OutputPorts::ready(const Side& side) {
+    if (!form_.chkUsbOn.ticked()) return true;
+    return onBoard([&] { return board_.taken(kCoils * side.usbFactor); });
+}
+
+void OutputPorts::checkUsb() {
+    if (form_.chkUsbOn.ticked()) onBoard([this] { board_.taken(kAllOutputs); });
+}
+
+template <class Call>
+auto OutputPorts::onBoard(const Call& call) -> decltype(call()) {
+    try {
+        return call();
+    } catch (const std::exception&) {
+        letBoardGo();
+        throw;
+    }
+}
+
+void OutputPorts::letBoardGo() {
+    lost_ = true;
+    // Without the event, which would try to close the board and show a box of its own.
+    form_.chkUsbOn.Value.load(0);
+    showUsbOff();
+    form_.lblUsb.Caption = cardText(kCardAddress, "disconnected");
+    attempt([this] { board_.writeAllDigital(0); }); // a board that comes back to life finds its outputs off
+    attempt([this] { board_.closeDevice(); });
 }
 
 void OutputPorts::chkUsbOn_Click() {
@@ -53,11 +98,14 @@ void OutputPorts::chkUsbOn_Click() {
         boxes_.critical("Cannot find USB driver!", "Error!");
         // Without the event, which would try to close the board and fail once more.
         form_.chkUsbOn.Value.load(0);
+        if (form_.bolUsbOn) form_.lblUsb.Caption = cardText(kCardAddress, "disconnected");
         showUsbOff();
+        attempt([this] { board_.closeDevice(); });
     }
 }
 
 void OutputPorts::openUsb() {
+    lost_ = false;
     const int result = board_.openDevice(kCardAddress);
     if (result == kNoCard) {
         form_.lblUsb.Caption = cardText(result, "not found");
@@ -68,6 +116,9 @@ void OutputPorts::openUsb() {
     }
     form_.chkUsbOn.Caption = "USB On";
     form_.chkUsbOn.BackColor = form::kRed;
+    form_.tmrUsb.Enabled = true;
+    const std::string refusal = result == kNoCard ? board_.refusal() : std::string();
+    if (!refusal.empty()) boxes_.critical(refusal, "Error!");
 }
 
 void OutputPorts::closeUsb() {
@@ -81,6 +132,8 @@ void OutputPorts::showUsbOff() {
     form_.chkUsbOn.Caption = "USB Off";
     form_.chkUsbOn.BackColor = form::kGreen;
     form_.bolUsbOn = false;
+    form_.tmrUsb.Enabled = false;
+    form_.rateNotice.Caption = "";
 }
 
 void OutputPorts::cmdOff_Click() {
@@ -106,19 +159,11 @@ void OutputPorts::darkenLamps() {
 }
 
 bool OutputPorts::offWithoutFail() noexcept {
-    bool allOff = true;
-    const auto attempt = [&allOff](const auto& action) {
-        try {
-            action();
-        } catch (const std::exception&) {
-            allOff = false;
-        }
-    };
-    attempt([this] { darkenLamps(); });
-    attempt([this] { writePortOff(); });
-    attempt([this] { subUsbOnOff(0, 1); });
-    attempt([this] { subUsbOnOff(0, 2); });
-    return allOff;
+    bool allOff = attempt([this] { darkenLamps(); });
+    allOff &= attempt([this] { writePortOff(); });
+    allOff &= attempt([this] { subUsbOnOff(0, 1); });
+    allOff &= attempt([this] { subUsbOnOff(0, 2); });
+    return !std::exchange(lost_, false) && allOff;
 }
 
 } // namespace engine

@@ -26,11 +26,16 @@ Stepper::Stepper(form::Form1& form, form::Boxes& boxes, OutputPorts& outputs)
     form_.Timer2.Tick.attach([this] { Timer2_Timer(); });
     form_.Timer3.Tick.attach([this] { Timer3_Timer(); });
     form_.Timer4.Tick.attach([this] { Timer4_Timer(); });
+    form_.tmrUsb.Tick.attach([this] { tmrUsb_Timer(); });
     form_.chkHalfStep.Click.attach([this] { chkHalfStep_Click(); });
     form_.chkHalfStepB.Click.attach([this] { chkHalfStepB_Click(); });
 }
 
 void Stepper::tick(const Side& side, int direction) {
+    // A pattern that never reached the board would part the position from the coils.
+    const bool ready = outputs_.ready(side);
+    if (form_.chkUsbOn.ticked()) rate_.count(side.motor, ready);
+    if (!ready) return;
     side.timer(direction == form::kForward ? form::kBackward : form::kForward).Enabled = false;
     if (atLimit(side, direction)) {
         side.cmdStop.Click.raise();
@@ -47,6 +52,11 @@ void Stepper::tick(const Side& side, int direction) {
     } else {
         step(kFullStep, side.intFase, side.intUltFase);
     }
+}
+
+void Stepper::tmrUsb_Timer() {
+    outputs_.checkUsb();
+    form_.rateNotice.Caption = rate_.takeText(sides_);
 }
 
 bool Stepper::atLimit(const Side& side, int direction) const {

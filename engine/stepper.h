@@ -2,13 +2,15 @@
 
 #include "engine/output_ports.h"
 #include "engine/side.h"
+#include "engine/step_rate.h"
 
 namespace engine {
 
 /// Beyond this many user units, either way, an engine is at the end of its run.
 constexpr int kEndOfRun = 999;
 
-/// The step timers: each tick puts the next coil pattern out and moves the position by one step.
+/// The step timers: each tick puts the next coil pattern out and moves the position by one step. While the
+/// USB board has not taken an engine's last pattern, its ticks pass by, so that the rate follows the board.
 class Stepper {
   public:
     Stepper(form::Form1& form, form::Boxes& boxes, OutputPorts& outputs);
@@ -17,6 +19,10 @@ class Stepper {
     void Timer2_Timer() { tick(sides_.a, form::kBackward); }
     void Timer3_Timer() { tick(sides_.b, form::kBackward); }
     void Timer4_Timer() { tick(sides_.b, form::kForward); }
+
+    /// Once a second while the USB box is ticked: finds a board that is gone though no engine runs, and shows
+    /// the rate that is left where a slow one holds the engines back.
+    void tmrUsb_Timer();
 
     void chkHalfStep_Click() { changeStepMode(sides_.a); }
     void chkHalfStepB_Click() { changeStepMode(sides_.b); }
@@ -41,6 +47,7 @@ class Stepper {
     form::Boxes& boxes_;
     OutputPorts& outputs_;
     Sides sides_;
+    StepRate rate_;
 };
 
 } // namespace engine

@@ -89,6 +89,35 @@ struct FrmServer : Form {
     Label lblServerStatus{*this, "lblServerStatus", "TVNServer WORK IN PROGRESS"};
 };
 
+/// "Hardware and links": which devices the outputs go to, and where the links are.
+struct FrmHardware : Form {
+    FrmHardware(platform::Timers& timers, std::vector<std::string> ports, std::vector<std::string> boards)
+        : Form("frmHardware"), cmbPort(*this, "cmbPort", std::move(ports)),
+          cmbUsb(*this, "cmbUsb", std::move(boards)), tmrCoilTest(*this, "tmrCoilTest", timers),
+          tmrBridge(*this, "tmrBridge", timers, kBridgeMilliseconds) {
+        Caption = "Hardware and Links";
+    }
+
+    static constexpr int kBridgeMilliseconds = 500; // between two looks at the bridge's state
+    static constexpr const char* kTestA = "Test &1";
+    static constexpr const char* kTestB = "Test &2";
+
+    ComboBox cmbPort;
+    TextBox txtPortAddress{*this, "txtPortAddress"};
+    ComboBox cmbUsb;
+    Button cmdTestA{*this, "cmdTestA", kTestA}, cmdTestB{*this, "cmdTestB", kTestB};
+    Label lblTest{*this, "lblTest"}; // the coil that is lit
+    Timer tmrCoilTest;
+    TextBox txtN1mmListen{*this, "txtN1mmListen"};
+    TextBox txtTrackingServer{*this, "txtTrackingServer"};
+    TextBox txtBridge{*this, "txtBridge"};
+    Label lblBridge{*this, "lblBridge"}; // the state of the link to the bridge
+    Timer tmrBridge;
+    Label lblFixed{*this, "lblFixed", "What is grey was given on the command line."};
+    Button cmdSaveHardware{*this, "cmdSaveHardware", "Save"};
+    Button cmdExitHardware{*this, "cmdExitHardware", "Cancel"};
+};
+
 struct FrmAbout : Form {
     FrmAbout() : Form("frmAbout") { Caption = "Informations about Twinstep"; }
 

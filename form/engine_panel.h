@@ -18,7 +18,10 @@ constexpr int kBackward = 2;
 struct EnginePanel {
     EnginePanel(Form& form, platform::Timers& timers)
         : form_(form), Timer1(form, "Timer1", timers), Timer2(form, "Timer2", timers),
-          Timer3(form, "Timer3", timers), Timer4(form, "Timer4", timers) {}
+          Timer3(form, "Timer3", timers), Timer4(form, "Timer4", timers),
+          tmrUsb(form, "tmrUsb", timers, kUsbCheckMilliseconds) {}
+
+    static constexpr int kUsbCheckMilliseconds = 1000;
 
   private:
     Form& form_;
@@ -65,6 +68,7 @@ struct EnginePanel {
     Timer Timer2; // A backward
     Timer Timer3; // B backward: the numbering is not parallel between the engines
     Timer Timer4; // B forward
+    Timer tmrUsb; // looks after the USB board while its box is ticked
 
     Label lblEngineA{form_, "lblEngineA", "Engine 1"}, lblEngineB{form_, "lblEngineB", "Engine 2"};
     Shape out1{form_, "out1"}, out2{form_, "out2"}, out3{form_, "out3"}, out4{form_, "out4"};
@@ -99,6 +103,7 @@ struct EnginePanel {
     Button cmdOff{form_, "cmdOff", "Out Off"};
     CheckBox chkUsbOn{form_, "chkUsbOn", "USB Off"};
     Label lblUsb{form_, "lblUsb", "USB Card 0 disconnected"};
+    Label rateNotice{form_, "rateNotice"}; // measured rates, where the USB board holds the engines back
 };
 
 } // namespace form

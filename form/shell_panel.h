@@ -27,6 +27,7 @@ enum Panel {
 struct ShellPanel {
     ShellPanel(Form& form, platform::Timers& timers) : form_(form), tmrAutoOff(form, "tmrAutoOff", timers) {
         framSat.Visible = false;
+        lblClock.Visible = false;
     }
 
   private:
@@ -56,6 +57,7 @@ struct ShellPanel {
 
     Frame framTuner{form_, "framTuner"}, framSat{form_, "framSat"};
     StatusBar StatusBar1{form_, "StatusBar1"};
+    Label lblClock{form_, "lblClock"}; // how the step clock is scheduled, where the user asked for real time
 
     Menu mnuLoadConfig{form_, "mnuLoadConfig", "&Load Config…"};
     Menu mnuSaveConfig{form_, "mnuSaveConfig", "&Save Config…"};
@@ -67,6 +69,7 @@ struct ShellPanel {
     Menu mnuTunConn{form_, "mnuTunConn", "&Tuner Connections…"};
     Menu mnuSatConn{form_, "mnuSatConn", "&Sat Connections…"};
     Menu mnuTvnServer{form_, "mnuTvnServer", "T&VNserver…"};
+    Menu mnuHardware{form_, "mnuHardware", "&Hardware and links…"};
     Menu mnuHelp{form_, "mnuHelp", "&Help"};
     Menu mnuMail{form_, "mnuMail", "Send a &Mail…"};
     Menu mnuSplash{form_, "mnuSplash", "&About Twinstep…"};

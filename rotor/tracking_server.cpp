@@ -36,7 +36,8 @@ int TrackingServer::port() const {
 
 void TrackingServer::use() {
     form_.Timer5.Enabled = true;
-    if (ClientIP_ && connectedPort_ == port() && !form_.tmrTrackingRetry.Enabled) return;
+    const bool sameServer = connectedHost_ == host_ && connectedPort_ == port();
+    if (ClientIP_ && sameServer && !form_.tmrTrackingRetry.Enabled) return;
     retry_ = kShortestRetry;
     connect();
 }
@@ -46,6 +47,7 @@ void TrackingServer::connect() {
     lines_.clear();
     form_.tmrTrackingRetry.Enabled = false;
     form_.tmrTrackingSilence.Enabled = false;
+    connectedHost_ = host_;
     connectedPort_ = port();
     platform::TcpClients::Events events;
     events.connected = [this] { retry_ = kShortestRetry; };

@@ -18,7 +18,9 @@ class TrackingServer {
   public:
     TrackingServer(form::Form1& form, platform::TcpClients& clients, std::string host);
 
-    /// Connects, or connects anew when the port has changed.
+    /// From the next use on.
+    void setHost(const std::string& host) { host_ = host; }
+    /// Connects, or connects anew when host or port has changed.
     void use();
     void leave();
     /// Timer5: shows the connection's state, in SatPC32's format only.
@@ -36,9 +38,10 @@ class TrackingServer {
 
     form::Form1& form_;
     platform::TcpClients& clients_;
-    const std::string host_;
+    std::string host_;
     LineSplitter lines_;
     std::unique_ptr<platform::TcpClient> ClientIP_;
+    std::string connectedHost_;
     int connectedPort_ = 0;
     int retry_ = kShortestRetry;
     bool stateShown_ = false;

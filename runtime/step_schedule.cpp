@@ -7,6 +7,7 @@ namespace runtime {
 void StepSchedule::start(Time now, Time interval) {
     interval_ = interval;
     ideal_ = next_ = now + interval;
+    usual_ = Time::zero();
     lost_ = 0;
 }
 
@@ -17,7 +18,14 @@ void StepSchedule::ticked(Time now) {
         ideal_ = now;
     }
     ideal_ += interval_;
-    next_ = std::max(ideal_, now + interval_ * 9 / 10);
+    next_ = std::max(ideal_, now + shortest());
+    began_ = now;
+}
+
+void StepSchedule::finished(Time now) {
+    const Time rise = interval_ / 100;
+    usual_ = std::min(now - began_, usual_ + rise);
+    next_ = std::max(next_, now + shortest() - usual_);
 }
 
 } // namespace runtime

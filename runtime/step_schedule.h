@@ -6,11 +6,14 @@
 namespace runtime {
 
 /// When the ticks of a periodic timer fall due. Pure arithmetic: the caller brings the clock, says when a
-/// tick really began, and arms its timer for next().
+/// tick really began and ended, and arms its timer for next().
 ///
 /// The schedule is absolute, so that the mean rate holds. After a late tick the next one comes no sooner than
 /// nine tenths of the interval, so that a motor never sees a burst; the backlog is made up over the ticks
 /// that follow. After a stall of more than ten intervals the schedule starts anew from there.
+///
+/// A tick that was held up in its middle may have moved the motor at its very end, so the nine tenths count
+/// from there: less what ticks usually take, or a slow device would slow the rate twice.
 class StepSchedule {
   public:
     using Time = std::chrono::nanoseconds; // since any fixed moment
@@ -19,6 +22,8 @@ class StepSchedule {
     void start(Time now, Time interval);
     /// A tick began at `now`.
     void ticked(Time now);
+    /// The tick that began last has ended; next() may move away.
+    void finished(Time now);
 
     /// The moment for which the timer is to be armed.
     Time next() const { return next_; }
@@ -26,11 +31,15 @@ class StepSchedule {
     std::uint64_t lost() const { return lost_; }
 
   private:
+    Time shortest() const { return interval_ * 9 / 10; }
+
     static constexpr int kLongestBacklog = 10; // intervals
 
     Time interval_{};
     Time ideal_{}; // where next() would be had nothing ever been late
     Time next_{};
+    Time began_{}; // the last tick
+    Time usual_{}; // what ticks take: falls at once, and rises slowly
     std::uint64_t lost_ = 0;
 };
 

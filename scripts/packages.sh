@@ -3,9 +3,10 @@
 # shellcheck disable=SC2034  # the lists are for those who source this
 
 # To build and run the program.
-program_packages=(build-essential cmake ninja-build qt6-base-dev qt6-multimedia-dev)
+program_packages=(build-essential cmake ninja-build qt6-base-dev qt6-multimedia-dev libhidapi-dev pkg-config)
 # To build and run its tests.
-test_packages=("${program_packages[@]}" libgtest-dev libgmock-dev umockdev libumockdev-dev pkg-config locales)
+test_packages=("${program_packages[@]}" libgtest-dev libgmock-dev umockdev libumockdev-dev locales xvfb
+    dbus-daemon)
 # What CI checks beyond the tests.
 check_packages=(clang-format clang-tidy shellcheck)
 # The fuzz targets.
@@ -16,6 +17,12 @@ bridge_packages=(build-essential cmake ninja-build g++-mingw-w64-x86-64-posix)
 icon_packages=(librsvg2-bin imagemagick)
 # The benchmarks.
 bench_packages=("${program_packages[@]}" libbenchmark-dev)
+# What the step timers are measured beside.
+step_timing_packages=(linuxcnc-uspace util-linux)
+# To build the Debian package.
+package_packages=("${program_packages[@]}" dpkg-dev file librsvg2-bin)
+# To check it and to install it into a bare root.
+package_check_packages=(appstream debootstrap desktop-file-utils lintian man-db)
 
 # Installs those of the given packages that are missing; touches the network only then.
 need_packages() {

@@ -49,10 +49,7 @@ class Desk : public ::testing::Test, protected SimulatedOutside {
     /// Starts the program on what the folder holds; a program that runs already is abandoned.
     void start() {
         controller.reset();
-        controller =
-            std::make_unique<app::Controller>(app::Ports{port, board, clock, links, station, udp, tcp,
-                                                         dialogs, shell, sound, "simulated", "127.0.0.1"},
-                                              folder.path());
+        controller = std::make_unique<app::Controller>(ports(), folder.path());
         controller->start();
         port.takeAccesses();
     }

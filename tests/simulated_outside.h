@@ -3,6 +3,7 @@
 #include "app/controller.h"
 #include "platform/simulated/clock.h"
 #include "platform/simulated/desktop.h"
+#include "platform/simulated/hardware.h"
 #include "platform/simulated/links.h"
 #include "platform/simulated/outputs.h"
 #include "platform/simulated/tcp_clients.h"
@@ -19,6 +20,7 @@ struct SimulatedOutside {
     simulated::Dialogs dialogs;
     simulated::Shell shell;
     simulated::Sound sound;
+    simulated::Hardware hardware;
 
     app::Ports ports() {
         return {.printer = port,
@@ -31,7 +33,6 @@ struct SimulatedOutside {
                 .dialogs = dialogs,
                 .shell = shell,
                 .sound = sound,
-                .outputsName = "simulated",
-                .trackingServer = "127.0.0.1"};
+                .hardware = hardware};
     }
 };

@@ -66,8 +66,16 @@ void WidgetAdapter::drawNow() {
     if (visible_ != control().Visible) widget_.setVisible(visible_ = control().Visible);
     widget_.setEnabled(control().Enabled);
     drawOwn();
+    drawWords();
+}
 
+void WidgetAdapter::drawWords() {
+    // The words hardly ever change, and a step draws lamps and digits without them.
     const std::string& ownTip = control().ToolTip;
+    if (wordsDrawn_ && ownTip == tipDrawn_ && engine() == engineDrawn_) return;
+    wordsDrawn_ = true;
+    tipDrawn_ = ownTip;
+    engineDrawn_ = engine();
     QString tip = ownTip.empty() ? complete(words_.tip) : shown(ownTip);
     if (ownTip.empty() && !words_.key.isEmpty()) tip += QStringLiteral("\nKey: ") + words_.key;
     widget_.setToolTip(plainTip(tip));

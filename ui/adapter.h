@@ -49,6 +49,7 @@ class Adapter : public form::ControlObserver {
     virtual void drawNow() = 0;
     form::Control& control() const { return control_; }
     Redraw& redraw() const { return redraw_; }
+    const QString& engine() const { return engine_; }
     QString complete(const QString& words) const;
 
   private:
@@ -71,9 +72,14 @@ class WidgetAdapter : public Adapter {
     virtual void drawOwn() = 0;
 
   private:
+    void drawWords();
+
     QWidget& widget_;
     Words words_;
     bool visible_ = true;
+    bool wordsDrawn_ = false;
+    std::string tipDrawn_;
+    QString engineDrawn_;
 };
 
 } // namespace ui

@@ -47,6 +47,7 @@ void CaptionLabel::setTone(Tone tone) {
 }
 
 void CaptionLabel::setColours(std::optional<QColor> text, std::optional<QColor> background) {
+    if (text_ == text && background_ == background) return;
     text_ = text;
     background_ = background;
     update();

@@ -1,6 +1,8 @@
 #include "ui/command_line.h"
 
 #include "app/version.h"
+#include "config/hardware_settings.h"
+#include "platform/qt/start_folder.h"
 
 #include <QCommandLineParser>
 #include <QFile>
@@ -28,27 +30,42 @@ std::filesystem::path path(const QString& text) {
 CommandLine parseCommandLine(const QStringList& arguments) {
     const QCommandLineOption directory("directory",
                                        "Folder that holds save.cfg (default: the current folder).", "DIR");
+    const QCommandLineOption userData(
+        "user-data",
+        "Keep save.cfg in your data folder, mostly ~/.local/share/twinstep, made when missing; the "
+        "entry in the desktop's menu does so.");
     const QCommandLineOption port(
         "port",
-        "Where the outputs go: simulated, or a printer port, /dev/parportN (default: /dev/parport0 "
-        "where it can be claimed, else simulated).",
+        "Where the outputs go: simulated, a printer port /dev/parportN, an I/O address such as 0x378, or "
+        "auto (default: auto, which is /dev/parport0 where it can be claimed, else simulated).",
         "PORT");
     const QCommandLineOption usb(
-        "usb", "USB board: none, or simulated, which is always found (default: none).", "BOARD", "none");
+        "usb",
+        "USB board: none, k8055 or k8055:0 to k8055:3, or simulated, which is always found (default: none).",
+        "BOARD");
     const QCommandLineOption trace("trace", "Record every access to the outputs in this file.", "FILE");
+    const QCommandLineOption realtime(
+        "realtime",
+        "Ask the system to run the step clock before other programs; the status bar says whether it "
+        "does.");
     const QCommandLineOption listen("n1mm-listen",
                                     "Address at which N1MM Logger's datagrams are taken (default: 127.0.0.1, "
                                     "this computer alone; 0.0.0.0: from everywhere).",
-                                    "ADDRESS", "127.0.0.1");
+                                    "ADDRESS");
     const QCommandLineOption server("tracking-server",
-                                    "Host of the satellite tracking server (default: 127.0.0.1).", "HOST",
-                                    "127.0.0.1");
+                                    "Host of the satellite tracking server (default: 127.0.0.1).", "HOST");
+    const QCommandLineOption bridge(
+        "bridge",
+        "Where twinstep-bridge runs, beside Ham Radio Deluxe, Logger32, Orbitron or SatPC32 (default: "
+        "127.0.0.1:7380).",
+        "HOST[:PORT]");
     const QCommandLineOption version("version", "Show the version.");
     const QCommandLineOption help("help", "Show this help.");
 
     QCommandLineParser parser;
     parser.setApplicationDescription("Twinstep drives the two stepper motors of an antenna tuner or rotor.");
-    parser.addOptions({directory, port, usb, trace, listen, server, version, help});
+    parser.addOptions(
+        {directory, userData, port, usb, trace, realtime, listen, server, bridge, version, help});
     const bool understood = parser.parse(arguments);
     if (parser.isSet(help)) return print(parser.helpText().toStdString());
     if (parser.isSet(version)) return print("twinstep " + std::string(app::kVersion) + "\n");
@@ -58,29 +75,28 @@ CommandLine parseCommandLine(const QStringList& arguments) {
     }
 
     Options options;
+    if (parser.isSet(userData)) {
+        if (parser.isSet(directory)) return refuse("--directory and --user-data name two folders");
+        options.directory = qt_ports::userDataFolder();
+        options.fromDesktop = true;
+    }
     if (parser.isSet(directory)) {
         if (parser.value(directory).isEmpty()) return refuse("--directory names no folder");
         options.directory = path(parser.value(directory));
     }
-    if (parser.isSet(port)) {
-        const QString chosen = parser.value(port);
-        if (chosen != kSimulated && !chosen.startsWith('/')) {
-            return refuse("--port is 'simulated' or a device such as /dev/parport0, not '" + chosen + "'");
+    for (const config::HardwareField& field : config::kHardwareFields) {
+        if (!parser.isSet(field.name)) continue;
+        const std::string text = path(parser.value(field.name)).string();
+        if (const auto fault = field.fault(text)) {
+            return refuse("--" + QString(field.name) + ": " + QString::fromStdString(*fault));
         }
-        options.port = path(chosen).string();
+        options.hardware[field.name] = text;
     }
-    const QString board = parser.value(usb);
-    if (board != "none" && board != kSimulated) {
-        return refuse("--usb is 'none' or 'simulated', not '" + board + "'");
-    }
-    options.usbSimulated = board == kSimulated;
     if (parser.isSet(trace)) {
         if (parser.value(trace).isEmpty()) return refuse("--trace names no file");
         options.trace = path(parser.value(trace));
     }
-    options.listenAddress = parser.value(listen).toStdString();
-    options.trackingServer = parser.value(server).toStdString();
-    if (options.trackingServer.empty()) return refuse("--tracking-server names no host");
+    options.realtime = parser.isSet(realtime);
     return {options, {}, 0};
 }
 

@@ -2,6 +2,7 @@
 
 #include <QStringList>
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -10,14 +11,12 @@ namespace ui {
 /// What the user asked for on the command line.
 struct Options {
     std::filesystem::path directory = "."; // holds "save.cfg"
-    std::optional<std::string> port;       // a device, or kSimulated; without: whichever is there
-    bool usbSimulated = false;
+    /// Those of platform::HardwareSettings that were given, by name; each is valid.
+    std::map<std::string, std::string> hardware;
     std::optional<std::filesystem::path> trace;
-    std::string listenAddress = "127.0.0.1";  // IPv4, for N1MM Logger's datagrams
-    std::string trackingServer = "127.0.0.1"; // host name or address
+    bool realtime = false;    // ask for real-time scheduling
+    bool fromDesktop = false; // started from the desktop's menu, most likely
 };
-
-inline constexpr const char* kSimulated = "simulated";
 
 /// Either the options to start with, or a text to print before the program ends.
 struct CommandLine {

@@ -11,6 +11,7 @@ void layOut(Dialog& window, form::FrmGenSet& form);
 void layOut(Dialog& window, form::FrmTunerConn& form);
 void layOut(Dialog& window, form::FrmSatConn& form);
 void layOut(Dialog& window, form::FrmServer& form);
+void layOut(Dialog& window, form::FrmHardware& form);
 void layOut(Dialog& window, form::FrmAbout& form);
 
 } // namespace ui

@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QPainter>
 #include <algorithm>
+#include <cmath>
 
 namespace ui {
 
@@ -15,12 +16,13 @@ constexpr int kMargin = 16;
 constexpr double kCorner = 8;
 constexpr double kPointShare = 0.5; // the point's cell, in digits
 
-double digitWidth(const QFontMetricsF& metrics) {
+/// Whole pixels, so that every cell is painted alike.
+int digitWidth(const QFontMetricsF& metrics) {
     double width = 0;
     for (char16_t digit = u'0'; digit <= u'9'; ++digit) {
         width = std::max(width, metrics.horizontalAdvance(QChar(digit)));
     }
-    return width;
+    return static_cast<int>(std::ceil(width));
 }
 
 double share(QChar character) {
@@ -44,8 +46,25 @@ QFont digitFont(const QFont& base, int pixels) {
 
 } // namespace
 
+Digits::Digits(const QString& text, QWidget* parent) : CaptionLabel(text, parent) {
+    // Nothing shines through, so that nothing below has to be painted with each step.
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
 void Digits::setDigitColour(const QColor& colour) {
+    if (colour_ == colour) return;
     colour_ = colour;
+    repaintAnew();
+}
+
+void Digits::setPaper(const QColor& colour) {
+    if (paper_ == colour) return;
+    paper_ = colour;
+    repaintAnew();
+}
+
+void Digits::repaintAnew() {
+    cells_.clear();
     update();
 }
 
@@ -58,22 +77,19 @@ int Digits::fontHeight(const QFont& font, const QSize& room) {
 }
 
 void Digits::paintEvent(QPaintEvent* /*event*/) {
-    int pixels = fontHeight(font(), size());
-    const double cells = cellsOf(text());
-    if (cells > kCells - 1 + kPointShare) pixels = static_cast<int>(pixels * (kCells - 0.5) / cells);
+    const double cells = std::max(cellsOf(text()), kCells - 1 + kPointShare);
+    if (cells != cellsShown_ || devicePixelRatioF() != ratioShown_) {
+        cells_.clear();
+        cellsShown_ = cells;
+        ratioShown_ = devicePixelRatioF();
+    }
     QPainter painter(this);
-    const QFont large = digitFont(font(), std::max(pixels, 1));
-    const QFontMetricsF metrics(large);
-    painter.setFont(large);
-    painter.setPen(colour_);
-    const double cell = digitWidth(metrics);
-    const double baseline = (height() + metrics.capHeight()) / 2;
-    double right = width();
+    painter.fillRect(rect(), paper_);
+    int right = width();
     for (auto character = text().crbegin(); character != text().crend(); ++character) {
-        const double own = cell * share(*character);
-        right -= own;
-        const double advance = metrics.horizontalAdvance(*character);
-        painter.drawText(QPointF(right + (own - advance) / 2, baseline), QString(*character));
+        const QPixmap& picture = cell(*character);
+        right -= qRound(picture.width() / ratioShown_);
+        painter.drawPixmap(right, 0, picture);
     }
     if (hasFocus()) {
         painter.setRenderHint(QPainter::Antialiasing);
@@ -82,12 +98,49 @@ void Digits::paintEvent(QPaintEvent* /*event*/) {
     }
 }
 
+/// Digits of this size are no text to the font system but outlines, worked out anew each time: with both
+/// engines running, half of all processor time went there. Each character is therefore painted once.
+const QPixmap& Digits::cell(QChar character) {
+    const auto known = cells_.constFind(character);
+    if (known != cells_.constEnd()) return *known;
+
+    const int pixels =
+        static_cast<int>(fontHeight(font(), size()) * (kCells - 1 + kPointShare) / cellsShown_);
+    const QFont large = digitFont(font(), std::max(pixels, 1));
+    const QFontMetricsF metrics(large);
+    const int room = qRound(digitWidth(metrics) * share(character));
+    QPixmap picture(QSize(room, height()) * ratioShown_);
+    picture.setDevicePixelRatio(ratioShown_);
+    picture.fill(paper_);
+    QPainter painter(&picture);
+    painter.setFont(large);
+    painter.setPen(colour_);
+    const QPointF place((room - metrics.horizontalAdvance(character)) / 2,
+                        (height() + metrics.capHeight()) / 2);
+    painter.drawText(place, QString(character));
+    painter.end();
+    return *cells_.insert(character, picture);
+}
+
+void Digits::resizeEvent(QResizeEvent* event) {
+    cells_.clear();
+    CaptionLabel::resizeEvent(event);
+}
+
+void Digits::changeEvent(QEvent* event) {
+    cells_.clear();
+    CaptionLabel::changeEvent(event);
+}
+
 Display::Display(QWidget* parent) : QWidget(parent) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
 void Display::setFill(const QColor& colour) {
     fill_ = colour;
+    for (Digits* digits : {position_, angle_, received_}) {
+        if (digits) digits->setPaper(colour);
+    }
     update();
 }
 

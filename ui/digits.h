@@ -2,22 +2,36 @@
 
 #include "ui/caption_label.h"
 
+#include <QHash>
+#include <QPixmap>
+
 namespace ui {
 
 /// A number in cells of one width, as large as its place allows: digits do not move when one of them changes.
 class Digits : public CaptionLabel {
   public:
-    using CaptionLabel::CaptionLabel;
+    explicit Digits(const QString& text = {}, QWidget* parent = nullptr);
 
     void setDigitColour(const QColor& colour);
+    /// What the digits stand on.
+    void setPaper(const QColor& colour);
     /// The height of the digits' font that fits this room, in pixels.
     static int fontHeight(const QFont& font, const QSize& room);
 
   protected:
+    void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
   private:
-    QColor colour_;
+    void repaintAnew();
+    const QPixmap& cell(QChar character);
+
+    QColor colour_, paper_;
+    // The pictures of characters, and what they were painted for.
+    QHash<QChar, QPixmap> cells_;
+    double cellsShown_ = 0;
+    double ratioShown_ = 1;
 };
 
 /// The background of a position: the position (in degrees or in units, whichever is visible) and its unit.

@@ -10,6 +10,8 @@ namespace ui {
 
 Lamp::Lamp(QWidget* parent) : QWidget(parent) {
     setFixedSize(sizeHint());
+    // Nothing shines through, so that nothing below has to be painted with each step.
+    setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
 void Lamp::setColour(const QColor& colour) {
@@ -24,12 +26,28 @@ QSize Lamp::sizeHint() const {
 }
 
 void Lamp::changeEvent(QEvent* event) {
+    pictures_.clear();
     if (event->type() == QEvent::FontChange) setFixedSize(sizeHint());
     QWidget::changeEvent(event);
 }
 
+void Lamp::resizeEvent(QResizeEvent* event) {
+    pictures_.clear();
+    QWidget::resizeEvent(event);
+}
+
 void Lamp::paintEvent(QPaintEvent* /*event*/) {
-    QPainter painter(this);
+    QPixmap& picture = pictures_[colour_.rgba()];
+    if (picture.devicePixelRatio() != devicePixelRatioF() || picture.isNull()) picture = paint();
+    QPainter(this).drawPixmap(0, 0, picture);
+}
+
+/// Gradients and round edges are costly, and lamps change with each step: each colour is painted once.
+QPixmap Lamp::paint() const {
+    QPixmap picture(size() * devicePixelRatioF());
+    picture.setDevicePixelRatio(devicePixelRatioF());
+    picture.fill(cardColour(palette()));
+    QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     const QPointF centre = QRectF(rect()).center();
@@ -62,6 +80,8 @@ void Lamp::paintEvent(QPaintEvent* /*event*/) {
     body.setColorAt(1, lit ? colour_.darker(135) : mixed(colour_, Qt::white, 0.1));
     painter.setBrush(body);
     painter.drawEllipse(centre, glass, glass);
+    painter.end();
+    return picture;
 }
 
 } // namespace ui

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <QHash>
+#include <QPixmap>
 #include <QWidget>
 
 namespace ui {
 
-/// A small signal lamp: dark glass while its colour is black, glowing in any other.
+/// A small signal lamp on a card: dark glass while its colour is black, glowing in any other.
 class Lamp : public QWidget {
   public:
     explicit Lamp(QWidget* parent = nullptr);
@@ -15,10 +17,14 @@ class Lamp : public QWidget {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 
   private:
+    QPixmap paint() const;
+
     QColor colour_ = Qt::black;
+    QHash<QRgb, QPixmap> pictures_;
 };
 
 } // namespace ui

@@ -190,6 +190,8 @@ void MainWindow::showModal(form::Form& form) {
         layOut(dialog, *satellite);
     } else if (auto* server = dynamic_cast<form::FrmServer*>(&form)) {
         layOut(dialog, *server);
+    } else if (auto* hardware = dynamic_cast<form::FrmHardware*>(&form)) {
+        layOut(dialog, *hardware);
     } else if (auto* about = dynamic_cast<form::FrmAbout*>(&form)) {
         layOut(dialog, *about);
     } else {

@@ -54,9 +54,12 @@ void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
     entry(settings, form.mnuGenSet, "Keys, colours, sounds, and what is saved and loaded.",
           Qt::CTRL | Qt::Key_G);
     entry(settings, form.mnuTunConn, "Which program reports the radio's frequency.", Qt::CTRL | Qt::Key_T);
-
     entry(settings, form.mnuSatConn, "Which tracking program sends, and the port of the tracking server.");
     entry(settings, form.mnuTvnServer, "Settings of the program's own data server, which is not ready yet.");
+    settings->addSeparator();
+    entry(settings, form.mnuHardware,
+          "Which devices the outputs go to, a test of the coils, and where the links are.",
+          Qt::CTRL | Qt::Key_H);
 
     QMenu* help = addMenu(window, "&Help", "mnuHelpMenu");
     entry(help, form.mnuHelp, "Opens the manual in the browser.", QKeySequence(Qt::Key_F1));
@@ -64,6 +67,18 @@ void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
     help->addSeparator();
     entry(help, form.mnuSplash, "Version and licence.");
 }
+
+namespace {
+
+constexpr int kRateStretch = 4, kClockStretch = 3;
+
+/// Empty most of the time: beside the messages, which are too.
+CaptionLabel* rateNotice(form::Form1& form, Adapters& adapters) {
+    return adapters.label(form.rateNotice,
+                          {"Measured rate", "The steps per second that the USB board can take."}, "");
+}
+
+} // namespace
 
 void layOutStatusBar(QMainWindow& window, form::Form1& form, Adapters& adapters) {
     struct PanelWords {
@@ -73,7 +88,7 @@ void layOutStatusBar(QMainWindow& window, form::Form1& form, Adapters& adapters)
     };
     static constexpr PanelWords kPanels[form::StatusBar::kPanels] = {
         {"The function that is on.", "Choose a function", 3},
-        {"Messages.", "Message", 4},
+        {"Messages.", "Message", 2},
         {"The program that reports the frequency.", "N1MM Logger", 2},
         {"The port of the tracking server.", "00000", 1},
         {"The configuration that was loaded or saved.", "MMMMMMMM", 2},
@@ -91,9 +106,16 @@ void layOutStatusBar(QMainWindow& window, form::Form1& form, Adapters& adapters)
         panel->reserve(words.samples);
         panel->setTone(CaptionLabel::Tone::Quiet);
         if (!panels.empty()) bar->addPermanentWidget(divider());
-        bar->addPermanentWidget(panel, words.stretch);
         panels.push_back(panel);
+        bar->addPermanentWidget(panel, words.stretch);
+        if (panels.size() == form::kPanelMessage)
+            bar->addPermanentWidget(rateNotice(form, adapters), kRateStretch);
     }
+    CaptionLabel* clock =
+        adapters.label(form.lblClock, {"Step clock", "Whether the step clock goes before other programs."},
+                       "real-time 20 (RealtimeKit)");
+    clock->setTone(CaptionLabel::Tone::Quiet);
+    bar->addPermanentWidget(clock, kClockStretch);
     adapters.statusBar(form.StatusBar1, *bar, panels);
 }
 

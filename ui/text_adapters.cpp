@@ -28,7 +28,8 @@ class DigitsAdapter : public WidgetAdapter {
 
   private:
     void drawOwn() override {
-        widget_.setText(shown(label_.Caption));
+        const QString text = shown(label_.Caption);
+        if (widget_.text() != text) widget_.setText(text);
         widget_.setDigitColour(screenColour(label_.ForeColor, widget_.palette()));
     }
     form::Label& label_;

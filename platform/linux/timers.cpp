@@ -26,34 +26,56 @@ Time now() {
 class KernelTimer : public platform::PeriodicTimer {
   public:
     KernelTimer(FdWatcher& watcher, std::function<void()> tick)
-        : tick_(std::make_shared<std::function<void()>>(std::move(tick))),
+        : watcher_(watcher), shared_(std::make_shared<Shared>(Shared{.tick = std::move(tick)})),
           fd_(::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)) {
         if (!fd_) throw runtime::ObjectError("Cannot create a timer: " + reason(errno));
-        watch_ = watcher.watch(fd_.get(), [this] { expired(); });
     }
+    KernelTimer(const KernelTimer&) = delete;
+    KernelTimer& operator=(const KernelTimer&) = delete;
+    ~KernelTimer() override { ++shared_->armings; }
 
     void start(int milliseconds) override {
         schedule_.start(now(), std::chrono::milliseconds(milliseconds));
         arm(schedule_.next());
+        if (!watch_) watch_ = watcher_.watch(fd_.get(), [this] { expired(); });
     }
 
-    // Disarming also takes back an expiry that nobody has read yet, so that no tick is left in flight.
-    void stop() override { arm(Time::zero()); }
+    // Disarming also takes back an expiry that nobody has read yet, so that no tick is left in flight. Most
+    // timers stand most of the time, and each descriptor that is watched costs every turn of the event loop.
+    void stop() override {
+        arm(Time::zero());
+        watch_.reset();
+    }
 
   private:
+    /// What a tick needs when it has destroyed its timer.
+    struct Shared {
+        std::function<void()> tick;
+        std::uint64_t armings = 0; // and the end of the timer
+    };
+
     void expired() {
         std::uint64_t expirations = 0;
         if (::read(fd_.get(), &expirations, sizeof expirations) != sizeof expirations) return;
         // Armed before the tick: a tick that opens a box must not keep the next ones from coming.
         schedule_.ticked(now());
         arm(schedule_.next());
-        // The tick may destroy this timer; what runs must outlive it.
-        const auto tick = tick_;
-        (*tick)();
+        const auto shared = shared_;
+        const auto armings = shared->armings;
+        shared->tick();
+        const bool standsAsItWas = shared->armings == armings;
+        if (standsAsItWas) keepDistance();
+    }
+
+    void keepDistance() {
+        const Time planned = schedule_.next();
+        schedule_.finished(now());
+        if (schedule_.next() != planned) arm(schedule_.next());
     }
 
     /// Zero disarms.
     void arm(Time moment) {
+        ++shared_->armings;
         const auto seconds = std::chrono::floor<std::chrono::seconds>(moment);
         itimerspec when{};
         when.it_value.tv_sec = seconds.count();
@@ -61,7 +83,8 @@ class KernelTimer : public platform::PeriodicTimer {
         ::timerfd_settime(fd_.get(), TFD_TIMER_ABSTIME, &when, nullptr);
     }
 
-    std::shared_ptr<std::function<void()>> tick_;
+    FdWatcher& watcher_;
+    std::shared_ptr<Shared> shared_;
     runtime::StepSchedule schedule_;
     FileDescriptor fd_;
     std::unique_ptr<FdWatch> watch_;

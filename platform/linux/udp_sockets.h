@@ -16,6 +16,8 @@ std::optional<in_addr> parseAddress(const std::string& text);
 class UdpSockets : public platform::UdpSockets {
   public:
     UdpSockets(FdWatcher& watcher, in_addr address) : watcher_(watcher), address_(address) {}
+    /// For the sockets that are bound from now on.
+    void setAddress(in_addr address) { address_ = address; }
     std::unique_ptr<platform::UdpSocket> bind(int port, Receiver receiver) override;
 
   private:

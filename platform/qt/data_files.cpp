@@ -1,15 +1,14 @@
 #include "platform/qt/data_files.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 
 namespace qt_ports {
 
-std::optional<QString> findDataFile(const std::filesystem::path& dataFolder, const QString& file) {
-    const QString program = QCoreApplication::applicationDirPath();
-    const QString given = QFile::decodeName(dataFolder.string().c_str());
-    for (const QString& folder : {program, given, program + "/../share/twinstep"}) {
+std::optional<QString> findDataFile(const std::filesystem::path& sourceFolder, const QString& file,
+                                    const QString& programFolder) {
+    const QString source = QFile::decodeName(sourceFolder.string().c_str());
+    for (const QString& folder : {programFolder + "/../share/twinstep", source}) {
         if (folder.isEmpty()) continue;
         const QFileInfo candidate(folder + '/' + file);
         if (candidate.isFile()) return candidate.canonicalFilePath();

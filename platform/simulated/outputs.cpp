@@ -2,6 +2,8 @@
 
 #include "runtime/errors.h"
 
+#include <algorithm>
+
 namespace simulated {
 
 void PrinterPort::write(int bit, int state) {
@@ -30,8 +32,45 @@ int UsbBoard::openDevice(int /*address*/) {
 
 void UsbBoard::writeAllDigital(int outputs) {
     check();
-    outputs_ = outputs;
     ++writes_;
+    if (!clock_) {
+        outputs_ = outputs;
+        return;
+    }
+    catchUp();
+    byte_.want(outputs);
+    wantedAt_ = std::chrono::milliseconds(clock_->now());
+    catchUp();
+}
+
+bool UsbBoard::taken(int mask) {
+    check();
+    catchUp();
+    return byte_.taken(mask);
+}
+
+int UsbBoard::outputs() {
+    catchUp();
+    return outputs_;
+}
+
+void UsbBoard::catchUp() {
+    if (!clock_) return;
+    const runtime::NewestByte::Time now = std::chrono::milliseconds(clock_->now());
+    for (;;) {
+        if (sent_ >= 0) {
+            if (reportEnd_ > now) return;
+            outputs_ = std::exchange(sent_, -1);
+            byte_.done(reportEnd_);
+        }
+        const auto next = byte_.next();
+        if (!next) return;
+        const auto start = std::max(*next, wantedAt_);
+        if (start > now) return;
+        sent_ = byte_.begin();
+        reportEnd_ = start + reportTime_;
+        ++reports_;
+    }
 }
 
 void UsbBoard::closeDevice() {

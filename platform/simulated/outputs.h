@@ -1,7 +1,9 @@
 #pragma once
 
 #include "platform/printer_port.h"
+#include "platform/simulated/clock.h"
 #include "platform/usb_board.h"
+#include "runtime/newest_byte.h"
 
 #include <cstddef>
 #include <string>
@@ -38,28 +40,52 @@ class PrinterPort : public platform::PrinterPort {
     std::string broken_;
 };
 
-/// A K8055 board without hardware.
+/// A K8055 board without hardware. It takes every byte at once, unless it was made slow.
 class UsbBoard : public platform::UsbBoard {
   public:
     /// `address` is what OpenDevice answers; -1 is a board that is not there.
     explicit UsbBoard(int address) : address_(address) {}
 
     int openDevice(int address) override;
+    std::string refusal() const override { return address_ < 0 ? refusal_ : std::string(); }
     void writeAllDigital(int outputs) override;
+    bool taken(int mask) override;
     void closeDevice() override;
 
-    int outputs() const { return outputs_; }
+    /// What is on the board.
+    int outputs();
     int writes() const { return writes_; }
+    /// Reports that a slow board has begun.
+    int reports() const { return reports_; }
     void answerWith(int address) { address_ = address; }
+    /// The board is there, but does not let itself be opened, for this reason.
+    void refuseWith(std::string reason) {
+        address_ = -1;
+        refusal_ = std::move(reason);
+    }
+    /// From now on each report takes so many milliseconds of this clock, which outlives the board.
+    void makeSlow(const Clock& clock, int milliseconds) {
+        clock_ = &clock;
+        reportTime_ = std::chrono::milliseconds(milliseconds);
+    }
     void breakDown(std::string reason) { broken_ = std::move(reason); }
 
   private:
     void check() const;
+    /// Begins and ends the reports that fall due up to now.
+    void catchUp();
 
     int address_;
+    std::string refusal_;
     int outputs_ = 0;
     int writes_ = 0;
     std::string broken_;
+
+    const Clock* clock_ = nullptr; // set: the board is slow
+    runtime::NewestByte::Time reportTime_{}, wantedAt_{}, reportEnd_{};
+    runtime::NewestByte byte_;
+    int sent_ = -1; // the byte of the report under way
+    int reports_ = 0;
 };
 
 } // namespace simulated

@@ -21,12 +21,15 @@ class TracedPrinterPort : public platform::PrinterPort {
     TraceFile& file_;
 };
 
-/// The same for a USB board: "T usb open RESULT", "T usb BYTE" (decimal), "T usb close".
+/// The same for a USB board: "T usb open RESULT", "T usb BYTE" (decimal), "T usb close". The moment of a byte
+/// is that of its write, some milliseconds before a board has it.
 class TracedUsbBoard : public platform::UsbBoard {
   public:
     TracedUsbBoard(platform::UsbBoard& board, TraceFile& file) : board_(board), file_(file) {}
     int openDevice(int address) override;
+    std::string refusal() const override { return board_.refusal(); }
     void writeAllDigital(int outputs) override;
+    bool taken(int mask) override { return board_.taken(mask); }
     void closeDevice() override;
 
   private:

@@ -1,5 +1,5 @@
 #include "app/version.h"
-#include "tests/platform/linux/fake_parport.h"
+#include "tests/emulated_port/emulated_port.h"
 
 #include <QElapsedTimer>
 #include <QProcess>
@@ -8,8 +8,6 @@
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
-#include <linux/ppdev.h>
-#include <sys/ioctl.h>
 #include <thread>
 
 using ::testing::AllOf;
@@ -23,12 +21,17 @@ namespace {
 /// The program as a user starts it, in a process of its own.
 class Twinstep {
   public:
-    explicit Twinstep(const QStringList& arguments, const QString& platform = "offscreen") {
+    explicit Twinstep(const QStringList& arguments, const QString& platform = "offscreen",
+                      const EmulatedPort* port = nullptr) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         for (const char* display : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "HOME"}) {
             environment.remove(display);
         }
         if (!platform.isEmpty()) environment.insert("QT_QPA_PLATFORM", platform);
+        if (port) {
+            environment.insert("LD_PRELOAD", TWINSTEP_EMULATED_PORT);
+            environment.insert("EMULATED_PORT", QString::fromStdString(port->path()));
+        }
         process_.setProcessEnvironment(environment);
         process_.start(TWINSTEP_PROGRAM, arguments);
         process_.waitForStarted();
@@ -173,29 +176,30 @@ TEST_F(Program, ASecondOneInTheSameFolderIsRefused) {
 }
 
 TEST_F(Program, TakesThePrinterPortThatIsThere) {
-    FakeParport device;
-    Twinstep program(arguments());
+    EmulatedPort port(folder / "port");
+    Twinstep program(arguments(), "offscreen", &port);
     ASSERT_TRUE(runs());
-    EXPECT_EQ(device.calls(PPCLAIM), 1);
-    EXPECT_EQ(device.data(), 0xFF);
-    device.setData(0);
+    EXPECT_FALSE(port.claim());
+    EXPECT_TRUE(port.isOff());
+    port.setData(0);
     program.signal(SIGTERM);
     EXPECT_EQ(program.ends(), 0);
-    EXPECT_EQ(device.data(), 0xFF);
+    EXPECT_TRUE(port.isOff());
+    EXPECT_TRUE(port.claim());
     EXPECT_THAT(program.errors(), Not(HasSubstr("twinstep:")));
 }
 
 TEST_F(Program, SimulatesOnlyAPortThatNobodyNamed) {
-    FakeParport device;
-    device.fail(PPCLAIM, ENXIO);
+    EmulatedPort port(folder / "port");
+    ASSERT_TRUE(port.claim()); // by another driver
     {
-        Twinstep program(arguments());
+        Twinstep program(arguments(), "offscreen", &port);
         ASSERT_TRUE(runs());
         program.signal(SIGTERM);
         EXPECT_EQ(program.ends(), 0);
         EXPECT_THAT(program.errors(), AllOf(HasSubstr("/dev/parport0"), HasSubstr("simulated")));
     }
-    Twinstep named(arguments({"--port", "/dev/parport0"}));
+    Twinstep named(arguments({"--port", "/dev/parport0"}), "offscreen", &port);
     EXPECT_GT(named.ends(), 0);
     EXPECT_THAT(named.errors(), HasSubstr("another driver"));
 }

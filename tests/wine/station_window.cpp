@@ -43,7 +43,7 @@ void StationWindow::start(int function, int frequencyProgram) {
                 config::integerRecord(record::kFrequencyProgram, static_cast<short>(frequencyProgram))});
     controller_ =
         std::make_unique<app::Controller>(app::Ports{printer, board_, timers_, links_, station_, udp_, tcp_,
-                                                     dialogs, shell_, sound_, "simulated", "127.0.0.1"},
+                                                     dialogs, shell_, sound_, hardware_},
                                           folder_.path());
     window_ = std::make_unique<ui::MainWindow>(f(), controller_->boxes());
     window_->show();

@@ -8,6 +8,7 @@
 #include "platform/qt/fd_watcher.h"
 #include "platform/qt/tcp_clients.h"
 #include "platform/simulated/desktop.h"
+#include "platform/simulated/hardware.h"
 #include "platform/simulated/links.h"
 #include "platform/simulated/outputs.h"
 #include "tests/desk.h"
@@ -73,6 +74,7 @@ class StationWindow : public ::testing::Test {
     simulated::UsbBoard board_{-1};
     simulated::UdpSockets udp_;
     simulated::Shell shell_;
+    simulated::Hardware hardware_;
     simulated::Sound sound_;
     linux_ports::BridgeConnection connection_{tcp_, timers_, "1.0.0", {"127.0.0.1", port}};
     linux_ports::BridgeDdeLinks links_{connection_, timers_};

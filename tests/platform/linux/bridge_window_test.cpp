@@ -15,10 +15,9 @@ namespace {
 class BridgeWindowTest : public Desk {
   protected:
     void SetUp() override {
-        controller =
-            std::make_unique<app::Controller>(app::Ports{port, board, clock, ddeLinks, messages, udp, tcp,
-                                                         dialogs, shell, sound, "simulated", ""},
-                                              folder.path());
+        controller = std::make_unique<app::Controller>(
+            app::Ports{port, board, clock, ddeLinks, messages, udp, tcp, dialogs, shell, sound, hardware},
+            folder.path());
         controller->start();
     }
     void TearDown() override { controller.reset(); }

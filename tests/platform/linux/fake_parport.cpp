@@ -1,5 +1,6 @@
 #include "fake_parport.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <linux/ppdev.h>
@@ -19,6 +20,7 @@ FakeParport::FakeParport() : testbed_(umockdev_testbed_new()), handler_(umockdev
 }
 
 FakeParport::~FakeParport() {
+    release();
     umockdev_testbed_detach_ioctl(testbed_, "/dev/parport0", nullptr);
     g_object_unref(handler_);
     g_object_unref(testbed_);
@@ -31,7 +33,23 @@ void FakeParport::fail(unsigned long request, int error) {
 
 int FakeParport::calls(unsigned long request) {
     const std::lock_guard lock(mutex_);
-    return calls_[request];
+    return static_cast<int>(std::count(requests_.begin(), requests_.end(), request));
+}
+
+std::vector<unsigned long> FakeParport::requests() {
+    const std::lock_guard lock(mutex_);
+    return requests_;
+}
+
+void FakeParport::stall(unsigned long request) {
+    const std::lock_guard lock(mutex_);
+    stalled_ = request;
+}
+
+void FakeParport::release() {
+    const std::lock_guard lock(mutex_);
+    stalled_ = 0;
+    released_.notify_all();
 }
 
 int FakeParport::data() {
@@ -63,8 +81,9 @@ gboolean FakeParport::onIoctl(UMockdevIoctlBase* /*base*/, UMockdevIoctlClient* 
 }
 
 int FakeParport::answer(unsigned long request, UMockdevIoctlData* argument) {
-    const std::lock_guard lock(mutex_);
-    ++calls_[request];
+    std::unique_lock lock(mutex_);
+    requests_.push_back(request);
+    released_.wait(lock, [&] { return stalled_ != request; });
     if (failing_[request] != 0) return failing_[request];
     const auto resolve = [argument](gsize size) {
         return umockdev_ioctl_data_resolve(argument, 0, size, nullptr);

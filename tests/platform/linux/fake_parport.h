@@ -1,6 +1,6 @@
 #pragma once
 
-#include <atomic>
+#include <condition_variable>
 #include <map>
 #include <mutex>
 #include <umockdev.h>
@@ -17,6 +17,11 @@ class FakeParport {
     /// From now on this request fails with this errno; 0: it works again.
     void fail(unsigned long request, int error);
     int calls(unsigned long request);
+    /// All requests in their order.
+    std::vector<unsigned long> requests();
+    /// From now on this request is not answered before release is called.
+    void stall(unsigned long request);
+    void release();
     int data();
     void setData(int data);
     /// The bytes written since the last call.
@@ -31,7 +36,10 @@ class FakeParport {
     UMockdevTestbed* testbed_;
     UMockdevIoctlBase* handler_;
     std::mutex mutex_; // the requests are answered in a thread of the test bed
-    std::map<unsigned long, int> failing_, calls_;
+    std::condition_variable released_;
+    unsigned long stalled_ = 0; // the request that is not answered; 0 for none
+    std::vector<unsigned long> requests_;
+    std::map<unsigned long, int> failing_;
     std::vector<int> written_;
     int data_ = 0;
     int direction_ = -1;

@@ -74,6 +74,20 @@ TEST_F(Trace, HasOneTimedLineForEachAccessThatTheDeviceTook) {
                                    " usb close"));
 }
 
+TEST_F(Trace, LeavesWhatTheBoardAnswersAsItIs) {
+    trace::TraceFile file(path, trace::TraceFile::Clock::now(), neverFails);
+    simulated::UsbBoard board(2);
+    trace::TracedUsbBoard traced(board, file);
+    const simulated::Clock clock;
+    board.makeSlow(clock, 10);
+    traced.writeAllDigital(8);
+    EXPECT_FALSE(traced.taken(15));
+    EXPECT_EQ(traced.refusal(), "");
+    board.refuseWith("no permission");
+    EXPECT_EQ(traced.openDevice(0), -1);
+    EXPECT_EQ(traced.refusal(), "no permission");
+}
+
 TEST_F(Trace, IsWrittenOutWhileTheProgramRuns) {
     trace::TraceFile file(path, trace::TraceFile::Clock::now(), neverFails);
     file.add("port 1 0");

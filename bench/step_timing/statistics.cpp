@@ -1,0 +1,69 @@
+#include "statistics.h"
+
+#include <algorithm>
+
+namespace bench {
+
+void Figures::add(const Round& round) {
+    for (const Series& series : round.series) {
+        const auto& ticks = series.ticks;
+        if (ticks.size() < 2) continue;
+        for (std::size_t n = 1; n < ticks.size(); ++n)
+            spacings_.push_back(ticks[n] - ticks[n - 1]);
+        time_ += ticks.back() - ticks.front();
+        addLateness(ticks);
+    }
+    cpuShares_ += round.cpuShare;
+    ++rounds_;
+}
+
+void Figures::addLateness(const std::vector<Nanoseconds>& ticks) {
+    std::vector<Nanoseconds>
+        beat; // behind the first tick of a beat, and below 0 where that one was late itself
+    const auto endBeat = [&] {
+        const Nanoseconds earliest = *std::min_element(beat.begin(), beat.end());
+        for (const Nanoseconds late : beat)
+            latenesses_.push_back(late - earliest);
+        beat.clear();
+    };
+    Nanoseconds due = ticks.front();
+    for (const Nanoseconds tick : ticks) {
+        const Nanoseconds late = tick - due;
+        const auto behind = static_cast<double>(late) / kInterval;
+        if (behind > habit_.makesUp && behind >= 1) {
+            const Nanoseconds givenUp = late / kInterval;
+            lost_ += givenUp;
+            due += givenUp * kInterval;
+            if (!habit_.keepsBeat) {
+                latenesses_.push_back(late);
+                endBeat();
+                due = tick;
+            }
+        }
+        beat.push_back(tick - due);
+        due += kInterval;
+    }
+    endBeat();
+}
+
+double Figures::rateError() const {
+    return static_cast<double>(spacings_.size()) * kInterval / static_cast<double>(time_) - 1;
+}
+
+Spread Figures::spread(std::vector<Nanoseconds> values) {
+    std::sort(values.begin(), values.end());
+    const auto at = [&](double share) {
+        return values[static_cast<std::size_t>(share * static_cast<double>(values.size() - 1))];
+    };
+    return {at(0), at(0.5), at(0.99), at(0.999), at(1)};
+}
+
+double rateError(const Series& series) {
+    const auto& ticks = series.ticks;
+    if (ticks.size() < 2) return -1;
+    return static_cast<double>(ticks.size() - 1) * kInterval /
+               static_cast<double>(ticks.back() - ticks.front()) -
+           1;
+}
+
+} // namespace bench

@@ -1,0 +1,221 @@
+#include "chosen_hardware.h"
+
+#include "config/hardware_settings.h"
+#include "platform/linux/direct_port.h"
+#include "platform/linux/k8055.h"
+#include "platform/linux/printer_port.h"
+#include "platform/simulated/outputs.h"
+#include "runtime/errors.h"
+
+#include <algorithm>
+#include <filesystem>
+
+using platform::HardwareSettings;
+
+namespace {
+constexpr const char* kUsualPort = "/dev/parport0";
+} // namespace
+
+/// A printer port that is behind the outputs now, under the name of its device.
+class ChosenHardware::Port : public platform::PrinterPort {
+  public:
+    explicit Port(ChosenHardware& owner) : owner_(owner) {}
+    Port(const Port&) = delete;
+    Port& operator=(const Port&) = delete;
+    ~Port() override { close(); }
+
+    /// `setting` as in platform::HardwareSettings. Throws runtime::ObjectError; no port is behind it then.
+    void open(const std::string& setting) {
+        close();
+        if (setting == config::kSimulated) {
+            behind_ = std::make_unique<simulated::PrinterPort>();
+        } else if (setting == config::kAutomatic) {
+            openUsual();
+            return;
+        } else if (const auto address = config::ioAddress(setting)) {
+            auto port = std::make_unique<linux_ports::DirectPort>(*address);
+            owner_.watchdog().guardPortAddress(*address);
+            hold(std::move(port));
+        } else {
+            auto port = std::make_unique<linux_ports::PrinterPort>(setting);
+            owner_.watchdog().guardPort(port->descriptor());
+            hold(std::move(port));
+        }
+        name_ = setting;
+    }
+
+    const std::string& name() const { return name_; }
+
+    void clearBit(int bit) override { behind_->clearBit(bit); }
+    void setBit(int bit) override { behind_->setBit(bit); }
+
+  private:
+    /// Where the user named no port the outputs may be simulated.
+    void openUsual() {
+        if (!std::filesystem::exists(kUsualPort)) return open(config::kSimulated);
+        try {
+            open(kUsualPort);
+        } catch (const runtime::ObjectError& error) {
+            owner_.notice_ += std::string(error.what()) + ". The outputs are simulated.\n";
+            open(config::kSimulated);
+        }
+    }
+
+    void hold(std::unique_ptr<platform::PrinterPort> port) {
+        behind_ = std::move(port);
+        guarded_ = true;
+    }
+
+    void close() {
+        if (std::exchange(guarded_, false)) owner_.watchdog_->forgetPort();
+        behind_.reset();
+    }
+
+    ChosenHardware& owner_;
+    std::unique_ptr<platform::PrinterPort> behind_;
+    std::string name_;
+    bool guarded_ = false;
+};
+
+/// The USB board that is behind the outputs now.
+class ChosenHardware::Board : public platform::UsbBoard {
+  public:
+    explicit Board(ChosenHardware& owner) : owner_(owner) {}
+
+    /// `setting` as in platform::HardwareSettings. The board before it is closed.
+    void choose(const std::string& setting) {
+        if (const auto card = config::cardAddress(setting)) {
+            behind_ = std::make_unique<linux_ports::K8055>(
+                *card,
+                linux_ports::K8055::Observer{
+                    .opened = [this](const std::string& device) { owner_.watchdog().guardBoard(device); },
+                    .closed = [this] { owner_.watchdog().forgetBoard(); }});
+        } else {
+            behind_ = std::make_unique<simulated::UsbBoard>(setting == config::kSimulated ? 0 : -1);
+        }
+    }
+
+    int openDevice(int address) override { return behind_->openDevice(address); }
+    std::string refusal() const override { return behind_->refusal(); }
+    void writeAllDigital(int outputs) override { behind_->writeAllDigital(outputs); }
+    bool taken(int mask) override { return behind_->taken(mask); }
+    void closeDevice() override { behind_->closeDevice(); }
+
+  private:
+    ChosenHardware& owner_;
+    std::unique_ptr<platform::UsbBoard> behind_;
+};
+
+ChosenHardware::ChosenHardware(Texts given, qt_ports::SettingsFile file)
+    : given_(std::move(given)), file_(std::move(file)), port_(std::make_unique<Port>(*this)),
+      board_(std::make_unique<Board>(*this)) {
+    readFile();
+    for (const config::HardwareField& field : config::kHardwareFields) {
+        if (const auto text = given_.find(field.name); text != given_.end())
+            settings_.*field.value = text->second;
+    }
+    board_->choose(settings_.usb);
+    try {
+        port_->open(settings_.port);
+    } catch (const runtime::ObjectError& error) {
+        if (isFixed(&HardwareSettings::port)) throw;
+        notice_ += std::string(error.what()) + ". The outputs are simulated.\n";
+        settings_.port = config::kSimulated;
+        port_->open(settings_.port);
+    }
+}
+
+ChosenHardware::~ChosenHardware() = default;
+
+void ChosenHardware::readFile() {
+    Texts texts;
+    try {
+        texts = file_.read();
+    } catch (const runtime::FileError& error) {
+        notice_ += std::string(error.what()) + ". The usual devices and links are used.\n";
+    }
+    for (const config::HardwareField& field : config::kHardwareFields) {
+        const auto text = texts.find(field.name);
+        if (text == texts.end()) continue;
+        if (const auto fault = field.fault(text->second)) {
+            notice_ +=
+                std::string(kSettingsFile) + ": " + field.name + ": " + *fault + ". The usual one is used.\n";
+        } else {
+            settings_.*field.value = text->second;
+        }
+    }
+}
+
+platform::PrinterPort& ChosenHardware::printer() {
+    return *port_;
+}
+
+platform::UsbBoard& ChosenHardware::board() {
+    return *board_;
+}
+
+bool ChosenHardware::isFixed(std::string HardwareSettings::*setting) const {
+    return std::ranges::any_of(config::kHardwareFields, [&](const config::HardwareField& field) {
+        return field.value == setting && given_.contains(field.name);
+    });
+}
+
+void ChosenHardware::use(const HardwareSettings& settings) {
+    if (settings.port != settings_.port) {
+        // One after the other: both names may stand for the same port, which can be held once.
+        try {
+            port_->open(settings.port);
+        } catch (const runtime::ObjectError& error) {
+            goBack(error.what());
+            throw;
+        }
+    }
+    if (settings.usb != settings_.usb) board_->choose(settings.usb);
+    settings_ = settings;
+    if (onUse) onUse(settings_);
+}
+
+void ChosenHardware::goBack(const std::string& why) {
+    try {
+        port_->open(settings_.port);
+    } catch (const runtime::ObjectError& error) {
+        settings_.port = config::kSimulated;
+        port_->open(settings_.port);
+        throw runtime::ObjectError(why + ". " + error.what() + ". The outputs are simulated");
+    }
+}
+
+void ChosenHardware::keep() {
+    Texts texts;
+    for (const config::HardwareField& field : config::kHardwareFields) {
+        if (!isFixed(field.value)) texts[field.name] = settings_.*field.value;
+    }
+    file_.write(texts);
+}
+
+std::vector<std::string> ChosenHardware::printerPorts() const {
+    std::vector<std::string> devices;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator("/dev", error)) {
+        if (entry.path().filename().string().starts_with("parport")) devices.push_back(entry.path());
+    }
+    std::ranges::sort(devices);
+    return devices;
+}
+
+std::string ChosenHardware::outputsName() const {
+    return port_->name();
+}
+
+linux_ports::Watchdog& ChosenHardware::watchdog() {
+    if (!watchdog_) {
+        watchdog_ = std::make_unique<linux_ports::Watchdog>();
+        if (onWatchdog_) onWatchdog_(*watchdog_);
+    }
+    return *watchdog_;
+}
+
+void ChosenHardware::withWatchdog(std::function<void(linux_ports::Watchdog&)> use) {
+    onWatchdog_ = std::move(use);
+    if (watchdog_) onWatchdog_(*watchdog_);
+}

@@ -1,0 +1,224 @@
+#include "config/hardware_and_links.h"
+
+#include "config/hardware_settings.h"
+#include "runtime/errors.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace config {
+
+using platform::HardwareSettings;
+
+namespace {
+
+constexpr const char* kStopFirst = "Stop the engines first.";
+constexpr const char* kIoAddressEntry = "I/O address";
+constexpr const char* kUsualIoAddress = "0x378"; // of the first printer port of a PC
+
+/// What a list shows for a setting, and the other way round.
+struct Entry {
+    const char* shown;
+    const char* setting;
+};
+
+constexpr std::array kPortEntries = {Entry{"Automatic", kAutomatic}, Entry{"Simulated", kSimulated}};
+constexpr std::array kBoardEntries = {Entry{"None", kNone},
+                                      Entry{"K8055, card 0", "k8055:0"},
+                                      Entry{"K8055, card 1", "k8055:1"},
+                                      Entry{"K8055, card 2", "k8055:2"},
+                                      Entry{"K8055, card 3", "k8055:3"},
+                                      Entry{"Simulated", kSimulated}};
+
+void choose(form::ComboBox& box, const std::string& entry) {
+    const auto found = std::ranges::find(box.List, entry);
+    box.ListIndex = found == box.List.end() ? 0 : static_cast<int>(found - box.List.begin());
+}
+
+const std::string& chosenEntry(const form::ComboBox& box) {
+    return box.List.at(static_cast<std::size_t>(box.ListIndex.get()));
+}
+
+template <std::size_t kCount>
+std::string settingOf(const std::array<Entry, kCount>& entries, const std::string& shown) {
+    const auto* const found = std::ranges::find(entries, shown, &Entry::shown);
+    return found == entries.end() ? shown : found->setting;
+}
+
+template <std::size_t kCount>
+std::string shownFor(const std::array<Entry, kCount>& entries, const std::string& setting) {
+    const auto* const found = std::ranges::find(entries, setting, &Entry::setting);
+    return found == entries.end() ? setting : found->shown;
+}
+
+} // namespace
+
+std::vector<std::string> HardwareAndLinks::portList(const platform::Hardware& hardware) {
+    std::vector<std::string> list;
+    for (const Entry& entry : kPortEntries)
+        list.emplace_back(entry.shown);
+    for (const std::string& device : hardware.printerPorts())
+        list.push_back(device);
+    const std::string& used = hardware.settings().port;
+    if (used.starts_with('/') && std::ranges::find(list, used) == list.end()) list.push_back(used);
+    list.emplace_back(kIoAddressEntry);
+    return list;
+}
+
+std::vector<std::string> HardwareAndLinks::boardList() {
+    std::vector<std::string> list;
+    for (const Entry& entry : kBoardEntries)
+        list.emplace_back(entry.shown);
+    return list;
+}
+
+HardwareAndLinks::HardwareAndLinks(form::Form1& main, form::FrmHardware& dialog, form::Boxes& boxes,
+                                   engine::OutputPorts& outputs, platform::Hardware& hardware)
+    : main_(main), dialog_(dialog), boxes_(boxes), outputs_(outputs), hardware_(hardware),
+      test_(main, outputs, dialog.tmrCoilTest), before_(hardware.settings()) {
+    test_.onCoil = [this](int coil) { showCoil(coil); };
+    dialog_.cmbPort.Click.attach([this] { chosePort(); });
+    dialog_.tmrBridge.Tick.attach([this] { tmrBridge_Timer(); });
+    dialog_.cmdTestA.Click.attach([this] { cmdTest_Click(1); });
+    dialog_.cmdTestB.Click.attach([this] { cmdTest_Click(2); });
+    dialog_.cmdSaveHardware.Click.attach([this] { cmdSaveHardware_Click(); });
+    dialog_.cmdExitHardware.Click.attach([this] { cmdExitHardware_Click(); });
+    dialog_.onCancel = [this] { cmdExitHardware_Click(); };
+}
+
+void HardwareAndLinks::Form_Load() {
+    const auto address = ioAddress(before_.port);
+    choose(dialog_.cmbPort, address ? kIoAddressEntry : shownFor(kPortEntries, before_.port));
+    dialog_.txtPortAddress.Text = address ? before_.port : kUsualIoAddress;
+    const auto card = cardAddress(before_.usb);
+    choose(dialog_.cmbUsb, shownFor(kBoardEntries, card ? "k8055:" + std::to_string(*card) : before_.usb));
+    dialog_.txtN1mmListen.Text = before_.n1mmListen;
+    dialog_.txtTrackingServer.Text = before_.trackingServer;
+    dialog_.txtBridge.Text = before_.bridge;
+    dialog_.cmbPort.Enabled = !hardware_.isFixed(&HardwareSettings::port);
+    dialog_.cmbUsb.Enabled = !hardware_.isFixed(&HardwareSettings::usb);
+    dialog_.txtN1mmListen.Enabled = !hardware_.isFixed(&HardwareSettings::n1mmListen);
+    dialog_.txtTrackingServer.Enabled = !hardware_.isFixed(&HardwareSettings::trackingServer);
+    dialog_.txtBridge.Enabled = !hardware_.isFixed(&HardwareSettings::bridge);
+    dialog_.lblFixed.Visible = std::ranges::any_of(
+        kHardwareFields, [this](const HardwareField& field) { return hardware_.isFixed(field.value); });
+    chosePort();
+    tmrBridge_Timer();
+    dialog_.tmrBridge.Enabled = true;
+}
+
+void HardwareAndLinks::tmrBridge_Timer() {
+    dialog_.lblBridge.Caption = hardware_.bridgeStateText();
+}
+
+void HardwareAndLinks::chosePort() {
+    dialog_.txtPortAddress.Enabled =
+        dialog_.cmbPort.Enabled && chosenEntry(dialog_.cmbPort) == kIoAddressEntry;
+}
+
+HardwareSettings HardwareAndLinks::chosen() const {
+    // A fixed setting is as the command line gave it, which the dialog may show in other words.
+    HardwareSettings settings = before_;
+    const auto take = [&](std::string HardwareSettings::*setting, const std::string& text) {
+        if (!hardware_.isFixed(setting)) settings.*setting = text;
+    };
+    const std::string& port = chosenEntry(dialog_.cmbPort);
+    take(&HardwareSettings::port,
+         port == kIoAddressEntry ? dialog_.txtPortAddress.Text.get() : settingOf(kPortEntries, port));
+    take(&HardwareSettings::usb, settingOf(kBoardEntries, chosenEntry(dialog_.cmbUsb)));
+    take(&HardwareSettings::n1mmListen, dialog_.txtN1mmListen.Text);
+    take(&HardwareSettings::trackingServer, dialog_.txtTrackingServer.Text);
+    take(&HardwareSettings::bridge, dialog_.txtBridge.Text);
+    return settings;
+}
+
+bool HardwareAndLinks::refuse(const std::string& why) {
+    boxes_.critical(why, dialog_.Caption);
+    return false;
+}
+
+bool HardwareAndLinks::change(const HardwareSettings& settings) {
+    if (const auto fault = faultOf(settings)) return refuse(*fault);
+    const HardwareSettings used = hardware_.settings();
+    if (settings == used) return true;
+    const bool otherOutputs = settings.port != used.port || settings.usb != used.usb;
+    if (otherOutputs) {
+        if (engine::Sides(main_).anyRunning()) return refuse(kStopFirst);
+        if (settings.usb != used.usb && main_.chkUsbOn.ticked()) main_.chkUsbOn.Value = 0;
+        outputs_.offWithoutFail();
+    }
+    try {
+        hardware_.use(settings);
+    } catch (const runtime::ObjectError& error) {
+        if (onChange) onChange(); // even the port before may be lost
+        return refuse(error.what());
+    }
+    if (otherOutputs) outputs_.writePortOff();
+    if (onChange) onChange();
+    return true;
+}
+
+void HardwareAndLinks::cmdTest_Click(int motor) {
+    form::Button& button = motor == 1 ? dialog_.cmdTestA : dialog_.cmdTestB;
+    const bool again = tested_ == &button;
+    test_.stop();
+    if (again || !change(chosen())) return;
+    if (engine::Sides(main_).anyRunning()) {
+        refuse(kStopFirst);
+        return;
+    }
+    if (!openBoard()) return;
+    tested_ = &button;
+    button.Caption = "Stop";
+    test_.start(motor);
+}
+
+/// The test reaches the board that is chosen although the user has not switched it on.
+bool HardwareAndLinks::openBoard() {
+    if (hardware_.settings().usb == kNone || main_.chkUsbOn.ticked()) return true;
+    main_.chkUsbOn.Value = 1;
+    if (!main_.chkUsbOn.ticked()) return false; // a box has said why
+    boardOpened_ = true;
+    if (main_.bolUsbOn) return true;
+    const std::string why = main_.lblUsb.Caption;
+    closeBoard();
+    return refuse(why);
+}
+
+void HardwareAndLinks::closeBoard() {
+    if (std::exchange(boardOpened_, false) && main_.chkUsbOn.ticked()) main_.chkUsbOn.Value = 0;
+}
+
+void HardwareAndLinks::showCoil(int coil) {
+    if (coil == 0) {
+        dialog_.cmdTestA.Caption = form::FrmHardware::kTestA;
+        dialog_.cmdTestB.Caption = form::FrmHardware::kTestB;
+        dialog_.lblTest.Caption = "";
+        tested_ = nullptr;
+        closeBoard();
+        return;
+    }
+    const std::string engine =
+        tested_ == &dialog_.cmdTestA ? main_.lblEngineA.Caption : main_.lblEngineB.Caption;
+    dialog_.lblTest.Caption = engine + ": coil " + std::to_string(coil);
+}
+
+void HardwareAndLinks::cmdSaveHardware_Click() {
+    test_.stop();
+    if (!change(chosen())) return;
+    try {
+        hardware_.keep();
+    } catch (const runtime::FileError& error) {
+        refuse(error.what());
+        return;
+    }
+    dialog_.unload();
+}
+
+void HardwareAndLinks::cmdExitHardware_Click() {
+    test_.stop();
+    change(before_);
+    dialog_.unload();
+}
+
+} // namespace config

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "engine/coil_test.h"
+#include "form/boxes.h"
+#include "form/dialogs.h"
+#include "form/form1.h"
+#include "platform/hardware.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace config {
+
+/// The dialog for printer port, USB board, and the addresses of the links, with a test of the coils. A test
+/// goes over to the devices chosen at once; Cancel goes back.
+class HardwareAndLinks {
+  public:
+    HardwareAndLinks(form::Form1& main, form::FrmHardware& dialog, form::Boxes& boxes,
+                     engine::OutputPorts& outputs, platform::Hardware& hardware);
+
+    void Form_Load();
+    void cmdSaveHardware_Click();
+    void cmdExitHardware_Click();
+    /// Tests engine 1 or 2; a second press ends the test.
+    void cmdTest_Click(int motor);
+    /// Shows the state of the link to the bridge.
+    void tmrBridge_Timer();
+
+    /// Other devices or links are in use now.
+    std::function<void()> onChange;
+
+    /// The entries of the dialog's lists for these settings and this computer's devices.
+    static std::vector<std::string> portList(const platform::Hardware& hardware);
+    static std::vector<std::string> boardList();
+
+  private:
+    platform::HardwareSettings chosen() const;
+    /// Goes over to `settings`; false, after a box that says why, when that is refused.
+    bool change(const platform::HardwareSettings& settings);
+    void chosePort();
+    bool openBoard();
+    void closeBoard();
+    void showCoil(int coil);
+    bool refuse(const std::string& why);
+
+    form::Form1& main_;
+    form::FrmHardware& dialog_;
+    form::Boxes& boxes_;
+    engine::OutputPorts& outputs_;
+    platform::Hardware& hardware_;
+    engine::CoilTest test_;
+    const platform::HardwareSettings before_;
+    form::Button* tested_ = nullptr;
+    bool boardOpened_ = false; // for the test alone
+};
+
+} // namespace config

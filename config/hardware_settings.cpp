@@ -1,0 +1,129 @@
+#include "config/hardware_settings.h"
+
+#include "bridge/protocol.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace config {
+
+namespace {
+
+using platform::HardwareSettings;
+
+constexpr std::uint16_t kLowestIoAddress = 0x100; // below are the board's own devices
+constexpr std::uint16_t kHighestIoAddress = 0xFFF0;
+constexpr int kRegisters = 4; // a port's registers begin at a multiple of this
+constexpr int kHighestCard = 3;
+constexpr std::size_t kLongestHost = 253; // RFC 1035
+
+/// The whole text as a number without a sign.
+template <class Number>
+std::optional<Number> number(std::string_view text, int base = 10) {
+    Number value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, base);
+    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+    return value;
+}
+
+bool isHost(std::string_view text) {
+    const auto belongs = [](unsigned char letter) { return letter > ' ' && letter != 0x7F; };
+    return !text.empty() && text.size() <= kLongestHost && std::ranges::all_of(text, belongs);
+}
+
+std::string quoted(const std::string& text) {
+    return "\"" + text + "\"";
+}
+
+std::optional<std::string> faultOfPort(const std::string& text) {
+    if (text == kAutomatic || text == kSimulated || text.starts_with('/') || ioAddress(text))
+        return std::nullopt;
+    return quoted(text) +
+           " is neither \"simulated\" nor a device such as /dev/parport0 nor an I/O address such "
+           "as 0x378 (0x100 to 0xFFF0, a multiple of 4)";
+}
+
+std::optional<std::string> faultOfUsb(const std::string& text) {
+    if (text == kNone || text == kSimulated || cardAddress(text)) return std::nullopt;
+    return quoted(text) +
+           " is neither \"none\" nor \"simulated\" nor \"k8055\" or \"k8055:0\" to \"k8055:3\"";
+}
+
+std::optional<std::string> faultOfListenAddress(const std::string& text) {
+    int parts = 0;
+    std::string_view rest = text;
+    for (bool more = true; more; ++parts) {
+        const auto point = rest.find('.');
+        if (!number<std::uint8_t>(rest.substr(0, point))) break;
+        more = point != std::string_view::npos;
+        rest.remove_prefix(more ? point + 1 : rest.size());
+        if (!more && parts == 3) return std::nullopt;
+    }
+    return quoted(text) + " is no IPv4 address such as 192.168.1.20";
+}
+
+std::optional<std::string> faultOfHost(const std::string& text) {
+    if (isHost(text)) return std::nullopt;
+    return quoted(text) + " is no host name or address";
+}
+
+std::optional<std::string> faultOfBridge(const std::string& text) {
+    if (parseEndpoint(text, bridge::kPort)) return std::nullopt;
+    return quoted(text) + " is not HOST or HOST:PORT, with a port from 1 to 65535";
+}
+
+} // namespace
+
+const std::array<HardwareField, 5> kHardwareFields = {{
+    {"port", &HardwareSettings::port, faultOfPort},
+    {"usb", &HardwareSettings::usb, faultOfUsb},
+    {"n1mm-listen", &HardwareSettings::n1mmListen, faultOfListenAddress},
+    {"tracking-server", &HardwareSettings::trackingServer, faultOfHost},
+    {"bridge", &HardwareSettings::bridge, faultOfBridge},
+}};
+
+std::optional<std::uint16_t> ioAddress(std::string_view port) {
+    if (!port.starts_with("0x") && !port.starts_with("0X")) return std::nullopt;
+    const auto address = number<std::uint16_t>(port.substr(2), 16);
+    if (!address || *address < kLowestIoAddress || *address > kHighestIoAddress || *address % kRegisters != 0)
+        return std::nullopt;
+    return address;
+}
+
+std::optional<int> cardAddress(std::string_view usb) {
+    constexpr std::string_view kBoard = "k8055";
+    if (usb == kBoard) return 0;
+    if (!usb.starts_with(kBoard) || usb.substr(kBoard.size(), 1) != ":") return std::nullopt;
+    const auto card = number<unsigned>(usb.substr(kBoard.size() + 1));
+    if (!card || *card > kHighestCard) return std::nullopt;
+    return static_cast<int>(*card);
+}
+
+std::optional<Endpoint> parseEndpoint(std::string_view text, std::uint16_t usualPort) {
+    std::string_view host = text;
+    std::string_view rest;
+    if (text.starts_with('[')) {
+        const auto end = text.find(']');
+        if (end == std::string_view::npos) return std::nullopt;
+        host = text.substr(1, end - 1);
+        rest = text.substr(end + 1);
+    } else if (const auto colon = text.find(':'); colon != std::string_view::npos) {
+        host = text.substr(0, colon);
+        rest = text.substr(colon);
+    }
+    if (!isHost(host)) return std::nullopt;
+    if (rest.empty()) return Endpoint{std::string(host), usualPort};
+    const auto port = number<std::uint16_t>(rest.substr(1));
+    if (!rest.starts_with(':') || !port || *port == 0) return std::nullopt;
+    return Endpoint{std::string(host), *port};
+}
+
+std::optional<std::string> faultOf(const HardwareSettings& settings) {
+    for (const HardwareField& field : kHardwareFields) {
+        if (const auto fault = field.fault(settings.*field.value))
+            return std::string(field.name) + ": " + *fault;
+    }
+    return std::nullopt;
+}
+
+} // namespace config

@@ -1,0 +1,60 @@
+#include "engine/coil_test.h"
+
+#include "engine/coil_sequence.h"
+
+#include <utility>
+
+namespace engine {
+
+CoilTest::CoilTest(form::Form1& form, OutputPorts& outputs, form::Timer& timer)
+    : outputs_(outputs), timer_(timer), sides_(form) {
+    timer_.Interval = kMillisecondsPerCoil;
+    timer_.Tick.attach([this] { next(); });
+}
+
+void CoilTest::start(int motor) {
+    stop();
+    side_ = motor == sides_.a.motor ? &sides_.a : &sides_.b;
+    coil_ = 1;
+    timer_.Enabled = true;
+    light();
+}
+
+void CoilTest::stop() {
+    if (!running()) return;
+    end();
+    outputs_.cmdOff_Click();
+}
+
+void CoilTest::next() {
+    if (sides_.anyRunning()) {
+        end(); // the coils are the engine's now
+    } else if (coil_ == kLamps) {
+        stop();
+    } else {
+        ++coil_;
+        light();
+    }
+}
+
+void CoilTest::light() {
+    try {
+        outputs_.cmdOff_Click();
+        const auto number = static_cast<std::size_t>(coil_ - 1);
+        side_->lamps.at(number)->FillColor = form::kRed;
+        outputs_.subBitPorta(0, side_->firstOutput - 1 + coil_);
+        // A full step's USB value is one coil.
+        outputs_.subUsbOnOff(kFullStep.at(number).usb * side_->usbFactor, side_->motor);
+    } catch (...) {
+        end();
+        throw;
+    }
+    if (onCoil) onCoil(coil_);
+}
+
+void CoilTest::end() {
+    timer_.Enabled = false;
+    if (std::exchange(coil_, 0) != 0 && onCoil) onCoil(0);
+}
+
+} // namespace engine

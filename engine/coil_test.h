@@ -1,0 +1,41 @@
+#pragma once
+
+#include "engine/output_ports.h"
+#include "engine/side.h"
+#include "form/timer.h"
+
+#include <functional>
+
+namespace engine {
+
+/// Lights the four coils of an engine one after the other, slowly, so that a user can check the wiring. The
+/// engine's position does not change, although its rotor may twitch.
+class CoilTest {
+  public:
+    static constexpr int kMillisecondsPerCoil = 800;
+
+    /// `timer` is for the test alone.
+    CoilTest(form::Form1& form, OutputPorts& outputs, form::Timer& timer);
+
+    /// Lights the first coil of engine 1 or 2. Ends a test that runs. No engine is running.
+    void start(int motor);
+    /// All coils off. Does nothing while no test runs.
+    void stop();
+    bool running() const { return coil_ > 0; }
+
+    /// Told the coil that is lit, 1 to 4; 0: the test is over.
+    std::function<void(int coil)> onCoil;
+
+  private:
+    void next();
+    void light();
+    void end();
+
+    OutputPorts& outputs_;
+    form::Timer& timer_;
+    Sides sides_;
+    const Side* side_ = nullptr;
+    int coil_ = 0;
+};
+
+} // namespace engine

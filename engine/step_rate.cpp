@@ -1,0 +1,35 @@
+#include "engine/step_rate.h"
+
+#include <cmath>
+#include <utility>
+
+namespace engine {
+
+namespace {
+
+constexpr double kMillisecondsPerSecond = 1000;
+
+} // namespace
+
+void StepRate::count(int motor, bool made) {
+    Counts& counts = counts_.at(static_cast<std::size_t>(motor - 1));
+    ++counts.due;
+    if (made) ++counts.made;
+}
+
+std::string StepRate::takeText(const Sides& sides) {
+    std::string text;
+    for (const Side* side : {&sides.a, &sides.b}) {
+        const Counts counts = std::exchange(counts_.at(static_cast<std::size_t>(side->motor - 1)), Counts());
+        const form::Timer& timer = side->forward.Enabled ? side->forward : side->backward;
+        if (!timer.Enabled || timer.Interval <= 0 || counts.due == 0) continue;
+        const double share = static_cast<double>(counts.made) / static_cast<double>(counts.due);
+        if (share >= kKeepsUp) continue;
+        const double set = kMillisecondsPerSecond / timer.Interval;
+        text += (text.empty() ? "" : ", ") + side->lblEngine.Caption.get() + ": " +
+                std::to_string(std::lround(set * share)) + " of " + std::to_string(std::lround(set));
+    }
+    return text.empty() ? text : text + " steps/s (USB board)";
+}
+
+} // namespace engine

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace platform {
+
+/// What the user chooses about devices and links, in the words of the command line.
+struct HardwareSettings {
+    /// "simulated", a device "/dev/parportN", an I/O address "0x378", or "auto": /dev/parport0 where it can
+    /// be claimed, else simulated.
+    std::string port = "auto";
+    std::string usb = "none"; // or "simulated", or "k8055:0" to "k8055:3"
+    std::string n1mmListen = "127.0.0.1";
+    std::string trackingServer = "127.0.0.1"; // host name or address
+    std::string bridge = "127.0.0.1:7380";    // HOST[:PORT]
+
+    bool operator==(const HardwareSettings&) const = default;
+};
+
+/// The devices and links behind the ports, which the user can change while the program runs.
+class Hardware {
+  public:
+    virtual ~Hardware() = default;
+    /// Those in use.
+    virtual const HardwareSettings& settings() const = 0;
+    /// Whether the command line gave this one, so that it cannot be changed until the next start.
+    virtual bool isFixed(std::string HardwareSettings::*setting) const = 0;
+    /// Goes over to other devices and links. The outputs are off and the USB board is closed meanwhile.
+    /// Throws runtime::ObjectError, naming what was refused; all is then as it was.
+    virtual void use(const HardwareSettings& settings) = 0;
+    /// Stores the settings in use for the next start; a fixed one stays stored as it was. Throws
+    /// runtime::FileError.
+    virtual void keep() = 0;
+    /// The devices "/dev/parportN" of this computer.
+    virtual std::vector<std::string> printerPorts() const = 0;
+    /// What the status bar calls the printer port: "/dev/parport0", "simulated".
+    virtual std::string outputsName() const = 0;
+    /// The state of the link to the bridge, in one line: "bridge 127.0.0.1:7380 connected".
+    virtual std::string bridgeStateText() const = 0;
+};
+
+} // namespace platform

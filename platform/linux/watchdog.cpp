@@ -1,0 +1,219 @@
+#include "platform/linux/watchdog.h"
+
+#include "runtime/errors.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <stdexcept>
+#include <sys/eventfd.h>
+
+namespace linux_ports {
+
+namespace {
+
+using watchdog::Kind;
+
+constexpr const char* kProgramName = "twinstep-watchdog";
+/// A watchdog that lived for less has not done its work; so many of these in a row, and it is given up.
+constexpr std::chrono::seconds kShortLife{1};
+constexpr int kShortLivesInARow = 3;
+
+const watchdog::Request kCrash = [] {
+    watchdog::Request crash;
+    crash.kind = Kind::Crash;
+    return crash;
+}();
+
+watchdog::Request requestTo(Kind kind) {
+    watchdog::Request request;
+    request.kind = kind;
+    return request;
+}
+
+watchdog::Request guardOf(unsigned address) {
+    watchdog::Request request = requestTo(Kind::GuardAddress);
+    request.address = address;
+    return request;
+}
+
+watchdog::Request guardOf(const std::string& device) {
+    watchdog::Request request = requestTo(Kind::GuardBoard);
+    if (device.size() >= sizeof request.path)
+        throw runtime::ObjectError(device + ": " + reason(ENAMETOOLONG));
+    std::copy(device.begin(), device.end(), request.path);
+    return request;
+}
+
+std::string portName(unsigned address) {
+    constexpr const char* kDigits = "0123456789abcdef";
+    std::string digits;
+    for (unsigned rest = address; rest > 0 || digits.empty(); rest /= 16)
+        digits.insert(digits.begin(), kDigits[rest % 16]);
+    return "the printer port at 0x" + digits;
+}
+
+constexpr const char* kPortName = "the printer port";
+
+void ask(WatchdogProcess& process, watchdog::Request request, int descriptor, const std::string& device) {
+    const int error = process.ask(request, descriptor);
+    if (error == 0) return;
+    const auto why = [error] {
+        switch (error) {
+        case ETIMEDOUT:
+            return std::string("it does not answer");
+        case EPIPE:
+        case ECONNRESET:
+            return std::string("it has ended");
+        default:
+            return reason(error);
+        }
+    };
+    throw runtime::ObjectError("The watchdog cannot guard " + device + ": " + why());
+}
+
+} // namespace
+
+/// Ends the watching, whatever has been watched by then.
+class Watchdog::Watching : public FdWatch {
+  public:
+    explicit Watching(Watchdog& watchdog) : watchdog_(watchdog) {}
+    Watching(const Watching&) = delete;
+    Watching& operator=(const Watching&) = delete;
+    ~Watching() override {
+        watchdog_.trippedWatch_.reset();
+        watchdog_.endWatch_.reset();
+        watchdog_.missingWatch_.reset();
+        watchdog_.watcher_ = nullptr;
+    }
+
+  private:
+    Watchdog& watchdog_;
+};
+
+std::filesystem::path Watchdog::installedProgram() {
+    const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    auto beside = folder / kProgramName;
+    if (std::filesystem::exists(beside)) return beside;
+    return (folder / "../libexec/twinstep" / kProgramName).lexically_normal();
+}
+
+Watchdog::Watchdog(std::filesystem::path program)
+    : program_(std::move(program)), crashNotice_(&kCrash, kCrash.size()),
+      process_(std::make_unique<WatchdogProcess>(program_)),
+      missing_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
+    if (!missing_) throw runtime::ObjectError("The watchdog cannot be watched: " + reason(errno));
+}
+
+Watchdog::~Watchdog() = default;
+
+void Watchdog::guardPort(int descriptor) {
+    require(requestTo(Kind::GuardDescriptor), descriptor, kPortName);
+    port_ = descriptor;
+    address_.reset();
+}
+
+void Watchdog::guardPortAddress(unsigned address) {
+    require(guardOf(address), -1, portName(address));
+    address_ = address;
+    port_.reset();
+}
+
+void Watchdog::guardBoard(const std::string& device) {
+    require(guardOf(device), -1, device);
+    board_ = device;
+}
+
+void Watchdog::forgetPort() {
+    port_.reset();
+    address_.reset();
+    forget(Kind::ForgetPort);
+}
+
+void Watchdog::forgetBoard() {
+    board_.reset();
+    forget(Kind::ForgetBoard);
+}
+
+void Watchdog::require(watchdog::Request request, int descriptor, const std::string& device) {
+    if (!process_) replace();
+    ask(*process_, request, descriptor, device);
+}
+
+void Watchdog::forget(Kind kind) {
+    watchdog::Request request = requestTo(kind);
+    // One that cannot be told must not keep the port: its end frees it, and the next one does not take it.
+    if (process_ && process_->ask(request) != 0) process_->kill();
+}
+
+void Watchdog::beat(bool engineRuns) {
+    engineRuns_ = engineRuns;
+    if (process_) {
+        watchdog::Request request = requestTo(Kind::Beat);
+        request.engineRuns = engineRuns;
+        // A watchdog that sleeps is none.
+        if (!process_->tell(request)) process_->kill();
+    } else if (engineRuns) {
+        const std::uint64_t one = 1;
+        [[maybe_unused]] const ssize_t written = ::write(missing_.get(), &one, sizeof one);
+    }
+}
+
+std::unique_ptr<FdWatch> Watchdog::watch(FdWatcher& watcher, std::function<void()> tripped,
+                                         std::function<void(const std::string&)> unguarded) {
+    watcher_ = &watcher;
+    tripped_ = std::move(tripped);
+    unguarded_ = std::move(unguarded);
+    missingWatch_ = watcher.watch(missing_.get(), [this] {
+        std::uint64_t count = 0;
+        if (::read(missing_.get(), &count, sizeof count) == sizeof count && !process_) onEnd();
+    });
+    watchProcess();
+    return std::make_unique<Watching>(*this);
+}
+
+void Watchdog::watchProcess() {
+    if (!watcher_ || !process_) return;
+    trippedWatch_ = watcher_->watch(process_->tripped(), [this] { onTripped(); });
+    endWatch_ = watcher_->watch(process_->end(), [this] { onEnd(); });
+}
+
+void Watchdog::onTripped() {
+    if (process_ && process_->takeTripped()) tripped_();
+}
+
+void Watchdog::onEnd() {
+    try {
+        replace();
+    } catch (const std::exception& error) {
+        unguarded_(error.what());
+    }
+}
+
+void Watchdog::replace() {
+    trippedWatch_.reset();
+    endWatch_.reset();
+    if (process_ && Clock::now() - started_ < kShortLife) {
+        ++shortLives_;
+    } else {
+        shortLives_ = 0;
+    }
+    process_.reset();
+    if (shortLives_ >= kShortLivesInARow) {
+        shortLives_ = 0;
+        throw runtime::ObjectError("The watchdog " + program_.string() + " ends again and again");
+    }
+    auto process = std::make_unique<WatchdogProcess>(program_);
+    started_ = Clock::now();
+    guardAnew(*process);
+    process_ = std::move(process);
+    watchProcess();
+    beat(engineRuns_);
+}
+
+void Watchdog::guardAnew(WatchdogProcess& process) const {
+    if (port_) ask(process, requestTo(Kind::GuardDescriptor), *port_, kPortName);
+    if (address_) ask(process, guardOf(*address_), -1, portName(*address_));
+    if (board_) ask(process, guardOf(*board_), -1, *board_);
+}
+
+} // namespace linux_ports

@@ -1,0 +1,211 @@
+#include "config/hardware_settings.h"
+#include "engine/coil_test.h"
+#include "tests/desk.h"
+
+#include <gmock/gmock.h>
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+namespace {
+
+TEST(HardwareSettings, TextsAreReadOrRefused) {
+    struct Case {
+        const char* name;
+        std::vector<const char*> good, bad;
+    };
+    const Case cases[] = {
+        {"port",
+         {"auto", "simulated", "/dev/parport0", "0x378", "0X3bc", "0xFFF0", "0XdFf8"},
+         {"", "parport0", "0x", "0x37", "0x379", "0x10378", "0x-378", "888", "0x378 ", "0x37g", "0xFFF4"}},
+        {"usb",
+         {"none", "simulated", "k8055", "k8055:0", "k8055:3"},
+         {"", "k8055:4", "k8055:", "k8055:-1", "K8055", "k80550"}},
+        {"n1mm-listen",
+         {"127.0.0.1", "0.0.0.0", "255.255.255.255"},
+         {"", "localhost", "1.2.3", "1.2.3.4.5", "256.0.0.1", "1.2.3.", "1..2.3", "1.2.3.4 "}},
+        {"tracking-server", {"127.0.0.1", "shack.local", "::1"}, {"", "a b", "a\nb"}},
+        {"bridge",
+         {"station", "station:7380", "10.0.0.2:1", "[fe80::1]:65535", "[::1]"},
+         {"", ":7380", "station:", "station:0", "station:65536", "fe80::1", "[::1", "[::1]7380", "a b"}},
+    };
+    for (const config::HardwareField& field : config::kHardwareFields) {
+        const auto* const found = std::ranges::find(cases, std::string(field.name), &Case::name);
+        ASSERT_NE(found, std::end(cases)) << field.name;
+        for (const char* text : found->good)
+            EXPECT_EQ(field.fault(text), std::nullopt) << field.name << " " << text;
+        for (const char* text : found->bad)
+            EXPECT_NE(field.fault(text), std::nullopt) << field.name << " " << text;
+    }
+    EXPECT_EQ(config::ioAddress("0x3BC"), 0x3BC);
+    EXPECT_EQ(config::cardAddress("k8055:2"), 2);
+    EXPECT_EQ(config::parseEndpoint("[::1]:9", 7), (config::Endpoint{"::1", 9}));
+    EXPECT_EQ(config::parseEndpoint("shack", 7), (config::Endpoint{"shack", 7}));
+}
+
+struct HardwareDialog : Desk {
+    void SetUp() override { startTuner(); }
+    void open(std::function<void(form::FrmHardware&)> script) {
+        bool opened = false;
+        inDialog<form::FrmHardware>([&](form::FrmHardware& dialog) {
+            opened = true;
+            script(dialog);
+        });
+        f().mnuHardware.Click.fire();
+        ASSERT_TRUE(opened);
+    }
+    static void choosePort(form::FrmHardware& dialog, const std::string& entry) {
+        const auto found = std::ranges::find(dialog.cmbPort.List, entry);
+        ASSERT_NE(found, dialog.cmbPort.List.end()) << entry;
+        dialog.cmbPort.ListIndex = static_cast<int>(found - dialog.cmbPort.List.begin());
+        dialog.cmbPort.Click.fire();
+    }
+    static void chooseBoard(form::FrmHardware& dialog, const std::string& entry) {
+        const auto found = std::ranges::find(dialog.cmbUsb.List, entry);
+        ASSERT_NE(found, dialog.cmbUsb.List.end()) << entry;
+        dialog.cmbUsb.ListIndex = static_cast<int>(found - dialog.cmbUsb.List.begin());
+    }
+    void nextCoil() { clock.advance(engine::CoilTest::kMillisecondsPerCoil); }
+    /// The texts of the boxes since the last call.
+    std::vector<std::string> told() {
+        std::vector<std::string> texts;
+        for (const auto& message : dialogs.takeMessages())
+            texts.push_back(message.text);
+        return texts;
+    }
+    std::string outputsPanel() { return f().StatusBar1.Panels(form::kPanelOutputs); }
+};
+
+TEST_F(HardwareDialog, SavingUsesAndKeepsWhatIsChosen) {
+    open([this](form::FrmHardware& dialog) {
+        EXPECT_FALSE(dialog.txtPortAddress.Enabled);
+        choosePort(dialog, "/dev/parport1");
+        chooseBoard(dialog, "K8055, card 2");
+        dialog.txtN1mmListen.Text = "0.0.0.0";
+        dialog.txtTrackingServer.Text = "shack";
+        dialog.txtBridge.Text = "shack:9";
+        dialog.cmdSaveHardware.Click.fire();
+    });
+    const platform::HardwareSettings wanted{"/dev/parport1", "k8055:2", "0.0.0.0", "shack", "shack:9"};
+    EXPECT_EQ(hardware.settings(), wanted);
+    EXPECT_EQ(hardware.kept(), wanted);
+    EXPECT_EQ(outputsPanel(), "/dev/parport1");
+    EXPECT_EQ(port.data(), 0xFF);
+    open([](form::FrmHardware& dialog) {
+        EXPECT_EQ(dialog.cmbPort.List.at(static_cast<std::size_t>(dialog.cmbPort.ListIndex.get())),
+                  "/dev/parport1");
+        EXPECT_EQ(dialog.cmbUsb.List.at(static_cast<std::size_t>(dialog.cmbUsb.ListIndex.get())),
+                  "K8055, card 2");
+        EXPECT_EQ(dialog.txtBridge.Text.get(), "shack:9");
+    });
+}
+
+TEST_F(HardwareDialog, WhatIsRefusedIsToldAndChangesNothing) {
+    const auto before = hardware.settings();
+    hardware.refuse("/dev/parport1");
+    open([this](form::FrmHardware& dialog) {
+        bool unloaded = false;
+        dialog.onUnload = [&] { unloaded = true; };
+        choosePort(dialog, "/dev/parport1");
+        dialog.cmdSaveHardware.Click.fire();
+        EXPECT_THAT(told(), ElementsAre(HasSubstr("/dev/parport1: not there")));
+        choosePort(dialog, "I/O address");
+        EXPECT_TRUE(dialog.txtPortAddress.Enabled);
+        dialog.txtPortAddress.Text = "0x37";
+        dialog.cmdSaveHardware.Click.fire();
+        EXPECT_THAT(told(), ElementsAre(HasSubstr("0x37")));
+        choosePort(dialog, "/dev/parport0");
+        hardware.fillDisk();
+        dialog.cmdSaveHardware.Click.fire();
+        EXPECT_THAT(told(), ElementsAre(HasSubstr("cannot be written")));
+        EXPECT_FALSE(unloaded);
+        dialog.cmdExitHardware.Click.fire();
+        EXPECT_TRUE(unloaded);
+    });
+    EXPECT_EQ(hardware.settings(), before);
+    EXPECT_EQ(outputsPanel(), before.port);
+}
+
+TEST_F(HardwareDialog, WhatTheCommandLineGaveCannotBeChanged) {
+    hardware.fix(&platform::HardwareSettings::trackingServer);
+    open([](form::FrmHardware& dialog) {
+        EXPECT_FALSE(dialog.txtTrackingServer.Enabled);
+        EXPECT_TRUE(dialog.txtBridge.Enabled);
+        EXPECT_TRUE(dialog.lblFixed.Visible);
+    });
+}
+
+TEST_F(HardwareDialog, TheTestLightsOneCoilAfterTheOther) {
+    open([this](form::FrmHardware& dialog) {
+        choosePort(dialog, "/dev/parport0");
+        dialog.cmdTestB.Click.fire();
+        EXPECT_EQ(outputsPanel(), "/dev/parport0");
+        for (const int data : {0xEF, 0xDF, 0xBF, 0x7F}) {
+            EXPECT_EQ(port.data(), data);
+            nextCoil();
+        }
+        EXPECT_EQ(port.data(), 0xFF);
+        EXPECT_EQ(dialog.lblTest.Caption, "");
+
+        dialog.cmdTestA.Click.fire();
+        nextCoil();
+        EXPECT_EQ(port.data(), 0xFD);
+        EXPECT_EQ(dialog.lblTest.Caption, f().lblEngineA.Caption.get() + ": coil 2");
+        EXPECT_EQ(f().out2.FillColor, form::kRed);
+        dialog.cmdTestB.Click.fire(); // the other engine at once
+        EXPECT_EQ(port.data(), 0xEF);
+        dialog.cmdTestB.Click.fire(); // the same again: the end
+        EXPECT_EQ(port.data(), 0xFF);
+
+        dialog.cmdTestA.Click.fire();
+        dialog.cmdExitHardware.Click.fire();
+        EXPECT_EQ(port.data(), 0xFF);
+    });
+    EXPECT_EQ(outputsPanel(), "simulated");
+    clock.advance(10000);
+    EXPECT_EQ(port.data(), 0xFF);
+}
+
+TEST_F(HardwareDialog, TheTestReachesTheBoardAndLeavesItAsItWas) {
+    open([this](form::FrmHardware& dialog) {
+        chooseBoard(dialog, "K8055, card 0");
+        dialog.cmdTestA.Click.fire();
+        for (const int data : {8, 4, 2, 1}) {
+            EXPECT_EQ(board.outputs(), data);
+            nextCoil();
+        }
+        EXPECT_EQ(board.outputs(), 0);
+        EXPECT_FALSE(f().chkUsbOn.ticked());
+        board.answerWith(-1);
+        dialog.cmdTestA.Click.fire();
+        EXPECT_THAT(told(), ElementsAre(HasSubstr("not found")));
+        EXPECT_FALSE(f().chkUsbOn.ticked());
+        EXPECT_EQ(port.data(), 0xFF);
+    });
+}
+
+TEST_F(HardwareDialog, NothingIsTestedOrExchangedUnderARunningEngine) {
+    f().cmdAv.Click.fire();
+    open([this](form::FrmHardware& dialog) {
+        dialog.cmdTestA.Click.fire();
+        choosePort(dialog, "/dev/parport0");
+        dialog.cmdSaveHardware.Click.fire();
+        EXPECT_EQ(told().size(), 2U);
+        EXPECT_TRUE(f().Timer1.Enabled);
+    });
+    EXPECT_EQ(outputsPanel(), "simulated");
+}
+
+TEST_F(HardwareDialog, APortThatFailsEndsTheTest) {
+    open([this](form::FrmHardware& dialog) {
+        dialog.cmdTestA.Click.fire();
+        port.breakDown("gone");
+        nextCoil();
+        EXPECT_EQ(told().size(), 1U);
+        EXPECT_EQ(dialog.lblTest.Caption, "");
+        nextCoil();
+        EXPECT_TRUE(told().empty());
+    });
+}
+
+} // namespace

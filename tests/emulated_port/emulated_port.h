@@ -1,0 +1,48 @@
+#pragma once
+
+#include "tests/emulated_port/state.h"
+
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <string>
+#include <sys/file.h>
+#include <unistd.h>
+
+/// The file behind an emulated printer port, seen from the test; programs see it as /dev/parport0 when they
+/// have `environment`. Its data lines start with every coil on.
+class EmulatedPort {
+  public:
+    static constexpr int kAllOff = 0xFF;
+
+    explicit EmulatedPort(std::filesystem::path path)
+        : path_(std::move(path)), fd_(::open(path_.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600)) {
+        setData(0);
+    }
+    EmulatedPort(const EmulatedPort&) = delete;
+    EmulatedPort& operator=(const EmulatedPort&) = delete;
+    ~EmulatedPort() { ::close(fd_); }
+
+    const std::filesystem::path& path() const { return path_; }
+
+    EmulatedPortState state() const {
+        EmulatedPortState state;
+        [[maybe_unused]] const ssize_t size = ::pread(fd_, &state, sizeof state, 0);
+        return state;
+    }
+    int data() const { return state().data; }
+    bool isOff() const { return data() == kAllOff; }
+    void setData(std::uint8_t data) {
+        EmulatedPortState state;
+        state.data = data;
+        [[maybe_unused]] const ssize_t size = ::pwrite(fd_, &state, sizeof state, 0);
+    }
+
+    /// As another driver would; true when nobody else has it.
+    bool claim() { return ::flock(fd_, LOCK_EX | LOCK_NB) == 0; }
+    void release() { ::flock(fd_, LOCK_UN); }
+
+  private:
+    std::filesystem::path path_;
+    int fd_;
+};

@@ -1,0 +1,124 @@
+// A printer port of the kernel's ppdev driver, for programs started with this library in LD_PRELOAD:
+// /dev/parport0 stands for the file that EMULATED_PORT names. All state is in that file and in the system's
+// locks on it, so that, as with the real driver, a descriptor works in every process that it is handed to,
+// and its claim lasts until the last of them has closed it.
+
+#include "tests/emulated_port/state.h"
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <linux/ppdev.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr const char* kDevice = "/dev/parport0";
+
+template <class Function>
+Function* real(const char* name) {
+    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
+}
+
+const char* fileBehind(const char* path) {
+    const char* file = std::getenv("EMULATED_PORT");
+    return file && std::strcmp(path, kDevice) == 0 ? file : path;
+}
+
+bool isPort(int fd) {
+    const char* file = std::getenv("EMULATED_PORT");
+    struct stat wanted {
+    }, found{};
+    return file && ::fstat(fd, &found) == 0 && ::stat(file, &wanted) == 0 && found.st_dev == wanted.st_dev &&
+           found.st_ino == wanted.st_ino;
+}
+
+std::int64_t now() {
+    timespec time{};
+    ::clock_gettime(CLOCK_MONOTONIC, &time);
+    return time.tv_sec * 1'000'000'000LL + time.tv_nsec;
+}
+
+int fail(int error) {
+    errno = error;
+    return -1;
+}
+
+/// The kernel answers so where another process has claimed the port for itself.
+int claim(int fd) {
+    return ::flock(fd, LOCK_EX | LOCK_NB) == 0 ? 0 : fail(ENXIO);
+}
+
+int writeData(int fd, std::uint8_t data) {
+    EmulatedPortState state;
+    if (::pread(fd, &state, sizeof state, 0) < 0) return -1;
+    if (state.data != data) state.changed = now();
+    state.data = data;
+    state.writer = ::getpid();
+    ++state.writes;
+    return ::pwrite(fd, &state, sizeof state, 0) == sizeof state ? 0 : fail(EIO);
+}
+
+int readData(int fd, std::uint8_t& data) {
+    EmulatedPortState state;
+    if (::pread(fd, &state, sizeof state, 0) < 0) return -1;
+    data = state.data;
+    return 0;
+}
+
+int answer(int fd, unsigned long request, void* argument) {
+    switch (request) {
+    case PPCLAIM:
+        return claim(fd);
+    case PPRELEASE:
+        return ::flock(fd, LOCK_UN);
+    case PPWDATA:
+        return writeData(fd, *static_cast<const std::uint8_t*>(argument));
+    case PPRDATA:
+        return readData(fd, *static_cast<std::uint8_t*>(argument));
+    default: // PPEXCL, PPDATADIR
+        return 0;
+    }
+}
+
+bool isKnown(unsigned long request) {
+    return request == PPEXCL || request == PPCLAIM || request == PPRELEASE || request == PPDATADIR ||
+           request == PPWDATA || request == PPRDATA;
+}
+
+} // namespace
+
+extern "C" {
+
+int ioctl(int fd, unsigned long request, ...) noexcept {
+    va_list rest;
+    va_start(rest, request);
+    void* argument = va_arg(rest, void*);
+    va_end(rest);
+    if (isKnown(request) && isPort(fd)) return answer(fd, request, argument);
+    const auto next = real<int(int, unsigned long, void*)>("ioctl");
+    return next(fd, request, argument);
+}
+
+int open(const char* path, int flags, ...) {
+    va_list rest;
+    va_start(rest, flags);
+    const unsigned mode = flags & (O_CREAT | O_TMPFILE) ? va_arg(rest, unsigned) : 0;
+    va_end(rest);
+    const auto next = real<int(const char*, int, unsigned)>("open");
+    return next(fileBehind(path), flags, mode);
+}
+
+int stat(const char* path, struct stat* result) noexcept {
+    const auto next = real<int(const char*, struct stat*)>("stat");
+    return next(fileBehind(path), result);
+}
+
+} // extern "C"

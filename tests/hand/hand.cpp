@@ -1,0 +1,87 @@
+#include "hand.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QMessageBox>
+#include <QSocketNotifier>
+#include <QTimer>
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <unistd.h>
+
+namespace {
+
+/// Carries out one order from standard input, in the event loop; answers on standard output.
+void obey(const QByteArray& order) {
+    const QByteArray what = order.split(' ').constFirst();
+    const QString name = QString::fromUtf8(order.mid(what.size() + 1));
+    std::string reply = "done";
+    if (what == "click") {
+        for (QWidget* widget : QApplication::allWidgets()) {
+            auto* button = qobject_cast<QAbstractButton*>(widget);
+            if (button && button->objectName() == name) button->click();
+        }
+    } else if (what == "open") {
+        for (const QWidget* window : QApplication::topLevelWidgets()) {
+            // Later, because a dialog keeps its opener waiting.
+            if (auto* action = window->findChild<QAction*>(name))
+                QTimer::singleShot(0, action, [action] { action->trigger(); });
+        }
+    } else if (what == "choose") {
+        const qsizetype nameEnd = name.indexOf(' ');
+        for (QWidget* widget : QApplication::allWidgets()) {
+            auto* box = qobject_cast<QComboBox*>(widget);
+            if (box && box->objectName() == name.left(nameEnd))
+                emit box->activated(box->findText(name.mid(nameEnd + 1)));
+        }
+    } else if (what == "box") {
+        const auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        reply = box ? box->text().toStdString() : "none";
+    } else if (what == "accept") {
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) box->accept();
+    } else if (what == "hang") {
+        while (true) {
+        }
+    } else if (what == "exit") {
+        std::exit(EXIT_SUCCESS);
+    } else if (what == "abort") {
+        std::abort();
+    } else {
+        reply = "what?";
+    }
+    std::cout << reply << std::endl;
+}
+
+/// The hand lives as long as the program.
+class Hand : public QObject {
+  public:
+    Hand() {
+        connect(&notifier_, &QSocketNotifier::activated, this, [this] { read(); });
+    }
+
+  private:
+    void read() {
+        char bytes[256];
+        const ssize_t size = ::read(STDIN_FILENO, bytes, sizeof bytes);
+        if (size <= 0) return notifier_.setEnabled(false);
+        orders_.append(bytes, size);
+        for (qsizetype end = 0; (end = orders_.indexOf('\n')) >= 0;) {
+            const QByteArray order = orders_.left(end);
+            orders_.remove(0, end + 1);
+            // Later, so that an order that opens a box leaves the next one to be read.
+            QTimer::singleShot(0, this, [order] { obey(order); });
+        }
+    }
+
+    QByteArray orders_;
+    QSocketNotifier notifier_{STDIN_FILENO, QSocketNotifier::Read};
+};
+
+} // namespace
+
+QObject* HandPlugin::create(const QString& /*key*/, const QString& /*specification*/) {
+    return new Hand;
+}

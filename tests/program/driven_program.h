@@ -1,0 +1,119 @@
+#pragma once
+
+#include "tests/emulated_port/emulated_port.h"
+
+#include <QElapsedTimer>
+#include <QProcess>
+#include <algorithm>
+#include <csignal>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+/// Whether `done` became true in time; generous, for a busy machine.
+inline bool comesTrue(const std::function<bool()>& done, int milliseconds = 15000) {
+    QElapsedTimer clock;
+    clock.start();
+    while (!done()) {
+        if (clock.elapsed() > milliseconds) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
+
+/// The children of a process, dead ones that nobody has reaped included.
+inline std::vector<pid_t> childrenOf(pid_t parent) {
+    std::vector<pid_t> children;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        const std::string name = entry.path().filename();
+        if (name.find_first_not_of("0123456789") != std::string::npos) continue;
+        std::ifstream file(entry.path() / "stat");
+        const std::string line{std::istreambuf_iterator<char>(file), {}};
+        // "pid (name) state parent ..."; the name may hold anything.
+        const auto nameEnd = line.rfind(')');
+        if (nameEnd == std::string::npos) continue;
+        if (std::stoi(line.substr(nameEnd + 4)) == parent) children.push_back(std::stoi(name));
+    }
+    return children;
+}
+
+/// This process becomes the parent of orphans, so that it learns how a watchdog ended whose controller is
+/// gone.
+inline void adoptOrphans() {
+    ::prctl(PR_SET_CHILD_SUBREAPER, 1);
+}
+/// The exit code of an orphan; -1 when it does not end in time, or crashes.
+inline int orphanEnds(pid_t pid) {
+    int status = 0;
+    if (!comesTrue([&] { return ::waitpid(pid, &status, WNOHANG) == pid; })) return -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+/// The real program with its window, an emulated printer port and a hand on its buttons, in a process group
+/// of its own.
+class DrivenProgram {
+  public:
+    DrivenProgram(const EmulatedPort& port, const QStringList& arguments, const QString& display = {}) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("LD_PRELOAD", TWINSTEP_EMULATED_PORT);
+        environment.insert("EMULATED_PORT", QString::fromStdString(port.path()));
+        environment.insert("QT_PLUGIN_PATH", TWINSTEP_PLUGINS);
+        environment.insert("QT_QPA_GENERIC_PLUGINS", "hand");
+        environment.insert("QT_QPA_PLATFORM", display.isEmpty() ? "offscreen" : "xcb");
+        environment.remove("WAYLAND_DISPLAY");
+        environment.insert("DISPLAY", display);
+        process_.setProcessEnvironment(environment);
+        process_.setChildProcessModifier([] { ::setpgid(0, 0); });
+        process_.start(TWINSTEP_PROGRAM, arguments);
+        process_.waitForStarted();
+        pid_ = static_cast<pid_t>(process_.processId());
+    }
+    DrivenProgram(const DrivenProgram&) = delete;
+    DrivenProgram& operator=(const DrivenProgram&) = delete;
+    ~DrivenProgram() { process_.kill(), process_.waitForFinished(); }
+
+    pid_t pid() const { return pid_; }
+    /// 0 when it has none, or more than one child.
+    pid_t watchdog() const {
+        const auto children = childrenOf(pid_);
+        return children.size() == 1 ? children.front() : 0;
+    }
+    void signal(int number) const { ::kill(pid_, number); }
+
+    /// Gives an order to the hand.
+    void order(const std::string& words) {
+        process_.write((words + '\n').c_str());
+        process_.waitForBytesWritten();
+    }
+    /// Gives it and returns the answer; empty when there is none in time.
+    std::string ask(const std::string& words) {
+        order(words);
+        while (!process_.canReadLine() && process_.waitForReadyRead(15000)) {
+        }
+        return process_.readLine().trimmed().toStdString();
+    }
+    /// Both engines run when this returns true.
+    bool runs(const EmulatedPort& port, bool forward) {
+        const bool obeyed = ask(forward ? "click cmdAv" : "click cmdInd") == "done" &&
+                            ask(forward ? "click cmdAvB" : "click cmdIndB") == "done";
+        const auto before = port.state().writes;
+        constexpr int kSomeSteps = 100; // output writes
+        return obeyed && comesTrue([&] { return port.state().writes > before + kSomeSteps; });
+    }
+
+    /// The exit code; -1 when it does not end in time, or crashes.
+    int ends() {
+        const bool ended = process_.state() == QProcess::NotRunning || process_.waitForFinished(15000);
+        return ended && process_.exitStatus() == QProcess::NormalExit ? process_.exitCode() : -1;
+    }
+    std::string errors() { return process_.readAllStandardError().toStdString(); }
+
+  private:
+    QProcess process_;
+    pid_t pid_ = 0;
+};
