@@ -86,8 +86,8 @@ void draw(const std::vector<Histogram>& histograms, const std::filesystem::path&
     }
     const double limit = x(static_cast<Nanoseconds>(kShortestAllowed * kInterval));
     svg << "<path class='limit' d='M" << limit << ' ' << kTop - 8 << 'V' << floor << "'/>\n<text x='"
-        << limit - 4 << "' y='" << kTop - 2
-        << "' text-anchor='end' fill='#c62828'>a motor may lose steps below 0.85 ms</text>\n"
+        << limit + 4 << "' y='" << kTop - 2
+        << "' fill='#c62828'>a motor may lose steps below 0.85 ms</text>\n"
         << "</svg>\n";
     if (!svg.flush()) throw std::runtime_error("cannot write " + path.string());
 }

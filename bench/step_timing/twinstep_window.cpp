@@ -95,8 +95,7 @@ Round twinstepWindow(std::chrono::seconds duration, Scheduling scheduling,
                                 .dialogs = ports.dialogs,
                                 .shell = ports.shell,
                                 .sound = ports.sound,
-                                .outputsName = ports.outputsName,
-                                .trackingServer = ports.trackingServer},
+                                .hardware = ports.hardware},
                                folder);
     ui::MainWindow window(controller.form(), controller.boxes());
     window.show();

@@ -3,15 +3,19 @@
 #include "runtime/errors.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
 #include <fstream>
+#include <linux/capability.h>
 #include <sched.h>
 #include <sys/eventfd.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 namespace linux_ports {
 
@@ -63,6 +67,15 @@ rlim_t softLimit(__rlimit_resource resource) {
     rlimit limit{};
     ::getrlimit(resource, &limit);
     return limit.rlim_cur;
+}
+
+/// The limit of memory that may be locked; root has none, whatever the number says.
+rlim_t lockLimit() {
+    __user_cap_header_struct header{.version = _LINUX_CAPABILITY_VERSION_3, .pid = 0};
+    std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> rights{};
+    const bool known = ::syscall(SYS_capget, &header, rights.data()) == 0;
+    const bool mayLockAll = known && (rights[0].effective & CAP_TO_MASK(CAP_IPC_LOCK)) != 0;
+    return mayLockAll ? RLIM_INFINITY : softLimit(RLIMIT_MEMLOCK);
 }
 
 rlim_t addressSpace() {
@@ -139,7 +152,7 @@ void Realtime::askBroker() {
 /// So that no tick waits for the disk. With MCL_FUTURE under a limit, memory could one day not be had any
 /// more, so then only what exists is locked, and only where much is left for the stacks.
 void Realtime::lockMemory() {
-    const rlim_t limit = softLimit(RLIMIT_MEMLOCK);
+    const rlim_t limit = lockLimit();
     const bool unlimited = limit == RLIM_INFINITY;
     if (!unlimited && addressSpace() + kStackReserve > limit) {
         state_.whyNot = "the limit memlock is " + std::to_string(limit >> 20U) + " MB";

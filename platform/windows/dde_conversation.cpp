@@ -3,6 +3,7 @@
 #include "platform/windows/text.h"
 
 #include <algorithm>
+#include <dde.h>
 #include <ddeml.h>
 #include <string_view>
 #include <utility>
@@ -50,7 +51,7 @@ class Conversation {
     static HDDEDATA CALLBACK callback(UINT type, UINT format, HCONV conversation, HSZ topic, HSZ item,
                                       HDDEDATA data, ULONG_PTR first, ULONG_PTR second) noexcept;
     bool goesOn() const { return !over_ && !cancellation_.cancelled(); }
-    bool serverIsThere() const;
+    HWND server() const;
     void tell(HDDEDATA data) const;
 
     const DdeListener& listener_;
@@ -112,19 +113,25 @@ void Conversation::listen() {
     MSG message;
     while (goesOn() && GetMessageW(&message, nullptr, 0, 0) > 0) {
         if (!message.hwnd && message.message == WM_TIMER) {
-            if (!serverIsThere()) over_ = true;
+            if (!IsWindow(server())) over_ = true;
             continue;
         }
+        // The library under Wine keeps a server's farewell to itself.
+        if (message.message == WM_DDE_TERMINATE && reinterpret_cast<HWND>(message.wParam) == server())
+            over_ = true;
         DispatchMessageW(&message);
     }
     KillTimer(nullptr, timer);
     if (!cancellation_.cancelled()) listener_.closed();
 }
 
-bool Conversation::serverIsThere() const {
+/// The server's window of this conversation, null when the library knows it is gone.
+HWND Conversation::server() const {
     CONVINFO info{};
     info.cb = sizeof info;
-    return DdeQueryConvInfo(conversation_, QID_SYNC, &info) == 0 || IsWindow(info.hwndPartner);
+    if (DdeQueryConvInfo(conversation_, QID_SYNC, &info) == 0 || (info.wStatus & ST_TERMINATED))
+        return nullptr;
+    return info.hwndPartner;
 }
 
 /// The item's text: what stands before the first zero byte.

@@ -67,3 +67,26 @@ TEST(StepSchedule, StallBeyondTenIntervalsStartsAnewAndCountsTheLoss) {
     EXPECT_EQ(schedule.next(), 5s + 3ms);
     EXPECT_EQ(schedule.lost(), 0u);
 }
+
+TEST(StepSchedule, ATickThatIsHeldUpKeepsItsDistanceToTheNext) {
+    StepSchedule schedule;
+    schedule.start(0ns, 1ms);
+    schedule.ticked(1ms);
+    schedule.finished(1ms + 700us); // the motor may have moved only now
+    EXPECT_GE(schedule.next(), 2ms + 590us);
+
+    // A device that takes half of each interval must not slow the rate, once it is known to.
+    schedule.start(0ns, 10ms);
+    for (int n = 0; n < 100; ++n) {
+        const auto began = schedule.next();
+        schedule.ticked(began);
+        schedule.finished(began + 5ms);
+    }
+    EXPECT_EQ(schedule.lost(), 0u);
+    const auto began = schedule.next();
+    schedule.ticked(began);
+    schedule.finished(began + 5ms);
+    EXPECT_LE(schedule.next() - began, 10ms);
+    // And when it is quick again, the next step still keeps away from the last slow one.
+    EXPECT_GE(schedule.next(), began + 5ms + 4ms);
+}

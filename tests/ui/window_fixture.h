@@ -55,6 +55,8 @@ class WindowFixture : public Desk {
         settle();
     }
 
+    void closeWindow() { window_.reset(); }
+
     ui::MainWindow& window() { return *window_; }
     template <class Kind = QWidget>
     Kind& widget(const char* name) {

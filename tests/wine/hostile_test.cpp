@@ -190,7 +190,8 @@ TEST_F(Hostile, ATextThatNoLineHoldsEndsItsLinkAlone) {
     listener.send(kHello + "link 1 HRD_RADIO_000 HRD_CAT HRD_FREQUENCY\n");
     EXPECT_TRUE(listener.hears("changed 1 "));
     sendText(std::string(100'000, '1'));
-    EXPECT_TRUE(shows("lblAutoMemConn", "Error"));
+    EXPECT_TRUE(shows("lblAutoMemConn", "Connect"));
+    EXPECT_TRUE(shows("lblFreqRx", ""));
     EXPECT_TRUE(listener.hears("failed 1 "));
     EXPECT_TRUE(listener.isConnected());
     sendText("7.013.000");

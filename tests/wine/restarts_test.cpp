@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QTcpSocket>
 #include <cstdio>
+#include <gmock/gmock.h>
+#include <vector>
 
 namespace {
 
@@ -43,19 +45,20 @@ int processesUnderWine() {
     return count;
 }
 
-/// Sockets at this port that are more than a connection's afterglow.
-int socketsAt(int port) {
+/// Sockets at this port that are more than a connection's afterglow, and their states.
+std::vector<std::string> socketsAt(int port) {
     constexpr int kLocal = 1, kRemote = 2, kState = 3;
     const QByteArray mark = ":" + QByteArray::number(port, 16).toUpper().rightJustified(4, '0');
     QFile table("/proc/net/tcp");
-    if (!table.open(QFile::ReadOnly)) return -1;
-    int count = 0;
+    EXPECT_TRUE(table.open(QFile::ReadOnly));
+    std::vector<std::string> sockets;
     for (const QByteArray& line : table.readAll().split('\n')) {
         const auto fields = line.simplified().split(' ');
         if (fields.size() <= kState || fields[kState] == "06") continue; // 06: TIME_WAIT
-        if (fields[kLocal].endsWith(mark) || fields[kRemote].endsWith(mark)) ++count;
+        if (fields[kLocal].endsWith(mark) || fields[kRemote].endsWith(mark))
+            sockets.push_back(line.simplified().toStdString());
     }
-    return count;
+    return sockets;
 }
 
 class Restarts : public StationWindow {
@@ -87,11 +90,10 @@ class Restarts : public StationWindow {
         click("cmdAutoMemConn");
         ASSERT_TRUE(shows("lblFreqRx", "7.012.000"));
         useEverything();
-        if (orderly) {
-            radio_->tell("close twinstep-bridge.exe");
-            ASSERT_TRUE(bridge->ends());
-            radio_->line("disconnected");
-        }
+        // Not by a signal: Wine's own server keeps sockets of a program that is killed from outside Wine.
+        radio_->tell(orderly ? "close twinstep-bridge.exe" : "end twinstep-bridge.exe");
+        ASSERT_TRUE(bridge->ends());
+        if (orderly) radio_->line("disconnected");
         bridge.reset();
         ASSERT_TRUE(shows("lblFreqRx", ""));
         click("cmdAutoMemConn");
@@ -148,7 +150,7 @@ TEST_F(Restarts, LeaveNothingBehind) {
     std::cout << restarts() << " restarts, " << milliseconds << " ms each\nbefore: " << before
               << "\nafter:  " << after << '\n';
     EXPECT_EQ(after, before);
-    EXPECT_EQ(socketsAt(port), 0);
+    EXPECT_THAT(socketsAt(port), ::testing::IsEmpty());
 }
 
 TEST_F(Restarts, AfterAKillLeaveNoProcessAndNoSocket) {
@@ -164,7 +166,7 @@ TEST_F(Restarts, AfterAKillLeaveNoProcessAndNoSocket) {
         return after.processes == before.processes && after.ownFiles == before.ownFiles;
     };
     EXPECT_TRUE(waitFor(likeBefore)) << after << "; before: " << before;
-    EXPECT_EQ(socketsAt(port), 0);
+    EXPECT_THAT(socketsAt(port), ::testing::IsEmpty());
 }
 
 } // namespace

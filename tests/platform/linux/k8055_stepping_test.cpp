@@ -35,8 +35,7 @@ class K8055Stepping : public ::testing::Test, protected SimulatedOutside {
                               .dialogs = dialogs,
                               .shell = shell,
                               .sound = sound,
-                              .outputsName = "simulated",
-                              .trackingServer = "127.0.0.1"};
+                              .hardware = hardware};
         controller = std::make_unique<app::Controller>(outside, folder.path());
         controller->start();
     }

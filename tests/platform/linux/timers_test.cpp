@@ -90,3 +90,16 @@ TEST_F(KernelTimers, GoOnWhileATickRunsAnEventLoopOfItsOwn) {
     timer->start(2);
     ASSERT_TRUE(EventLoop::until([&] { return nested; }));
 }
+
+TEST_F(KernelTimers, ATickThatIsHeldUpKeepsItsDistanceToTheNext) {
+    constexpr auto kInterval = 10ms;
+    std::vector<Clock::time_point> moved;
+    const auto timer = timers.create([&] {
+        if (moved.size() == 2) std::this_thread::sleep_for(kInterval * 3 / 4);
+        moved.push_back(Clock::now());
+    });
+    timer->start(10);
+    ASSERT_TRUE(EventLoop::until([&] { return moved.size() >= 6; }));
+    for (std::size_t n = 1; n < moved.size(); ++n)
+        EXPECT_GE(moved[n] - moved[n - 1], kInterval * 85 / 100);
+}

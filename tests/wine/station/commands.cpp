@@ -1,7 +1,9 @@
 #include "tests/wine/station/commands.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <iostream>
 #include <memory>
 #include <thread>
@@ -83,27 +85,29 @@ void printCounts() {
           " windows " + std::to_string(windows));
 }
 
-/// The path of the program that a window belongs to; empty when it cannot be told.
-std::string programOf(HWND window) {
-    DWORD process = 0;
-    GetWindowThreadProcessId(window, &process);
-    HANDLE handle = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, process);
-    if (!handle) return {};
-    char path[MAX_PATH];
-    DWORD size = sizeof path;
-    const BOOL known = QueryFullProcessImageNameA(handle, 0, path, &size);
-    CloseHandle(handle);
-    return known ? std::string(path, size) : std::string();
-}
-
-void close(const std::string& program) {
+/// Calls `act` with the windows of the program of this file name, and its process, which may be ended.
+void withProgram(const std::string& file, const std::function<void(HWND, HANDLE)>& act) {
+    struct Search {
+        const std::string ending;
+        const std::function<void(HWND, HANDLE)>& act;
+    };
+    const Search search{"\\" + file, act};
     EnumWindows(
-        [](HWND window, LPARAM wanted) -> BOOL {
-            if (programOf(window).ends_with("\\" + *reinterpret_cast<const std::string*>(wanted)))
-                PostMessageA(window, WM_CLOSE, 0, 0);
+        [](HWND window, LPARAM parameter) -> BOOL {
+            const auto& wanted = *reinterpret_cast<const Search*>(parameter);
+            DWORD id = 0;
+            GetWindowThreadProcessId(window, &id);
+            HANDLE process = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | PROCESS_TERMINATE, FALSE, id);
+            if (!process) return TRUE;
+            char path[MAX_PATH];
+            DWORD size = sizeof path;
+            if (QueryFullProcessImageNameA(process, 0, path, &size) &&
+                std::string_view(path, size).ends_with(wanted.ending))
+                wanted.act(window, process);
+            CloseHandle(process);
             return TRUE;
         },
-        reinterpret_cast<LPARAM>(&program));
+        reinterpret_cast<LPARAM>(&search));
 }
 
 } // namespace
@@ -112,7 +116,9 @@ bool obeyCommon(const std::string& command) {
     if (command == "count") {
         printCounts();
     } else if (const auto program = argumentOf(command, "close")) {
-        close(*program);
+        withProgram(*program, [](HWND window, HANDLE) { PostMessageA(window, WM_CLOSE, 0, 0); });
+    } else if (const auto victim = argumentOf(command, "end")) {
+        withProgram(*victim, [](HWND, HANDLE process) { TerminateProcess(process, EXIT_FAILURE); });
     } else {
         return false;
     }

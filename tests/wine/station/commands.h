@@ -24,4 +24,5 @@ void print(const std::string& line);
 ///   count           prints "count handles H atoms A windows W": open handles of all processes, global atoms
 ///                   and top-level windows of the desktop
 ///   close PROGRAM   asks the program of this file name to end, as a polite task manager does
+///   end PROGRAM     ends it at once, as an impolite one does
 bool obeyCommon(const std::string& command);
