@@ -30,8 +30,7 @@ class ChosenHardware::Port : public platform::PrinterPort {
         if (setting == config::kSimulated) {
             behind_ = std::make_unique<simulated::PrinterPort>();
         } else if (setting == config::kAutomatic) {
-            openUsual();
-            return;
+            return open(std::filesystem::exists(kUsualPort) ? kUsualPort : config::kSimulated);
         } else if (const auto address = config::ioAddress(setting)) {
             auto port = std::make_unique<linux_ports::DirectPort>(*address);
             owner_.watchdog().guardPortAddress(*address);
@@ -68,17 +67,6 @@ class ChosenHardware::Port : public platform::PrinterPort {
         works_ = worked;
     }
 
-    /// Where the user named no port the outputs may be simulated.
-    void openUsual() {
-        if (!std::filesystem::exists(kUsualPort)) return open(config::kSimulated);
-        try {
-            open(kUsualPort);
-        } catch (const runtime::ObjectError& error) {
-            owner_.notice_ += std::string(error.what()) + ". The outputs are simulated.\n";
-            open(config::kSimulated);
-        }
-    }
-
     void hold(std::unique_ptr<platform::PrinterPort> port) {
         behind_ = std::move(port);
         guarded_ = true;
@@ -108,7 +96,10 @@ class ChosenHardware::Board : public platform::UsbBoard {
                 *card,
                 linux_ports::K8055::Observer{
                     .opened = [this](const std::string& device) { owner_.watchdog().guardBoard(device); },
-                    .closed = [this] { owner_.watchdog().forgetBoard(); }});
+                    .closed =
+                        [this] {
+                            if (owner_.watchdog_) owner_.watchdog_->forgetBoard();
+                        }});
         } else {
             behind_ = std::make_unique<simulated::UsbBoard>(setting == config::kSimulated ? 0 : -1);
         }
@@ -133,12 +124,20 @@ ChosenHardware::ChosenHardware(Texts given, qt_ports::SettingsFile file)
         if (const auto text = given_.find(field.name); text != given_.end())
             settings_.*field.value = text->second;
     }
+    // One spelling for each card.
+    if (const auto card = config::cardAddress(settings_.usb))
+        settings_.usb = "k8055:" + std::to_string(*card);
     board_->choose(settings_.usb);
     try {
-        openPort(settings_.port);
+        port_->open(settings_.port);
     } catch (const runtime::ObjectError& error) {
-        if (isFixed(&HardwareSettings::port)) throw;
-        notice_ += std::string(error.what()) + ".\n";
+        if (settings_.port == config::kAutomatic) {
+            port_->open(config::kSimulated); // as the word promises
+        } else {
+            if (isFixed(&HardwareSettings::port)) throw;
+            port_->simulate();
+        }
+        notice_ += std::string(error.what()) + ". The outputs are simulated.\n";
     }
 }
 
@@ -181,8 +180,11 @@ bool ChosenHardware::portWorks() const {
     return port_->works();
 }
 
-/// Where the port is refused the outputs are simulated.
-void ChosenHardware::openPort(const std::string& setting) {
+void ChosenHardware::openPortAnew() {
+    openOrSimulate(settings_.port);
+}
+
+void ChosenHardware::openOrSimulate(const std::string& setting) {
     try {
         port_->open(setting);
     } catch (const runtime::ObjectError& error) {
@@ -198,14 +200,12 @@ void ChosenHardware::use(const HardwareSettings& settings) {
             port_->open(settings.port);
         } catch (const runtime::ObjectError& error) {
             try {
-                openPort(settings_.port);
+                openOrSimulate(settings_.port);
             } catch (const runtime::ObjectError& back) {
                 throw runtime::ObjectError(std::string(error.what()) + ". " + back.what());
             }
             throw;
         }
-    } else if (!portWorks()) {
-        openPort(settings.port);
     }
     if (settings.usb != settings_.usb) board_->choose(settings.usb);
     settings_ = settings;

@@ -35,6 +35,7 @@ class ChosenHardware : public platform::Hardware {
     bool portWorks() const override;
     bool isFixed(std::string platform::HardwareSettings::*setting) const override;
     void use(const platform::HardwareSettings& settings) override;
+    void openPortAnew() override;
     void keep() override;
     std::vector<std::string> printerPorts() const override;
     std::string outputsName() const override;
@@ -53,7 +54,8 @@ class ChosenHardware : public platform::Hardware {
     class Board;
 
     void readFile();
-    void openPort(const std::string& setting);
+    /// As Port::open; simulates where that throws.
+    void openOrSimulate(const std::string& setting);
     linux_ports::Watchdog& watchdog();
 
     const Texts given_;

@@ -173,6 +173,7 @@ int run(int argc, char** argv, const ui::Options& options) {
     };
     window.onCloseRequested = [&controller] { controller.close(); };
     const LastWish lastWish([&] {
+        dialogs.useStandardError();
         controller.form().mnuUscita.Click.fire();
         // The board may not have been sent its last byte yet, and nothing is destroyed on this way out.
         controller.form().guard([&board] { board.closeDevice(); });

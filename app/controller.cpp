@@ -79,8 +79,11 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
         form.cmdAltB.Click.raise();
     };
     shutdown.leaveTracking = [this] {
-        trackingServer.leave();
         trackingLinks.close();
+        trackingServer.leave();
+    };
+    trackingLinks.onSatPc32 = [this] {
+        if (form.intFunzione == form::kSatelliteRotor) trackingServer.use();
     };
     functions.onChange = [this](int function) {
         if (function == form::kSatelliteRotor) {

@@ -8,19 +8,6 @@ namespace bridge {
 
 namespace {
 
-/// Four numbers from 0 to 255 without leading zeros, so that each address has one spelling.
-bool isAddress(std::string_view text) {
-    for (int number = 1; number <= 4; ++number) {
-        const auto end = number < 4 ? text.find('.') : text.size();
-        if (end == std::string_view::npos) return false;
-        const auto digits = text.substr(0, end);
-        const auto value = parseNumber(digits);
-        if (!value || *value < 0 || *value > 255 || digits != std::to_string(*value)) return false;
-        text.remove_prefix(std::min(text.size(), end + 1));
-    }
-    return true;
-}
-
 std::string address(const std::string& option, const std::string& text) {
     if (!isAddress(text))
         throw OptionError(option + ": \"" + text + "\" is no IPv4 address such as 192.168.1.20.");

@@ -64,6 +64,18 @@ std::optional<long long> parseNumber(std::string_view text) {
     return number;
 }
 
+bool isAddress(std::string_view text) {
+    for (int number = 1; number <= 4; ++number) {
+        const auto end = number < 4 ? text.find('.') : text.size();
+        if (end == std::string_view::npos) return false;
+        const auto digits = text.substr(0, end);
+        const auto value = parseNumber(digits);
+        if (!value || *value < 0 || *value > 255 || digits != std::to_string(*value)) return false;
+        text.remove_prefix(std::min(text.size(), end + 1));
+    }
+    return true;
+}
+
 void LineReader::feed(std::string_view bytes) {
     while (!bytes.empty()) {
         const auto end = bytes.find('\n');

@@ -33,6 +33,10 @@ std::optional<std::vector<std::string>> split(std::string_view line);
 /// A whole decimal number with an optional minus; nothing when it is none or does not fit.
 std::optional<long long> parseNumber(std::string_view text);
 
+/// Whether a text is an IPv4 address: four numbers from 0 to 255 without leading zeros, so that each address
+/// has one spelling.
+bool isAddress(std::string_view text);
+
 /// Cuts the bytes of a connection into lines. Take the lines after each feed: an unfinished one is all that
 /// it keeps.
 class LineReader {

@@ -30,6 +30,17 @@ constexpr std::array kBoardEntries = {Entry{"None", kNone},
                                       Entry{"K8055, card 3", "k8055:3"},
                                       Entry{"Simulated", kSimulated}};
 
+struct Link {
+    form::TextBox form::FrmHardware::*box;
+    std::string HardwareSettings::*setting;
+};
+
+constexpr std::array kLinks = {
+    Link{&form::FrmHardware::txtN1mmListen, &HardwareSettings::n1mmListen},
+    Link{&form::FrmHardware::txtTrackingServer, &HardwareSettings::trackingServer},
+    Link{&form::FrmHardware::txtBridge, &HardwareSettings::bridge},
+};
+
 void choose(form::ComboBox& box, const std::string& entry) {
     const auto found = std::ranges::find(box.List, entry);
     box.ListIndex = found == box.List.end() ? 0 : static_cast<int>(found - box.List.begin());
@@ -92,14 +103,12 @@ void HardwareAndLinks::Form_Load() {
     dialog_.txtPortAddress.Text = address ? before_.port : kUsualIoAddress;
     const auto card = cardAddress(before_.usb);
     choose(dialog_.cmbUsb, shownFor(kBoardEntries, card ? "k8055:" + std::to_string(*card) : before_.usb));
-    dialog_.txtN1mmListen.Text = before_.n1mmListen;
-    dialog_.txtTrackingServer.Text = before_.trackingServer;
-    dialog_.txtBridge.Text = before_.bridge;
     dialog_.cmbPort.Enabled = !hardware_.isFixed(&HardwareSettings::port);
     dialog_.cmbUsb.Enabled = !hardware_.isFixed(&HardwareSettings::usb);
-    dialog_.txtN1mmListen.Enabled = !hardware_.isFixed(&HardwareSettings::n1mmListen);
-    dialog_.txtTrackingServer.Enabled = !hardware_.isFixed(&HardwareSettings::trackingServer);
-    dialog_.txtBridge.Enabled = !hardware_.isFixed(&HardwareSettings::bridge);
+    for (const Link& link : kLinks) {
+        (dialog_.*link.box).Text = before_.*link.setting;
+        (dialog_.*link.box).Enabled = !hardware_.isFixed(link.setting);
+    }
     dialog_.lblFixed.Visible = std::ranges::any_of(
         kHardwareFields, [this](const HardwareField& field) { return hardware_.isFixed(field.value); });
     chosePort();
@@ -126,9 +135,8 @@ HardwareSettings HardwareAndLinks::chosen() const {
     take(&HardwareSettings::port,
          port == kIoAddressEntry ? dialog_.txtPortAddress.Text.get() : settingOf(kPortEntries, port));
     take(&HardwareSettings::usb, settingOf(kBoardEntries, chosenEntry(dialog_.cmbUsb)));
-    take(&HardwareSettings::n1mmListen, dialog_.txtN1mmListen.Text);
-    take(&HardwareSettings::trackingServer, dialog_.txtTrackingServer.Text);
-    take(&HardwareSettings::bridge, dialog_.txtBridge.Text);
+    for (const Link& link : kLinks)
+        take(link.setting, (dialog_.*link.box).Text);
     return settings;
 }
 
@@ -140,14 +148,13 @@ bool HardwareAndLinks::refuse(const std::string& why) {
 bool HardwareAndLinks::change(const HardwareSettings& settings) {
     if (const auto fault = faultOf(settings)) return refuse(*fault);
     const HardwareSettings used = hardware_.settings();
-    if (settings == used && hardware_.portWorks()) return true;
-    const bool otherOutputs =
-        settings.port != used.port || settings.usb != used.usb || !hardware_.portWorks();
+    if (settings == used) return true;
+    const bool otherOutputs = settings.port != used.port || settings.usb != used.usb;
     if (otherOutputs) {
         if (engine::Sides(main_).anyRunning()) return refuse(kStopFirst);
         if (settings.usb != used.usb && main_.chkUsbOn.ticked()) main_.chkUsbOn.Value = 0;
-        if (!outputs_.offWithoutFail() && hardware_.portWorks())
-            boxes_.critical(engine::kOutputsStillOn, dialog_.Caption);
+        const bool worked = hardware_.portWorks();
+        if (!outputs_.offWithoutFail() && worked) boxes_.critical(engine::kOutputsStillOn, dialog_.Caption);
     }
     try {
         hardware_.use(settings);
@@ -156,6 +163,19 @@ bool HardwareAndLinks::change(const HardwareSettings& settings) {
         return refuse(error.what());
     }
     if (otherOutputs) outputs_.writePortOff();
+    if (onChange) onChange();
+    return true;
+}
+
+bool HardwareAndLinks::portIsOpen() {
+    if (hardware_.portWorks()) return true;
+    try {
+        hardware_.openPortAnew();
+    } catch (const runtime::ObjectError& error) {
+        if (onChange) onChange();
+        return refuse(error.what());
+    }
+    outputs_.writePortOff();
     if (onChange) onChange();
     return true;
 }
@@ -169,7 +189,7 @@ void HardwareAndLinks::cmdTest_Click(int motor) {
         refuse(kStopFirst);
         return;
     }
-    if (!openBoard()) return;
+    if (!portIsOpen() || !openBoard()) return;
     tested_ = &button;
     button.Caption = "Stop";
     test_.start(motor);
@@ -208,6 +228,8 @@ void HardwareAndLinks::showCoil(int coil) {
 void HardwareAndLinks::cmdSaveHardware_Click() {
     test_.stop();
     if (!change(chosen())) return;
+    // A port that stays away is told, and no reason to lose the rest.
+    if (!engine::Sides(main_).anyRunning()) portIsOpen();
     try {
         hardware_.keep();
     } catch (const runtime::FileError& error) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/coil_test.h"
+#include "engine/coil_check.h"
 #include "form/boxes.h"
 #include "form/dialogs.h"
 #include "form/form1.h"
@@ -38,6 +38,9 @@ class HardwareAndLinks {
     platform::HardwareSettings chosen() const;
     /// Goes over to `settings`; false, after a box that says why, when that is refused.
     bool change(const platform::HardwareSettings& settings);
+    /// Tries a port that does not work once more; false, after a box that says why, when it is refused. No
+    /// engine is running.
+    bool portIsOpen();
     void chosePort();
     bool openBoard();
     void closeBoard();
@@ -49,7 +52,7 @@ class HardwareAndLinks {
     form::Boxes& boxes_;
     engine::OutputPorts& outputs_;
     platform::Hardware& hardware_;
-    engine::CoilTest test_;
+    engine::CoilCheck test_;
     const platform::HardwareSettings before_;
     form::Button* tested_ = nullptr;
     bool boardOpened_ = false; // for the test alone

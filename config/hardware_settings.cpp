@@ -50,15 +50,7 @@ std::optional<std::string> faultOfUsb(const std::string& text) {
 }
 
 std::optional<std::string> faultOfListenAddress(const std::string& text) {
-    int parts = 0;
-    std::string_view rest = text;
-    for (bool more = true; more; ++parts) {
-        const auto point = rest.find('.');
-        if (!number<std::uint8_t>(rest.substr(0, point))) break;
-        more = point != std::string_view::npos;
-        rest.remove_prefix(more ? point + 1 : rest.size());
-        if (!more && parts == 3) return std::nullopt;
-    }
+    if (bridge::isAddress(text)) return std::nullopt;
     return quoted(text) + " is no IPv4 address such as 192.168.1.20";
 }
 

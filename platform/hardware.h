@@ -28,9 +28,13 @@ class Hardware {
     virtual bool portWorks() const = 0;
     /// Whether the command line gave this one, so that it cannot be changed until the next start.
     virtual bool isFixed(std::string HardwareSettings::*setting) const = 0;
-    /// Goes over to other devices and links. The outputs are off and the USB board is closed meanwhile.
-    /// Throws runtime::ObjectError, naming what was refused; all is then as it was.
+    /// Goes over to other devices and links. The outputs are off, and another USB board is closed meanwhile.
+    /// Throws runtime::ObjectError, naming what was refused; all is then as it was, as far as it can be had
+    /// back.
     virtual void use(const HardwareSettings& settings) = 0;
+    /// Tries the chosen printer port once more. Throws runtime::ObjectError, naming what was refused; the
+    /// outputs are then simulated.
+    virtual void openPortAnew() = 0;
     /// Stores the settings for the next start; a fixed one stays stored as it was. Throws
     /// runtime::FileError.
     virtual void keep() = 0;

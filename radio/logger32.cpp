@@ -17,6 +17,7 @@ constexpr long kFrequency = 100; // lParam: hertz
 
 void Logger32::connect(form::Label& frequency) {
     lngMsgLogger32_ = station_.registerMessage(kName);
+    station_.findWindow(kName); // begins to look, so that the first poll knows
     form::Form& form = frequency.form();
     lngOldWndProc_ = station_.hook(station_.ownWindow(form.name()),
                                    [this, &form, &frequency](long message, long wParam, long lParam) {

@@ -59,6 +59,7 @@ void TrackingLinks::chkOpenCom_Click() {
 }
 
 void TrackingLinks::openSatPc32() {
+    if (onSatPc32) onSatPc32();
     form_.lblOpenCom.BackColor = form::kRed;
     form_.lblOpenCom.Caption = "Connected";
     form_.chkOpenCom.BackColor = form::kRed;
@@ -76,6 +77,7 @@ void TrackingLinks::closeSatPc32() {
     form_.chkOpenCom.BackColor = form::kGreen;
     form_.chkRotOnOff.Value = 0;
     form_.chkRotOnOff.Enabled = false;
+    if (onSatPc32) onSatPc32();
 }
 
 void TrackingLinks::close() {

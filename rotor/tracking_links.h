@@ -3,6 +3,8 @@
 #include "form/boxes.h"
 #include "form/form1.h"
 
+#include <functional>
+
 namespace rotor {
 
 /// The DDE links to Orbitron and SatPC32.
@@ -14,6 +16,8 @@ class TrackingLinks {
     void lblOrbitron_LinkOpen();
     void lblOrbitron_LinkClose();
     void chkOpenCom_Click();
+    /// The link to SatPC32 is about to be asked for, or has been given up.
+    std::function<void()> onSatPc32;
     /// Satellite Rotor ends, or the program: both links are closed.
     void close();
 

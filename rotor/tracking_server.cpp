@@ -35,6 +35,10 @@ int TrackingServer::port() const {
 }
 
 void TrackingServer::use() {
+    if (form_.chkOpenCom.ticked()) {
+        leave();
+        return;
+    }
     form_.Timer5.Enabled = true;
     const bool sameServer = connectedHost_ == host_ && connectedPort_ == port();
     if (ClientIP_ && sameServer && !form_.tmrTrackingRetry.Enabled) return;

@@ -6,6 +6,7 @@
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QTextDocument>
+#include <iostream>
 
 namespace qt_ports {
 
@@ -64,6 +65,10 @@ bool mayReplace(QWidget* parent, const QString& path) {
 
 bool Dialogs::message(const std::string& text, const std::string& title, platform::Icon icon,
                       platform::Buttons buttons) {
+    if (displayGone_) {
+        std::cerr << "twinstep: " << text << std::endl;
+        return buttons == platform::Buttons::Ok;
+    }
     QMessageBox box(icon == platform::Icon::Critical ? QMessageBox::Critical : QMessageBox::NoIcon,
                     QString::fromStdString(title), {}, QMessageBox::NoButton, windowInFront());
     box.setTextFormat(Qt::PlainText);
@@ -76,6 +81,7 @@ bool Dialogs::message(const std::string& text, const std::string& title, platfor
 
 std::optional<std::string> Dialogs::input(const std::string& prompt, const std::string& title,
                                           const std::string& proposed) {
+    if (displayGone_) return std::nullopt;
     QInputDialog dialog(windowInFront());
     dialog.setWindowTitle(QString::fromStdString(title));
     const QString text = QString::fromStdString(prompt);
@@ -88,6 +94,7 @@ std::optional<std::string> Dialogs::input(const std::string& prompt, const std::
 }
 
 std::optional<std::string> Dialogs::openFile(const std::string& filter) {
+    if (displayGone_) return std::nullopt;
     QFileDialog dialog(windowInFront());
     prepare(dialog, Filter(filter));
     dialog.setFileMode(QFileDialog::ExistingFile);
@@ -96,6 +103,7 @@ std::optional<std::string> Dialogs::openFile(const std::string& filter) {
 }
 
 std::optional<std::string> Dialogs::saveFile(const std::string& filter) {
+    if (displayGone_) return std::nullopt;
     const Filter wanted(filter);
     QFileDialog dialog(windowInFront());
     prepare(dialog, wanted);
@@ -112,6 +120,7 @@ std::optional<std::string> Dialogs::saveFile(const std::string& filter) {
 }
 
 std::optional<std::uint32_t> Dialogs::chooseColour(std::uint32_t initial, const std::string& title) {
+    if (displayGone_) return std::nullopt;
     // Stored colours are blue-green-red.
     const auto part = [](std::uint32_t colour, unsigned shift) {
         return static_cast<int>(colour >> shift & 0xFFU);

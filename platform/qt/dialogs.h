@@ -7,6 +7,10 @@ namespace qt_ports {
 /// The toolkit's boxes, over whichever window is in front.
 class Dialogs : public platform::Dialogs {
   public:
+    /// The display has gone: from now on a message goes to the standard error, and every question is
+    /// cancelled.
+    void useStandardError() { displayGone_ = true; }
+
     bool message(const std::string& text, const std::string& title, platform::Icon icon,
                  platform::Buttons buttons) override;
     std::optional<std::string> input(const std::string& prompt, const std::string& title,
@@ -15,6 +19,9 @@ class Dialogs : public platform::Dialogs {
     /// The name gets the filter's extension; an existing file is replaced only after a question.
     std::optional<std::string> saveFile(const std::string& filter) override;
     std::optional<std::uint32_t> chooseColour(std::uint32_t initial, const std::string& title) override;
+
+  private:
+    bool displayGone_ = false;
 };
 
 } // namespace qt_ports

@@ -21,6 +21,9 @@ class Hardware : public platform::Hardware {
         if (refused_.contains(settings.port)) throw runtime::ObjectError(settings.port + ": not there");
         settings_ = settings;
     }
+    void openPortAnew() override {
+        if (!portWorks()) throw runtime::ObjectError(settings_.port + ": not there");
+    }
     void keep() override {
         if (diskFull_) throw runtime::FileError("\"twinstep.ini\" cannot be written: disk full");
         kept_ = settings_;
@@ -32,6 +35,7 @@ class Hardware : public platform::Hardware {
     /// The command line gave this setting.
     void fix(std::string platform::HardwareSettings::*setting) { fixed_ = setting; }
     void refuse(const std::string& port) { refused_.insert(port); }
+    void accept(const std::string& port) { refused_.erase(port); }
     void fillDisk() { diskFull_ = true; }
     const platform::HardwareSettings& kept() const { return kept_; }
 

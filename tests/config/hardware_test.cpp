@@ -1,5 +1,5 @@
 #include "config/hardware_settings.h"
-#include "engine/coil_test.h"
+#include "engine/coil_check.h"
 #include "tests/desk.h"
 
 #include <gmock/gmock.h>
@@ -23,7 +23,8 @@ TEST(HardwareSettings, TextsAreReadOrRefused) {
          {"", "k8055:4", "k8055:", "k8055:-1", "K8055", "k80550"}},
         {"n1mm-listen",
          {"127.0.0.1", "0.0.0.0", "255.255.255.255"},
-         {"", "localhost", "1.2.3", "1.2.3.4.5", "256.0.0.1", "1.2.3.", "1..2.3", "1.2.3.4 "}},
+         {"", "localhost", "1.2.3", "1.2.3.4.5", "256.0.0.1", "1.2.3.", "1..2.3", "1.2.3.04", "-1.2.3.4",
+          "1.2.3.4 "}},
         {"tracking-server", {"127.0.0.1", "shack.local", "::1"}, {"", "a b", "a\nb"}},
         {"bridge",
          {"station", "station:7380", "10.0.0.2:1", "[fe80::1]:65535", "[::1]"},
@@ -65,7 +66,7 @@ struct HardwareDialog : Desk {
         ASSERT_NE(found, dialog.cmbUsb.List.end()) << entry;
         dialog.cmbUsb.ListIndex = static_cast<int>(found - dialog.cmbUsb.List.begin());
     }
-    void nextCoil() { clock.advance(engine::CoilTest::kMillisecondsPerCoil); }
+    void nextCoil() { clock.advance(engine::CoilCheck::kMillisecondsPerCoil); }
     /// The texts of the boxes since the last call.
     std::vector<std::string> told() {
         std::vector<std::string> texts;
@@ -133,6 +134,29 @@ TEST_F(HardwareDialog, WhatTheCommandLineGaveCannotBeChanged) {
         EXPECT_TRUE(dialog.txtBridge.Enabled);
         EXPECT_TRUE(dialog.lblFixed.Visible);
     });
+}
+
+TEST_F(HardwareDialog, APortThatIsAwayIsTriedAgainAndLosesNothing) {
+    auto wanted = hardware.settings();
+    wanted.port = "/dev/parport1";
+    hardware.use(wanted);
+    hardware.refuse("/dev/parport1");
+    wanted.bridge = "shack";
+    open([&](form::FrmHardware& dialog) {
+        dialog.cmdTestA.Click.fire();
+        EXPECT_THAT(told(), ElementsAre(HasSubstr("/dev/parport1: not there")));
+        EXPECT_EQ(port.data(), 0xFF);
+        dialog.txtBridge.Text = "shack";
+        dialog.cmdSaveHardware.Click.fire();
+        EXPECT_THAT(told(), ElementsAre(HasSubstr("/dev/parport1: not there")));
+    });
+    EXPECT_EQ(hardware.kept(), wanted);
+    hardware.accept("/dev/parport1");
+    open([this](form::FrmHardware& dialog) {
+        dialog.cmdTestA.Click.fire();
+        EXPECT_EQ(port.data(), 0xFE);
+    });
+    EXPECT_TRUE(told().empty());
 }
 
 TEST_F(HardwareDialog, TheTestLightsOneCoilAfterTheOther) {

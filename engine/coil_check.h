@@ -10,16 +10,16 @@ namespace engine {
 
 /// Lights the four coils of an engine one after the other, slowly, so that a user can check the wiring. The
 /// engine's position does not change, although its rotor may twitch.
-class CoilTest {
+class CoilCheck {
   public:
     static constexpr int kMillisecondsPerCoil = 800;
 
     /// `timer` is for the test alone.
-    CoilTest(form::Form1& form, OutputPorts& outputs, form::Timer& timer);
+    CoilCheck(form::Form1& form, OutputPorts& outputs, form::Timer& timer);
 
     /// Lights the first coil of engine 1 or 2. Ends a test that runs. No engine is running.
     void start(int motor);
-    /// All coils off. Does nothing while no test runs.
+    /// Ends the test, all coils off. Does nothing while no test runs.
     void stop();
     bool running() const { return coil_ > 0; }
 

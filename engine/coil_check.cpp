@@ -1,4 +1,4 @@
-#include "engine/coil_test.h"
+#include "engine/coil_check.h"
 
 #include "engine/coil_sequence.h"
 
@@ -6,13 +6,13 @@
 
 namespace engine {
 
-CoilTest::CoilTest(form::Form1& form, OutputPorts& outputs, form::Timer& timer)
+CoilCheck::CoilCheck(form::Form1& form, OutputPorts& outputs, form::Timer& timer)
     : outputs_(outputs), timer_(timer), sides_(form) {
     timer_.Interval = kMillisecondsPerCoil;
     timer_.Tick.attach([this] { next(); });
 }
 
-void CoilTest::start(int motor) {
+void CoilCheck::start(int motor) {
     stop();
     side_ = motor == sides_.a.motor ? &sides_.a : &sides_.b;
     coil_ = 1;
@@ -20,16 +20,14 @@ void CoilTest::start(int motor) {
     light();
 }
 
-void CoilTest::stop() {
+void CoilCheck::stop() {
     if (!running()) return;
     end();
     outputs_.cmdOff_Click();
 }
 
-void CoilTest::next() {
-    if (sides_.anyRunning()) {
-        end(); // the coils are the engine's now
-    } else if (coil_ == kLamps) {
+void CoilCheck::next() {
+    if (coil_ == kLamps || sides_.anyRunning()) {
         stop();
     } else {
         ++coil_;
@@ -37,7 +35,7 @@ void CoilTest::next() {
     }
 }
 
-void CoilTest::light() {
+void CoilCheck::light() {
     try {
         outputs_.cmdOff_Click();
         const auto number = static_cast<std::size_t>(coil_ - 1);
@@ -52,7 +50,7 @@ void CoilTest::light() {
     if (onCoil) onCoil(coil_);
 }
 
-void CoilTest::end() {
+void CoilCheck::end() {
     timer_.Enabled = false;
     if (std::exchange(coil_, 0) != 0 && onCoil) onCoil(0);
 }
