@@ -18,7 +18,8 @@ class Hardware : public platform::Hardware {
         return setting == fixed_;
     }
     void use(const platform::HardwareSettings& settings) override {
-        if (refused_.contains(settings.port)) throw runtime::ObjectError(settings.port + ": not there");
+        if (settings.port != settings_.port && refused_.contains(settings.port))
+            throw runtime::ObjectError(settings.port + ": not there");
         settings_ = settings;
     }
     void openPortAnew() override {
