@@ -13,7 +13,7 @@ void StepSchedule::start(Time now, Time interval) {
 
 void StepSchedule::ticked(Time now) {
     const Time late = now - ideal_;
-    if (late > kLongestBacklog * interval_) {
+    if (now - next_ > kLongestStall * interval_ || late > kLongestBacklog * interval_) {
         lost_ += static_cast<std::uint64_t>(late / interval_);
         ideal_ = now;
     }

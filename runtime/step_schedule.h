@@ -10,7 +10,8 @@ namespace runtime {
 ///
 /// The schedule is absolute, so that the mean rate holds. After a late tick the next one comes no sooner than
 /// nine tenths of the interval, so that a motor never sees a burst; the backlog is made up over the ticks
-/// that follow. After a stall of more than ten intervals the schedule starts anew from there.
+/// that follow. After a stall of more than ten intervals, or where a hundred have piled up, the schedule
+/// starts anew from there.
 ///
 /// A tick that was held up in its middle may have moved the motor at its very end, so the nine tenths count
 /// from there: less what ticks usually take, or a slow device would slow the rate twice.
@@ -33,7 +34,9 @@ class StepSchedule {
   private:
     Time shortest() const { return interval_ * 9 / 10; }
 
-    static constexpr int kLongestBacklog = 10; // intervals
+    // Intervals.
+    static constexpr int kLongestStall = 10;
+    static constexpr int kLongestBacklog = 100;
 
     Time interval_{};
     Time ideal_{}; // where next() would be had nothing ever been late

@@ -4,13 +4,23 @@
 
 namespace bench {
 
+namespace {
+
+double intervals(Nanoseconds time) {
+    return static_cast<double>(time) / kInterval;
+}
+
+} // namespace
+
 void Figures::add(const Round& round) {
     for (const Series& series : round.series) {
         const auto& ticks = series.ticks;
         if (ticks.size() < 2) continue;
         for (std::size_t n = 1; n < ticks.size(); ++n)
             spacings_.push_back(ticks[n] - ticks[n - 1]);
-        time_ += ticks.back() - ticks.front();
+        const Nanoseconds time = ticks.back() - ticks.front();
+        time_ += time;
+        missing_ += (time + kInterval / 2) / kInterval - (std::ssize(ticks) - 1);
         addLateness(ticks);
     }
     cpuShares_ += round.cpuShare;
@@ -26,21 +36,18 @@ void Figures::addLateness(const std::vector<Nanoseconds>& ticks) {
             latenesses_.push_back(late - earliest);
         beat.clear();
     };
-    Nanoseconds due = ticks.front();
+    Nanoseconds due = ticks.front(), before = due;
     for (const Nanoseconds tick : ticks) {
-        const Nanoseconds late = tick - due;
-        const auto behind = static_cast<double>(late) / kInterval;
-        if (behind > habit_.makesUp && behind >= 1) {
-            const Nanoseconds givenUp = late / kInterval;
-            lost_ += givenUp;
-            due += givenUp * kInterval;
-            if (!habit_.keepsBeat) {
-                latenesses_.push_back(late);
-                endBeat();
-                due = tick;
-            }
+        if (habit_.skips) {
+            due += std::max<Nanoseconds>(0, (tick - due) / kInterval) * kInterval;
+        } else if (intervals(tick - before) > habit_.longestStall ||
+                   intervals(tick - due) > habit_.longestBacklog) {
+            latenesses_.push_back(tick - due);
+            endBeat();
+            due = tick;
         }
         beat.push_back(tick - due);
+        before = tick;
         due += kInterval;
     }
     endBeat();

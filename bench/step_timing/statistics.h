@@ -8,10 +8,11 @@ namespace bench {
 
 /// What a timer does about ticks that are overdue.
 struct Habit {
-    /// Behind by more than this many intervals, it gives up what was missed; until then it makes it up.
-    double makesUp = std::numeric_limits<double>::infinity();
-    /// Having given up, it goes on in the old beat, not in a new one.
-    bool keepsBeat = true;
+    /// It leaves them out, and keeps its beat. Otherwise it makes them up.
+    bool skips = false;
+    /// After a longer time without a tick, or when more is to be made up, it starts a new beat. In intervals.
+    double longestStall = std::numeric_limits<double>::infinity();
+    double longestBacklog = std::numeric_limits<double>::infinity();
 };
 
 /// In nanoseconds.
@@ -30,8 +31,8 @@ class Figures {
     Spread spacing() const { return spread(spacings_); }
     /// Behind the moment at which the tick was due. A beat begins with its earliest tick.
     Spread lateness() const { return spread(latenesses_); }
-    /// Ticks that never came.
-    std::int64_t lost() const { return lost_; }
+    /// Fewer ticks than the time had intervals.
+    std::int64_t missing() const { return missing_; }
     /// 0.01: one per cent too fast.
     double rateError() const;
     double cpuShare() const { return rounds_ > 0 ? cpuShares_ / rounds_ : 0; }
@@ -43,7 +44,7 @@ class Figures {
 
     Habit habit_;
     std::vector<Nanoseconds> spacings_, latenesses_;
-    std::int64_t lost_ = 0;
+    std::int64_t missing_ = 0;
     Nanoseconds time_ = 0; // from each first tick to its last
     double cpuShares_ = 0;
     int rounds_ = 0;

@@ -68,6 +68,16 @@ TEST(StepSchedule, StallBeyondTenIntervalsStartsAnewAndCountsTheLoss) {
     EXPECT_EQ(schedule.lost(), 0u);
 }
 
+TEST(StepSchedule, SeveralStallsAreMadeUpTogetherUntilAHundredIntervalsHavePiledUp) {
+    StepSchedule schedule;
+    const auto ticks = run(schedule, 1ms, 400, [](int n) { return n < 4 ? 8ms : 0ms; });
+    EXPECT_EQ(ticks[399], 400ms);
+    EXPECT_EQ(schedule.lost(), 0u);
+
+    run(schedule, 1ms, 200, [](int /*n*/) { return 5ms; }); // a device that is too slow for the speed
+    EXPECT_GE(schedule.lost(), 100u);
+}
+
 TEST(StepSchedule, ATickThatIsHeldUpKeepsItsDistanceToTheNext) {
     StepSchedule schedule;
     schedule.start(0ns, 1ms);
