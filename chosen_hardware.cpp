@@ -42,14 +42,32 @@ class ChosenHardware::Port : public platform::PrinterPort {
             hold(std::move(port));
         }
         name_ = setting;
+        works_ = true;
+    }
+    /// In place of a port that cannot be had.
+    void simulate() {
+        open(config::kSimulated);
+        works_ = false;
     }
 
     const std::string& name() const { return name_; }
+    bool works() const { return works_; }
 
-    void clearBit(int bit) override { behind_->clearBit(bit); }
-    void setBit(int bit) override { behind_->setBit(bit); }
+    void clearBit(int bit) override {
+        write([&] { behind_->clearBit(bit); });
+    }
+    void setBit(int bit) override {
+        write([&] { behind_->setBit(bit); });
+    }
 
   private:
+    template <class Access>
+    void write(const Access& access) {
+        const bool worked = std::exchange(works_, false);
+        access();
+        works_ = worked;
+    }
+
     /// Where the user named no port the outputs may be simulated.
     void openUsual() {
         if (!std::filesystem::exists(kUsualPort)) return open(config::kSimulated);
@@ -75,6 +93,7 @@ class ChosenHardware::Port : public platform::PrinterPort {
     std::unique_ptr<platform::PrinterPort> behind_;
     std::string name_;
     bool guarded_ = false;
+    bool works_ = false; // open, and nothing has failed
 };
 
 /// The USB board that is behind the outputs now.
@@ -116,12 +135,10 @@ ChosenHardware::ChosenHardware(Texts given, qt_ports::SettingsFile file)
     }
     board_->choose(settings_.usb);
     try {
-        port_->open(settings_.port);
+        openPort(settings_.port);
     } catch (const runtime::ObjectError& error) {
         if (isFixed(&HardwareSettings::port)) throw;
-        notice_ += std::string(error.what()) + ". The outputs are simulated.\n";
-        settings_.port = config::kSimulated;
-        port_->open(settings_.port);
+        notice_ += std::string(error.what()) + ".\n";
     }
 }
 
@@ -160,29 +177,39 @@ bool ChosenHardware::isFixed(std::string HardwareSettings::*setting) const {
     });
 }
 
+bool ChosenHardware::portWorks() const {
+    return port_->works();
+}
+
+/// Where the port is refused the outputs are simulated.
+void ChosenHardware::openPort(const std::string& setting) {
+    try {
+        port_->open(setting);
+    } catch (const runtime::ObjectError& error) {
+        port_->simulate();
+        throw runtime::ObjectError(std::string(error.what()) + ". The outputs are simulated");
+    }
+}
+
 void ChosenHardware::use(const HardwareSettings& settings) {
     if (settings.port != settings_.port) {
         // One after the other: both names may stand for the same port, which can be held once.
         try {
             port_->open(settings.port);
         } catch (const runtime::ObjectError& error) {
-            goBack(error.what());
+            try {
+                openPort(settings_.port);
+            } catch (const runtime::ObjectError& back) {
+                throw runtime::ObjectError(std::string(error.what()) + ". " + back.what());
+            }
             throw;
         }
+    } else if (!portWorks()) {
+        openPort(settings.port);
     }
     if (settings.usb != settings_.usb) board_->choose(settings.usb);
     settings_ = settings;
     if (onUse) onUse(settings_);
-}
-
-void ChosenHardware::goBack(const std::string& why) {
-    try {
-        port_->open(settings_.port);
-    } catch (const runtime::ObjectError& error) {
-        settings_.port = config::kSimulated;
-        port_->open(settings_.port);
-        throw runtime::ObjectError(why + ". " + error.what() + ". The outputs are simulated");
-    }
 }
 
 void ChosenHardware::keep() {

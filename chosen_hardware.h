@@ -32,6 +32,7 @@ class ChosenHardware : public platform::Hardware {
     const std::string& notice() const { return notice_; }
 
     const platform::HardwareSettings& settings() const override { return settings_; }
+    bool portWorks() const override;
     bool isFixed(std::string platform::HardwareSettings::*setting) const override;
     void use(const platform::HardwareSettings& settings) override;
     void keep() override;
@@ -52,7 +53,7 @@ class ChosenHardware : public platform::Hardware {
     class Board;
 
     void readFile();
-    void goBack(const std::string& why);
+    void openPort(const std::string& setting);
     linux_ports::Watchdog& watchdog();
 
     const Texts given_;

@@ -132,6 +132,8 @@ int run(int argc, char** argv, const ui::Options& options) {
         tracedPort.emplace(hardware.printer(), *traceFile);
         tracedUsb.emplace(hardware.board(), *traceFile);
     }
+    platform::PrinterPort& printer = tracedPort ? *tracedPort : hardware.printer();
+    platform::UsbBoard& board = tracedUsb ? static_cast<platform::UsbBoard&>(*tracedUsb) : hardware.board();
     hardware.bridgeState = [&bridge] { return bridge.stateText(); };
     // A bridge that the user has named is looked for at once; the usual one, when something asks for it.
     const auto lookForBridge = [&] {
@@ -144,19 +146,18 @@ int run(int argc, char** argv, const ui::Options& options) {
         lookForBridge();
     };
     lookForBridge();
-    app::Controller controller(
-        {.printer = tracedPort ? *tracedPort : hardware.printer(),
-         .usb = tracedUsb ? static_cast<platform::UsbBoard&>(*tracedUsb) : hardware.board(),
-         .timers = timers,
-         .links = links,
-         .station = station,
-         .udp = udp,
-         .tcp = tcp,
-         .dialogs = dialogs,
-         .shell = shell,
-         .sound = sound,
-         .hardware = hardware},
-        folder.path());
+    app::Controller controller({.printer = printer,
+                                .usb = board,
+                                .timers = timers,
+                                .links = links,
+                                .station = station,
+                                .udp = udp,
+                                .tcp = tcp,
+                                .dialogs = dialogs,
+                                .shell = shell,
+                                .sound = sound,
+                                .hardware = hardware},
+                               folder.path());
     ui::MainWindow window(controller.form(), controller.boxes());
 
     // Leaves every event loop, those of open boxes too, and the main one even where it has not begun yet.
@@ -174,7 +175,7 @@ int run(int argc, char** argv, const ui::Options& options) {
     const LastWish lastWish([&] {
         controller.form().mnuUscita.Click.fire();
         // The board may not have been sent its last byte yet, and nothing is destroyed on this way out.
-        controller.form().guard([&hardware] { hardware.board().closeDevice(); });
+        controller.form().guard([&board] { board.closeDevice(); });
         if (traceFile) traceFile->close();
     });
     const auto fail = [&controller](const std::string& why) {
@@ -192,8 +193,10 @@ int run(int argc, char** argv, const ui::Options& options) {
     std::optional<linux_ports::Realtime> realtime;
     if (options.realtime) {
         const auto show = [&controller](const linux_ports::Realtime::State& state) {
-            controller.form().lblClock.Caption = state.text();
-            controller.form().lblClock.Visible = true;
+            form::Label& clock = controller.form().lblClock;
+            clock.Caption = state.text();
+            clock.ToolTip = state.text();
+            clock.Visible = true;
         };
         realtime.emplace(watcher, realtimeKit, show);
         show(realtime->state());

@@ -46,34 +46,33 @@ int fail(const std::string& text, bool console) {
 }
 
 void carry(const bridge::Options& options) {
-    std::unique_ptr<bridge::Server> server;
-    windows_ports::Program program([&server] { server.reset(); });
+    windows_ports::Program program;
     windows_ports::Timers timers;
     windows_ports::DdeLinks links(timers);
     windows_ports::StationMessages station;
     windows_ports::TcpServers tcp;
-    std::unique_ptr<windows_ports::TrayIcon> icon;
 
     std::optional<windows_ports::LogWriter> writer;
     if (options.console) writer.emplace();
     const auto log = [&writer](const std::string& line) {
         if (writer) writer->write(timeOfDay() + " " + line);
     };
+    std::unique_ptr<windows_ports::TrayIcon> icon;
     const auto changed = [&](const bridge::State& state) {
         log(bridge::toText(state));
         if (icon) icon->show(bridge::toText(state));
     };
-    server = std::make_unique<bridge::Server>(
+    auto server = std::make_unique<bridge::Server>(
         bridge::Server::Ports{links, station, timers, tcp},
         bridge::Server::Settings{options.listen, options.port, options.allowed, TWINSTEP_VERSION},
         bridge::Server::Events{log, changed});
     // After the server, which may find its port taken.
     icon = std::make_unique<windows_ports::TrayIcon>(ICON_PROGRAM, kName, bridge::toText({}),
                                                      [&program] { program.quit(); });
+    program.atSessionEnd([&server] { server.reset(); });
     program.run();
+    program.atSessionEnd(nullptr);
     log("ends");
-    // Its clients end their links while all that they work with is still there.
-    server.reset();
 }
 
 } // namespace

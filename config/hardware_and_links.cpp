@@ -140,12 +140,14 @@ bool HardwareAndLinks::refuse(const std::string& why) {
 bool HardwareAndLinks::change(const HardwareSettings& settings) {
     if (const auto fault = faultOf(settings)) return refuse(*fault);
     const HardwareSettings used = hardware_.settings();
-    if (settings == used) return true;
-    const bool otherOutputs = settings.port != used.port || settings.usb != used.usb;
+    if (settings == used && hardware_.portWorks()) return true;
+    const bool otherOutputs =
+        settings.port != used.port || settings.usb != used.usb || !hardware_.portWorks();
     if (otherOutputs) {
         if (engine::Sides(main_).anyRunning()) return refuse(kStopFirst);
         if (settings.usb != used.usb && main_.chkUsbOn.ticked()) main_.chkUsbOn.Value = 0;
-        outputs_.offWithoutFail();
+        if (!outputs_.offWithoutFail() && hardware_.portWorks())
+            boxes_.critical(engine::kOutputsStillOn, dialog_.Caption);
     }
     try {
         hardware_.use(settings);
@@ -217,7 +219,7 @@ void HardwareAndLinks::cmdSaveHardware_Click() {
 
 void HardwareAndLinks::cmdExitHardware_Click() {
     test_.stop();
-    change(before_);
+    if (hardware_.settings() != before_) change(before_);
     dialog_.unload();
 }
 

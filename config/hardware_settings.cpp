@@ -38,9 +38,9 @@ std::string quoted(const std::string& text) {
 std::optional<std::string> faultOfPort(const std::string& text) {
     if (text == kAutomatic || text == kSimulated || text.starts_with('/') || ioAddress(text))
         return std::nullopt;
-    return quoted(text) +
-           " is neither \"simulated\" nor a device such as /dev/parport0 nor an I/O address such "
-           "as 0x378 (0x100 to 0xFFF0, a multiple of 4)";
+    return quoted(text) + " is neither \"auto\" nor \"simulated\" nor a device such as /dev/parport0 nor an "
+                          "I/O address such "
+                          "as 0x378 (0x100 to 0xFFF0, a multiple of 4)";
 }
 
 std::optional<std::string> faultOfUsb(const std::string& text) {

@@ -22,14 +22,16 @@ struct HardwareSettings {
 class Hardware {
   public:
     virtual ~Hardware() = default;
-    /// Those in use.
+    /// Those that were chosen.
     virtual const HardwareSettings& settings() const = 0;
+    /// Whether the printer port that was chosen is the one in use, and has taken all that was written so far.
+    virtual bool portWorks() const = 0;
     /// Whether the command line gave this one, so that it cannot be changed until the next start.
     virtual bool isFixed(std::string HardwareSettings::*setting) const = 0;
     /// Goes over to other devices and links. The outputs are off and the USB board is closed meanwhile.
     /// Throws runtime::ObjectError, naming what was refused; all is then as it was.
     virtual void use(const HardwareSettings& settings) = 0;
-    /// Stores the settings in use for the next start; a fixed one stays stored as it was. Throws
+    /// Stores the settings for the next start; a fixed one stays stored as it was. Throws
     /// runtime::FileError.
     virtual void keep() = 0;
     /// The devices "/dev/parportN" of this computer.

@@ -113,7 +113,7 @@ void layOutStatusBar(QMainWindow& window, form::Form1& form, Adapters& adapters)
     }
     CaptionLabel* clock =
         adapters.label(form.lblClock, {"Step clock", "Whether the step clock goes before other programs."},
-                       "real-time 20 (RealtimeKit)");
+                       "real-time 20, memory not locked");
     clock->setTone(CaptionLabel::Tone::Quiet);
     bar->addPermanentWidget(clock, kClockStretch);
     adapters.statusBar(form.StatusBar1, *bar, panels);

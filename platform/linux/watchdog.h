@@ -14,7 +14,7 @@
 namespace linux_ports {
 
 /// A process of its own that switches the outputs off when this one ends, however it ends, and when it hangs
-/// for two seconds while an engine runs. One object at a time; make it before a port is opened.
+/// for two seconds while an engine runs. One object at a time.
 ///
 /// Guard a device before its first coil is switched on, and forget it before it is closed: the watchdog
 /// shares the port, so that the kernel's claim lasts as long as either has it. A guard that is refused throws

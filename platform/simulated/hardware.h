@@ -13,6 +13,7 @@ namespace simulated {
 class Hardware : public platform::Hardware {
   public:
     const platform::HardwareSettings& settings() const override { return settings_; }
+    bool portWorks() const override { return !refused_.contains(settings_.port); }
     bool isFixed(std::string platform::HardwareSettings::*setting) const override {
         return setting == fixed_;
     }

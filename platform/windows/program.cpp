@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <shellapi.h>
-#include <utility>
 
 namespace windows_ports {
 
@@ -29,9 +28,8 @@ std::vector<std::string> arguments() {
     return result;
 }
 
-Program::Program(std::function<void()> sessionEnds)
-    : sessionEnds_(std::move(sessionEnds)),
-      window_(Window::Kind::TopLevel,
+Program::Program()
+    : window_(Window::Kind::TopLevel,
               [this](UINT message, WPARAM wParam, LPARAM) { return handle(message, wParam); }) {
     window = window_.handle();
     done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
@@ -61,7 +59,7 @@ std::optional<LRESULT> Program::handle(UINT message, WPARAM wParam) {
         PostQuitMessage(0);
         return 0;
     case WM_ENDSESSION:
-        if (wParam) sessionEnds_();
+        if (wParam && farewell_) farewell_();
         return 0;
     default:
         return std::nullopt;

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace windows_ports {
@@ -15,13 +16,15 @@ std::vector<std::string> arguments();
 /// Ctrl+C or the end of its console, by a polite task manager, by the end of the user's session.
 class Program {
   public:
-    /// `sessionEnds` runs in the loop; when it returns, the system may end the program at any moment.
-    explicit Program(std::function<void()> sessionEnds);
+    Program();
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
     /// To be destroyed last: lets go of a console that waits for the program to be done.
     ~Program();
 
+    /// What to do when the user's session ends, in the loop; after it the system may end the program at any
+    /// moment.
+    void atSessionEnd(std::function<void()> farewell) { farewell_ = std::move(farewell); }
     /// Runs until quit.
     void run();
     /// From any thread.
@@ -31,7 +34,7 @@ class Program {
     std::optional<LRESULT> handle(UINT message, WPARAM wParam);
     static BOOL WINAPI consoleEvent(DWORD event) noexcept;
 
-    std::function<void()> sessionEnds_;
+    std::function<void()> farewell_;
     Window window_;
 };
 

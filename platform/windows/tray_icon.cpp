@@ -2,6 +2,7 @@
 
 #include "platform/windows/mailbox.h"
 #include "platform/windows/text.h"
+#include "runtime/errors.h"
 
 #include <algorithm>
 #include <future>

@@ -10,7 +10,8 @@ namespace windows_ports {
 /// where the desktop hangs, nothing but the icon waits for it. Without a desktop there is no icon.
 class TrayIcon {
   public:
-    /// `icon` is the number of the icon in the program's resources. `quit` is called on the icon's thread.
+    /// Throws runtime::ObjectError when the system has no window left. `icon` is the number of the icon in
+    /// the program's resources. `quit` is called on the icon's thread.
     TrayIcon(int icon, const std::string& name, const std::string& state, std::function<void()> quit);
     TrayIcon(const TrayIcon&) = delete;
     TrayIcon& operator=(const TrayIcon&) = delete;

@@ -302,8 +302,10 @@ TEST_F(Guarded, WithoutAWatchdogNoPortIsTaken) {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("QT_QPA_PLATFORM", "offscreen");
+    environment.insert("LD_PRELOAD", TWINSTEP_EMULATED_PORT);
+    environment.insert("EMULATED_PORT", QString::fromStdString(port.path()));
     process.setProcessEnvironment(environment);
-    process.start(QString::fromStdString(alone), arguments());
+    process.start(QString::fromStdString(alone), arguments() + QStringList{"--port", "/dev/parport0"});
     ASSERT_TRUE(process.waitForFinished(15000));
     EXPECT_NE(process.exitCode(), 0);
     const std::string errors = process.readAllStandardError().toStdString();
