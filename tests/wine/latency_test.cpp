@@ -111,7 +111,6 @@ TEST_F(Latency, OfAThousandChangesIsWithinFiftyMilliseconds) {
         "Orbitron", "lblAzRx", [&](int n) { orbitron.set("UPDATE" + direction(n)); },
         [](int n) { return std::to_string(n % 360) + ".5"; });
     click("cmdConnect");
-    f().intSatSource = 2;
     click("chkOpenCom");
     satPc32.line("linked");
     measure(
