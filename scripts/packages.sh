@@ -13,6 +13,8 @@ check_packages=(clang-format clang-tidy shellcheck)
 fuzz_packages=(build-essential cmake ninja-build clang libclang-rt-14-dev)
 # The bridge for Windows.
 bridge_packages=(build-essential cmake ninja-build g++-mingw-w64-x86-64-posix)
+# The tests under Wine; 64 bits are enough.
+wine_packages=("${test_packages[@]}" "${bridge_packages[@]}" wine wine64)
 # To draw the icon of the bridge anew.
 icon_packages=(librsvg2-bin imagemagick)
 # The benchmarks.

@@ -4,6 +4,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QMessageBox>
 #include <QSocketNotifier>
 #include <QTimer>
@@ -36,6 +37,10 @@ void obey(const QByteArray& order) {
             auto* box = qobject_cast<QComboBox*>(widget);
             if (box && box->objectName() == name.left(nameEnd))
                 emit box->activated(box->findText(name.mid(nameEnd + 1)));
+        }
+    } else if (what == "text") {
+        for (const QWidget* window : QApplication::topLevelWidgets()) {
+            if (const auto* label = window->findChild<QLabel*>(name)) reply = label->text().toStdString();
         }
     } else if (what == "box") {
         const auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());

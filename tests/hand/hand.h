@@ -7,6 +7,7 @@
 ///   click NAME   presses the button of this name
 ///   open NAME    chooses the menu entry of this name
 ///   choose NAME TEXT  chooses an entry in the list of this name
+///   text NAME    what the label of this name shows
 ///   box          the text of the message box that is open, or "none"
 ///   accept       presses its OK
 ///   hang         an endless loop on the user-interface thread

@@ -2,8 +2,11 @@
 
 #include <QElapsedTimer>
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <random>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -14,6 +17,37 @@ constexpr int kRounds = 10; // for each program
 // Somebody else's build on the same machine holds up a change now and then; then the round is done again.
 constexpr int kAttempts = 20;
 
+/// A loop of nothing but naps, beside what is measured: how long the machine itself holds a program up.
+class BareLoop {
+  public:
+    BareLoop() = default;
+    BareLoop(const BareLoop&) = delete;
+    BareLoop& operator=(const BareLoop&) = delete;
+    ~BareLoop() {
+        ends_ = true;
+        thread_.join();
+    }
+    /// The longest hold-up in milliseconds since the last call.
+    double takeWorst() { return static_cast<double>(worst_.exchange(0)) / 1e3; }
+
+  private:
+    void nap() {
+        using Clock = std::chrono::steady_clock;
+        constexpr auto kNap = std::chrono::milliseconds(1);
+        while (!ends_) {
+            const auto due = Clock::now() + kNap;
+            std::this_thread::sleep_until(due);
+            const long late =
+                std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - due).count();
+            worst_ = std::max(worst_.load(), late);
+        }
+    }
+
+    std::atomic<bool> ends_ = false;
+    std::atomic<long> worst_ = 0; // microseconds
+    std::thread thread_{[this] { nap(); }};
+};
+
 class Latency : public StationWindow {
   protected:
     /// The value that the n-th change has: neighbours differ.
@@ -23,19 +57,22 @@ class Latency : public StationWindow {
     void measure(const char* program, const char* labelName, const Change& change, const Text& shown) {
         std::vector<double> times;
         int repeated = 0;
-        double worstEver = 0;
+        double worstEver = 0, heldUp = 0;
         for (int round = 0; round < kRounds; ++round) {
             std::vector<double> counted;
             for (int attempt = 0; attempt < kAttempts; ++attempt, ++repeated) {
+                loop_.takeWorst();
                 counted = oneRound(labelName, change, shown);
                 ASSERT_EQ(counted.size(), static_cast<std::size_t>(kChangesInARound)) << program;
                 worstEver = std::max(worstEver, *std::ranges::max_element(counted));
+                heldUp = std::max(heldUp, loop_.takeWorst());
                 if (*std::ranges::max_element(counted) <= kLimit) break;
             }
             times.insert(times.end(), counted.begin(), counted.end());
         }
         report(program, times);
-        std::printf("%-18s %d rounds done again, worst of all %.1f ms\n", "", repeated, worstEver);
+        std::printf("%-18s %d rounds done again, worst of all %.1f ms; a bare loop was held up %.1f ms\n", "",
+                    repeated, worstEver, heldUp);
         EXPECT_LE(*std::ranges::max_element(times), kLimit) << program;
         all_.insert(all_.end(), times.begin(), times.end());
     }
@@ -66,6 +103,7 @@ class Latency : public StationWindow {
         return times;
     }
 
+    BareLoop loop_;
     int n_ = 0;
     std::mt19937 random_{1};
 };
@@ -111,7 +149,6 @@ TEST_F(Latency, OfAThousandChangesIsWithinFiftyMilliseconds) {
         "Orbitron", "lblAzRx", [&](int n) { orbitron.set("UPDATE" + direction(n)); },
         [](int n) { return std::to_string(n % 360) + ".5"; });
     click("cmdConnect");
-    f().intSatSource = 2;
     click("chkOpenCom");
     satPc32.line("linked");
     measure(

@@ -39,7 +39,6 @@ TEST_F(Tracking, ComesFromSatPc32WhichQuitsAndComesBack) {
     std::optional<DdeServer> program;
     program.emplace(DdeServer::SatPc32, "SNAO-7 AZ1.0 EL2.0 UP0 UMFM DN0 DMFM MA1");
     start(form::kSatelliteRotor);
-    f().intSatSource = 2;
     for (const bool orderly : {true, false}) {
         click("chkOpenCom");
         program->line("linked");

@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# Station programs, the bridge and the window together, under Wine. Arguments are GoogleTest's, such as
+# --gtest_filter='Latency.*'. Installs what is missing; where Wine cannot start, that is a failure.
+set -euo pipefail
+
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+source scripts/packages.sh
+source scripts/build.sh
+
+need_packages "${wine_packages[@]}"
+scripts/build_bridge.sh
+cmake --build --preset bridge --target station_programs >&2
+build_preset tests
+
+QT_QPA_PLATFORM=offscreen build/tests/tests/wine/twinstep_wine_tests build/bridge/bridge "$@"
