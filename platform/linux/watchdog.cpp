@@ -1,6 +1,7 @@
 #include "platform/linux/watchdog.h"
 
 #include "runtime/errors.h"
+#include "runtime/text.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -33,11 +34,7 @@ watchdog::Request guardOf(const std::string& device) {
 }
 
 std::string portName(unsigned address) {
-    constexpr const char* kDigits = "0123456789abcdef";
-    std::string digits;
-    for (unsigned rest = address; rest > 0 || digits.empty(); rest /= 16)
-        digits.insert(digits.begin(), kDigits[rest % 16]);
-    return "the printer port at 0x" + digits;
+    return "the printer port at " + runtime::hexText(address, "0x");
 }
 
 constexpr const char* kPortName = "the printer port";
