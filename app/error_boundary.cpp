@@ -21,7 +21,7 @@ ErrorBoundary::ErrorBoundary(form::Form1& form, form::Boxes& boxes, engine::Outp
 
 void ErrorBoundary::handle(const std::exception& error) {
     // Directly, and not through the stop commands, which could fail again.
-    for (form::Timer* timer : {&form_.Timer1, &form_.Timer2, &form_.Timer3, &form_.Timer4})
+    for (form::Timer* timer : sides_.timers())
         timer->Enabled = false;
     form_.bolMemA = false;
     form_.bolMemB = false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/output_ports.h"
+#include "engine/side.h"
 #include "form/boxes.h"
 #include "form/form1.h"
 
@@ -18,6 +19,7 @@ class ErrorBoundary {
 
   private:
     form::Form1& form_;
+    engine::Sides sides_{form_};
     form::Boxes& boxes_;
     engine::OutputPorts& outputs_;
     bool telling_ = false;

@@ -2,6 +2,7 @@
 
 #include "config/display_colours.h"
 #include "config/records.h"
+#include "engine/side.h"
 #include "runtime/errors.h"
 #include "runtime/number.h"
 #include "runtime/text.h"
@@ -29,10 +30,10 @@ Shutdown::Shutdown(form::Form1& form, form::Boxes& boxes, config::RecordFile& fi
 }
 
 void Shutdown::stopTimers() {
-    for (form::Timer* timer : {&form_.Timer1, &form_.Timer2, &form_.Timer3, &form_.Timer4, &form_.tmrFastMem,
-                               &form_.tmrAutoOff, &form_.tmrBandCh}) {
+    for (form::Timer* timer : engine::Sides(form_).timers())
         timer->Enabled = false;
-    }
+    for (form::Timer* timer : {&form_.tmrFastMem, &form_.tmrAutoOff, &form_.tmrBandCh})
+        timer->Enabled = false;
 }
 
 void Shutdown::end() {

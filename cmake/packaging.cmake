@@ -42,11 +42,13 @@ foreach(size 16 22 24 32 48 64 128 256)
     install(FILES ${png} DESTINATION ${icons}/${size}x${size}/apps)
 endforeach()
 
-# What people read. The links of the README lead to docs/, which stands beside it in the sources.
+# What people read. The links of the README lead to what stands beside it in the sources; Debian has one copy of the
+# licence for all packages.
 set(doc ${CMAKE_INSTALL_DATADIR}/doc/twinstep)
-install(FILES README.md ${packaging}/debian/copyright DESTINATION ${doc})
+install(FILES README.md CONTRIBUTING.md ${packaging}/debian/copyright DESTINATION ${doc})
 file(CREATE_LINK ../../twinstep/docs ${PROJECT_BINARY_DIR}/docs SYMBOLIC)
-install(FILES ${PROJECT_BINARY_DIR}/docs DESTINATION ${doc})
+file(CREATE_LINK ../../common-licenses/GPL-3 ${PROJECT_BINARY_DIR}/LICENSE SYMBOLIC)
+install(FILES ${PROJECT_BINARY_DIR}/docs ${PROJECT_BINARY_DIR}/LICENSE DESTINATION ${doc})
 set(changelog ${PROJECT_BINARY_DIR}/changelog.gz)
 add_custom_command(OUTPUT ${changelog}
     COMMAND gzip -9n < ${packaging}/debian/changelog > ${changelog}

@@ -68,6 +68,8 @@ struct Sides {
     Side a;
     Side b;
     bool anyRunning() const { return a.running() || b.running(); }
+    /// The step timers of both.
+    std::array<form::Timer*, 4> timers() const { return {&a.forward, &a.backward, &b.forward, &b.backward}; }
 };
 
 } // namespace engine

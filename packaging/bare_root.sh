@@ -70,6 +70,12 @@ version=$(dpkg-deb -f "$deb" Version)
 told=$(as_user twinstep --version)
 [[ $told == "twinstep $version" ]] || fail "--version says '$told', the package is $version"
 
+# Started by hand the watchdog has nothing to guard. That it says so shows its place and that it lacks no library.
+result=0
+told=$(as_user /usr/libexec/twinstep/twinstep-watchdog 2>&1) || result=$?
+[[ $result == 2 && $told == "twinstep-watchdog: twinstep starts this program"* ]] ||
+    fail "the installed watchdog ends with $result and says '$told'"
+
 # run FOLDER COMMAND...: starts the program and ends it; its settings, and nothing else, must lie in that folder.
 run() {
     local folder=$1 trace=$root$home/shack/trace program result=0
@@ -128,6 +134,7 @@ END
     in_root umockdev-run -d /tmp/board.umockdev -- udevadm test --action=add "/sys$hid" >"$root/tmp/udev.log" 2>&1 ||
         fail "udevadm test failed: $(<"$root/tmp/udev.log")"
     grep -q '^SUBSYSTEM=hidraw' "$root/tmp/udev.log" || fail "udev saw no board: $(<"$root/tmp/udev.log")"
+    # 46 is the group plugdev, a number that Debian has fixed.
     grep -q '70-twinstep.rules:[0-9]* GROUP 46' "$root/tmp/udev.log" && grep -q '^TAGS=.*:uaccess:' "$root/tmp/udev.log"
 }
 for product in 5500 5501 5502 5503; do

@@ -8,15 +8,11 @@ void StepSchedule::start(Time now, Time interval) {
     interval_ = interval;
     ideal_ = next_ = now + interval;
     usual_ = Time::zero();
-    lost_ = 0;
 }
 
 void StepSchedule::ticked(Time now) {
     const Time late = now - ideal_;
-    if (now - next_ > kLongestStall * interval_ || late > kLongestBacklog * interval_) {
-        lost_ += static_cast<std::uint64_t>(late / interval_);
-        ideal_ = now;
-    }
+    if (now - next_ > kLongestStall * interval_ || late > kLongestBacklog * interval_) ideal_ = now;
     ideal_ += interval_;
     next_ = std::max(ideal_, now + shortest());
     began_ = now;

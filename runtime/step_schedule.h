@@ -1,7 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <cstdint>
 
 namespace runtime {
 
@@ -28,8 +27,6 @@ class StepSchedule {
 
     /// The moment for which the timer is to be armed.
     Time next() const { return next_; }
-    /// Ticks given up after stalls since the start, never to be made up.
-    std::uint64_t lost() const { return lost_; }
 
   private:
     Time shortest() const { return interval_ * 9 / 10; }
@@ -43,7 +40,6 @@ class StepSchedule {
     Time next_{};
     Time began_{}; // the last tick
     Time usual_{}; // what ticks take: falls at once, and rises slowly
-    std::uint64_t lost_ = 0;
 };
 
 } // namespace runtime

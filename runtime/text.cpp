@@ -161,12 +161,12 @@ std::string formatCharacters(std::string_view text, std::string_view pattern) {
     return std::string(text) + out;
 }
 
-std::string hexText(unsigned value) {
+std::string hexText(unsigned value, std::string_view prefix) {
     std::array<char, 8> digits;
     const auto end = std::to_chars(digits.begin(), digits.end(), value, 16).ptr;
     std::transform(digits.begin(), end, digits.begin(),
                    [](char c) { return c >= 'a' ? static_cast<char>(c - 'a' + 'A') : c; });
-    return "&H" + std::string(digits.data(), end);
+    return std::string(prefix) + std::string(digits.data(), end);
 }
 
 std::string toAnsi(std::string_view utf8) {

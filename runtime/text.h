@@ -27,8 +27,9 @@ inline std::string formatShown(float value) {
 /// left; all else in `pattern` is literal. Characters beyond the pattern stand before it.
 std::string formatCharacters(std::string_view text, std::string_view pattern);
 
-/// "&H" and the hexadecimal value, the form in which colours are stored: "&HFF00".
-std::string hexText(unsigned value);
+/// The hexadecimal value behind a prefix: "&HFF00", the form in which colours are stored; with "0x" that of
+/// addresses.
+std::string hexText(unsigned value, std::string_view prefix = "&H");
 
 /// To and from Windows-1252, the ANSI code page of the record file and of datagrams. A character outside it
 /// becomes '?'; an undefined byte becomes the control character of the same number.

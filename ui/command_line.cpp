@@ -28,12 +28,11 @@ std::filesystem::path path(const QString& text) {
 } // namespace
 
 CommandLine parseCommandLine(const QStringList& arguments) {
-    const QCommandLineOption directory("directory",
-                                       "Folder that holds save.cfg (default: the current folder).", "DIR");
-    const QCommandLineOption userData(
-        "user-data",
-        "Keep save.cfg in your data folder, mostly ~/.local/share/twinstep, made when missing; the "
-        "entry in the desktop's menu does so.");
+    const QCommandLineOption directory(
+        "directory", "Folder that holds save.cfg and twinstep.ini (default: the current folder).", "DIR");
+    const QCommandLineOption userData("user-data", "Keep save.cfg and twinstep.ini in your data folder, "
+                                                   "mostly ~/.local/share/twinstep, made when missing; the "
+                                                   "entry in the desktop's menu does so.");
     const QCommandLineOption port(
         "port",
         "Where the outputs go: simulated, a printer port /dev/parportN, an I/O address such as 0x378, or "

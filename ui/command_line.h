@@ -10,7 +10,7 @@ namespace ui {
 
 /// What the user asked for on the command line.
 struct Options {
-    std::filesystem::path directory = "."; // holds "save.cfg"
+    std::filesystem::path directory = "."; // holds "save.cfg" and "twinstep.ini"
     /// Those of platform::HardwareSettings that were given, by name; each is valid.
     std::map<std::string, std::string> hardware;
     std::optional<std::filesystem::path> trace;

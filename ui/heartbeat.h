@@ -1,6 +1,6 @@
 #pragma once
 
-#include "form/form1.h"
+#include "engine/side.h"
 
 #include <QTimer>
 #include <functional>
@@ -8,7 +8,7 @@
 namespace ui {
 
 /// Says four times a second from the event loop, and at once when an engine starts or stops, whether an
-/// engine runs.
+/// engine runs. It is the one observer that the step timers can have.
 class Heartbeat : private form::ControlObserver {
   public:
     /// The form outlives this object.
@@ -18,13 +18,12 @@ class Heartbeat : private form::ControlObserver {
     ~Heartbeat() override;
 
   private:
-    bool engineRuns() const;
     void say();
     void changed(form::Control& control) override;
     void focusWanted(form::Control& /*control*/) override {}
     void frontWanted(form::Control& /*control*/) override {}
 
-    form::Form1& form_;
+    engine::Sides sides_;
     std::function<void(bool)> beat_;
     bool said_ = false; // what the last beat said
     QTimer timer_;

@@ -34,9 +34,7 @@ BridgeConnection::BridgeConnection(platform::TcpClients& tcp, platform::Timers& 
       retry_(timers.create([this] { retry(); })), ping_(timers.create([this] { ping(); })),
       silence_(timers.create([this] {
           lost(stuck_ ? "it does not read" : connected_ ? "it fell silent" : "it does not answer");
-      })) {
-    told_ = stateText();
-}
+      })) {}
 
 void BridgeConnection::attach(BridgeUser& user) {
     users_.push_back(&user);
@@ -56,7 +54,6 @@ void BridgeConnection::setAddress(const BridgeAddress& address) {
     address_ = address;
     losses_ = 0;
     if (wanted()) connect();
-    tellState();
 }
 
 void BridgeConnection::stayConnected(bool stay) {
@@ -66,7 +63,6 @@ void BridgeConnection::stayConnected(bool stay) {
 
 void BridgeConnection::ask() {
     if (!client_) connect();
-    tellState();
 }
 
 void BridgeConnection::connect() {
@@ -91,7 +87,6 @@ void BridgeConnection::connect() {
 void BridgeConnection::retry() {
     retry_->stop();
     if (wanted()) connect();
-    tellState();
 }
 
 void BridgeConnection::ping() {
@@ -105,7 +100,6 @@ void BridgeConnection::lost(std::string reason) {
     drop(std::move(reason));
     if (wanted()) retry_->start(kRetries.at(losses_));
     losses_ = std::min(losses_ + 1, kRetries.size() - 1);
-    tellState();
 }
 
 void BridgeConnection::drop(std::string reason) {
@@ -136,7 +130,6 @@ void BridgeConnection::received(const std::string& bytes) {
     // What a line brings may open a box; the lines that come meanwhile are taken in there.
     while (const auto line = reader_.next())
         hear(*line);
-    tellState();
 }
 
 void BridgeConnection::hear(const bridge::LineReader::Line& line) {
@@ -194,13 +187,6 @@ std::string BridgeConnection::stateText() const {
     }
     if (losses_ > 0) return "no bridge at " + where + (reason_.empty() ? "" : ": " + reason_);
     return (client_ ? "looking for a bridge at " : "bridge not in use: ") + where;
-}
-
-void BridgeConnection::tellState() {
-    std::string text = stateText();
-    if (text == told_) return;
-    told_ = std::move(text);
-    if (onStateChanged) onStateChanged();
 }
 
 } // namespace linux_ports

@@ -4,7 +4,6 @@
 #include "platform/tcp_clients.h"
 #include "platform/timers.h"
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -51,7 +50,6 @@ class BridgeConnection {
 
     /// Another bridge: the connection to the old one ends, with all that came over it.
     void setAddress(const BridgeAddress& address);
-    const BridgeAddress& address() const { return address_; }
     /// Wanted from now on, whether or not anyone asks: for an address that the user has named.
     void stayConnected(bool stay);
 
@@ -64,8 +62,6 @@ class BridgeConnection {
     /// One plain line for the user, such as "bridge 127.0.0.1:7380 connected". It may quote the bridge, so
     /// it is not to be shown as markup.
     std::string stateText() const;
-    /// stateText has changed.
-    std::function<void()> onStateChanged;
 
   private:
     bool wanted() const;
@@ -79,7 +75,6 @@ class BridgeConnection {
     bool hearBeforeGreeting(const std::vector<std::string>& fields);
     bool hearWord(const std::vector<std::string>& fields);
     bool greet(const std::vector<std::string>& fields);
-    void tellState();
 
     platform::TcpClients& tcp_;
     const std::string programVersion_;
@@ -92,7 +87,6 @@ class BridgeConnection {
     std::string reason_;  // why there is no connection, as far as it is known
     std::string refusal_; // what the bridge said instead of a greeting
     std::string remark_;  // the bridge's last error line
-    std::string told_;    // the state as it was last told
     bool stay_ = false;
     bool connected_ = false; // greeted by a bridge of our protocol version
     bool stuck_ = false;     // the bridge does not read what we send

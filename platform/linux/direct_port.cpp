@@ -2,22 +2,13 @@
 
 #include "platform/linux/file_descriptor.h"
 #include "runtime/errors.h"
+#include "runtime/text.h"
 
-#include <array>
 #include <cerrno>
-#include <charconv>
 
 namespace linux_ports {
 
 namespace {
-
-constexpr int kHexadecimal = 16;
-
-std::string hexText(int number) {
-    std::array<char, 16> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number, kHexadecimal).ptr;
-    return "0x" + std::string(digits.data(), end);
-}
 
 std::string whyRefused(const std::string& port, int error) {
     switch (error) {
@@ -36,13 +27,9 @@ std::string whyRefused(const std::string& port, int error) {
 
 } // namespace
 
-DirectPort::DirectPort(int address, IoPorts& ports) : address_(address), ports_(ports) {
-    if (address < kLowest || address > kHighest) {
-        throw runtime::ObjectError("port " + hexText(address) + ": a printer port has an address from " +
-                                   hexText(kLowest) + " to " + hexText(kHighest));
-    }
+DirectPort::DirectPort(std::uint16_t address, IoPorts& ports) : address_(address), ports_(ports) {
     if (const int error = ports_.allow(address)) {
-        throw runtime::ObjectError(whyRefused(hexText(address), error));
+        throw runtime::ObjectError(whyRefused(runtime::hexText(address, "0x"), error));
     }
     data_ = ports_.read(address);
 }

@@ -9,21 +9,18 @@ namespace linux_ports {
 /// itself. Belongs to the thread that made it.
 class DirectPort : public platform::PrinterPort {
   public:
-    static constexpr int kLowest = 0x100, kHighest = 0xfff0; // below are the mainboard's own
-
-    /// `address` is that of the data register, kLowest to kHighest; 0x378 is the usual first port. The lines
-    /// keep the levels they have. Throws runtime::ObjectError, naming the port and what to do about it.
-    explicit DirectPort(int address, IoPorts& ports = machineIoPorts());
+    /// `address` is that of the data register; 0x378 is the usual first port. Which ones the user may name is
+    /// decided where the setting is read. The lines keep the levels they have. Throws runtime::ObjectError,
+    /// naming the port and what to do about it.
+    explicit DirectPort(std::uint16_t address, IoPorts& ports = machineIoPorts());
 
     void clearBit(int bit) override { write(data_ & ~(1U << bit)); }
     void setBit(int bit) override { write(data_ | (1U << bit)); }
 
-    int address() const { return address_; }
-
   private:
     void write(unsigned data);
 
-    int address_;
+    std::uint16_t address_;
     IoPorts& ports_;
     unsigned data_ = 0; // the byte on the data lines
 };

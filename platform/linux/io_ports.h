@@ -4,7 +4,8 @@
 
 namespace linux_ports {
 
-/// The processor's own input and output ports, the part of them that needs a right.
+/// The processor's own input and output ports, the part of them that needs a right. The watchdog has its own
+/// (watchdog/io_ports.h), as it does without exceptions and with the C library alone.
 class IoPorts {
   public:
     virtual ~IoPorts() = default;

@@ -1,6 +1,7 @@
 #include "platform/linux/watchdog.h"
 
 #include "runtime/errors.h"
+#include "runtime/text.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -18,26 +19,14 @@ constexpr const char* kProgramName = "twinstep-watchdog";
 constexpr std::chrono::seconds kShortLife{1};
 constexpr int kShortLivesInARow = 3;
 
-const watchdog::Request kCrash = [] {
-    watchdog::Request crash;
-    crash.kind = Kind::Crash;
-    return crash;
-}();
-
-watchdog::Request requestTo(Kind kind) {
-    watchdog::Request request;
-    request.kind = kind;
-    return request;
-}
+const watchdog::Request kCrash{.kind = Kind::Crash};
 
 watchdog::Request guardOf(unsigned address) {
-    watchdog::Request request = requestTo(Kind::GuardAddress);
-    request.address = address;
-    return request;
+    return {.kind = Kind::GuardAddress, .address = address};
 }
 
 watchdog::Request guardOf(const std::string& device) {
-    watchdog::Request request = requestTo(Kind::GuardBoard);
+    watchdog::Request request{.kind = Kind::GuardBoard};
     if (device.size() >= sizeof request.path)
         throw runtime::ObjectError(device + ": " + reason(ENAMETOOLONG));
     std::copy(device.begin(), device.end(), request.path);
@@ -45,11 +34,7 @@ watchdog::Request guardOf(const std::string& device) {
 }
 
 std::string portName(unsigned address) {
-    constexpr const char* kDigits = "0123456789abcdef";
-    std::string digits;
-    for (unsigned rest = address; rest > 0 || digits.empty(); rest /= 16)
-        digits.insert(digits.begin(), kDigits[rest % 16]);
-    return "the printer port at 0x" + digits;
+    return "the printer port at " + runtime::hexText(address, "0x");
 }
 
 constexpr const char* kPortName = "the printer port";
@@ -107,7 +92,7 @@ Watchdog::Watchdog(std::filesystem::path program)
 Watchdog::~Watchdog() = default;
 
 void Watchdog::guardPort(int descriptor) {
-    require(requestTo(Kind::GuardDescriptor), descriptor, kPortName);
+    require({.kind = Kind::GuardDescriptor}, descriptor, kPortName);
     port_ = descriptor;
     address_.reset();
 }
@@ -140,7 +125,7 @@ void Watchdog::require(watchdog::Request request, int descriptor, const std::str
 }
 
 void Watchdog::forget(Kind kind) {
-    watchdog::Request request = requestTo(kind);
+    watchdog::Request request{.kind = kind};
     // One that cannot be told must not keep the port: its end frees it, and the next one does not take it.
     if (process_ && process_->ask(request) != 0) process_->kill();
 }
@@ -148,10 +133,8 @@ void Watchdog::forget(Kind kind) {
 void Watchdog::beat(bool engineRuns) {
     engineRuns_ = engineRuns;
     if (process_) {
-        watchdog::Request request = requestTo(Kind::Beat);
-        request.engineRuns = engineRuns;
         // A watchdog that sleeps is none.
-        if (!process_->tell(request)) process_->kill();
+        if (!process_->tell({.kind = Kind::Beat, .engineRuns = engineRuns})) process_->kill();
     } else if (engineRuns) {
         const std::uint64_t one = 1;
         [[maybe_unused]] const ssize_t written = ::write(missing_.get(), &one, sizeof one);
@@ -211,7 +194,7 @@ void Watchdog::replace() {
 }
 
 void Watchdog::guardAnew(WatchdogProcess& process) const {
-    if (port_) ask(process, requestTo(Kind::GuardDescriptor), *port_, kPortName);
+    if (port_) ask(process, {.kind = Kind::GuardDescriptor}, *port_, kPortName);
     if (address_) ask(process, guardOf(*address_), -1, portName(*address_));
     if (board_) ask(process, guardOf(*board_), -1, *board_);
 }

@@ -91,8 +91,7 @@ WatchdogProcess::WatchdogProcess(const std::filesystem::path& program) {
         throw runtime::ObjectError("The watchdog " + program.string() + " cannot be started: " + why);
     };
     if (const int error = start(program)) refuse(reason(error));
-    watchdog::Request hello;
-    hello.kind = watchdog::Kind::Hello;
+    watchdog::Request hello{.kind = watchdog::Kind::Hello};
     if (const int error = ask(hello, -1, kLongestStart)) {
         kill();
         ::waitpid(pid_, nullptr, 0);
@@ -123,9 +122,7 @@ int WatchdogProcess::start(const std::filesystem::path& program) {
 
 WatchdogProcess::~WatchdogProcess() {
     CrashNotice::setSocket(-1);
-    watchdog::Request bye;
-    bye.kind = watchdog::Kind::Bye;
-    tell(bye);
+    tell({.kind = watchdog::Kind::Bye});
     readable(end(), kLongestEnd);
     ::waitpid(pid_, nullptr, WNOHANG);
 }

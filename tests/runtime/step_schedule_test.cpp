@@ -36,7 +36,6 @@ TEST(StepSchedule, LatenessOfEveryTickDoesNotSlowTheMean) {
     const auto ticks = run(schedule, 1ms, 1000, [](int n) { return std::chrono::microseconds(n % 90); });
     EXPECT_LT(ticks.back(), 1000ms + 90us);
     EXPECT_GE(shortestGap(ticks), 900us);
-    EXPECT_EQ(schedule.lost(), 0u);
 }
 
 TEST(StepSchedule, BacklogIsMadeUpWithoutABurst) {
@@ -49,23 +48,19 @@ TEST(StepSchedule, BacklogIsMadeUpWithoutABurst) {
     EXPECT_EQ(ticks[94], 95ms);
     EXPECT_EQ(ticks[100], 101ms);
     EXPECT_EQ(shortestGap(ticks), 900us);
-    EXPECT_EQ(schedule.lost(), 0u);
 }
 
-TEST(StepSchedule, StallBeyondTenIntervalsStartsAnewAndCountsTheLoss) {
+TEST(StepSchedule, StallBeyondTenIntervalsStartsAnew) {
     StepSchedule schedule;
     auto ticks = run(schedule, 2ms, 4, [](int n) { return n == 2 ? 20ms : 0ms; });
     EXPECT_EQ(ticks[3] - ticks[2], 1800us) << "ten intervals are still made up";
-    EXPECT_EQ(schedule.lost(), 0u);
 
     ticks = run(schedule, 2ms, 5, [](int n) { return n == 2 ? 25ms : 0ms; });
     EXPECT_EQ(ticks[3] - ticks[2], 2ms) << "nothing is made up any more";
     EXPECT_EQ(ticks[4] - ticks[3], 2ms);
-    EXPECT_EQ(schedule.lost(), 12u);
 
     schedule.start(5s, 3ms);
     EXPECT_EQ(schedule.next(), 5s + 3ms);
-    EXPECT_EQ(schedule.lost(), 0u);
 }
 
 TEST(StepSchedule, SeveralStallsAreMadeUpTogetherUntilAHundredIntervalsHavePiledUp) {
@@ -87,12 +82,12 @@ TEST(StepSchedule, ATickThatIsHeldUpKeepsItsDistanceToTheNext) {
 
     // A device that takes half of each interval must not slow the rate, once it is known to.
     schedule.start(0ns, 10ms);
-    for (int n = 0; n < 100; ++n) {
+    for (int n = 0; n < 200; ++n) {
         const auto began = schedule.next();
         schedule.ticked(began);
         schedule.finished(began + 5ms);
     }
-    EXPECT_EQ(schedule.lost(), 0u);
+    EXPECT_EQ(schedule.next(), 2010ms);
     const auto began = schedule.next();
     schedule.ticked(began);
     schedule.finished(began + 5ms);

@@ -72,6 +72,7 @@ TEST(HexText, IsWhatColoursAreStoredAs) {
     EXPECT_EQ(hexText(65280), "&HFF00");
     EXPECT_EQ(hexText(0x8000000F), "&H8000000F");
     EXPECT_EQ(hexText(0), "&H0");
+    EXPECT_EQ(hexText(0x3BC, "0x"), "0x3BC");
 }
 
 } // namespace

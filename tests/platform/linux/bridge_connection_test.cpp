@@ -169,8 +169,6 @@ TEST_F(BridgeConnectionTest, BadLinesAreCountedAndHarmless) {
 TEST_F(BridgeConnectionTest, AnotherAddressEndsTheOldConnection) {
     user.wants = true;
     connect();
-    int told = 0;
-    connection.onStateChanged = [&told] { ++told; };
     connection.setAddress({"127.0.0.1", 7380});
     EXPECT_TRUE(connection.connected());
     connection.setAddress({"fe80::1", 7400});
@@ -179,7 +177,6 @@ TEST_F(BridgeConnectionTest, AnotherAddressEndsTheOldConnection) {
     EXPECT_EQ(fake.tcp.lastAddress(), "fe80::1:7400");
     EXPECT_EQ(fake.tcp.clients(), 1U);
     EXPECT_EQ(connection.stateText(), "looking for a bridge at [fe80::1]:7400");
-    EXPECT_EQ(told, 1);
     // From within a line, the rest of what the old bridge said is not heard.
     connection.setAddress({});
     fake.accept();
