@@ -37,11 +37,7 @@ class Server::Client {
     ~Client() = default;
 
     void tick() {
-        sinceSecond_ += Session::kTick;
-        if (sinceSecond_ >= 1000) {
-            sinceSecond_ = 0;
-            received_ = 0;
-        }
+        input_.pass(Session::kTick);
         session_.tick();
     }
 
@@ -51,8 +47,7 @@ class Server::Client {
   private:
     void receive(std::string_view bytes) {
         if (!over()) {
-            received_ += bytes.size();
-            if (received_ > kMostInput) {
+            if (!input_.take(bytes.size())) {
                 finish("is dropped: it sends too much");
             } else {
                 // What all its lines are answered goes out at once: each sending costs.
@@ -87,8 +82,7 @@ class Server::Client {
     bool over_ = false;
     bool receiving_ = false;
     std::string unsent_;
-    std::size_t received_ = 0; // in the present second
-    int sinceSecond_ = 0;      // milliseconds
+    Allowance input_{kMostInput, 1000};
     std::unique_ptr<platform::TcpConnection> connection_;
     Session session_;
 };

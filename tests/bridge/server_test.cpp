@@ -313,15 +313,30 @@ TEST_F(BridgeServer, WhoTakesNothingIsDroppedAndTheOthersAreServed) {
 
 TEST_F(BridgeServer, WhoSendsAFloodIsDropped) {
     start();
-    const Client client = greeted();
-    for (int second = 0; second < 3; ++second) {
-        client.peer->send(std::string(bridge::Server::kMostInput - 1000, 'x'));
-        EXPECT_FALSE(client.peer->closed());
+    struct Flood {
+        std::string line;
+        std::size_t inASecond; // lines
+        std::string why;
+    };
+    for (const auto& [line, most, why] :
+         {Flood{std::string(1023, 'x') + "\n", bridge::Server::kMostInput / 1024, "sends too much"},
+          Flood{"ping 1\n", bridge::Session::kMostLines, "too many lines"},
+          Flood{"x\n", bridge::Session::kMostRefusals, "too many wrong lines"}}) {
+        const Client client = greeted();
         clock_.advance(1000);
+        for (int second = 0; second < 3; ++second) {
+            for (std::size_t sent = 0; sent < most; ++sent)
+                client.peer->send(line);
+            EXPECT_FALSE(client.peer->closed()) << why;
+            clock_.advance(1000);
+        }
+        std::string all;
+        for (std::size_t sent = 0; sent < most + 1; ++sent)
+            all += line;
+        client.peer->send(all);
+        EXPECT_TRUE(client.peer->closed()) << why;
+        EXPECT_THAT(log_, testing::Contains(HasSubstr(why)));
     }
-    client.peer->send(std::string(bridge::Server::kMostInput, 'x'));
-    client.peer->send("x");
-    EXPECT_TRUE(client.peer->closed());
 }
 
 TEST_F(BridgeServer, RefusesStrangersAndTheNinthClient) {
