@@ -89,7 +89,7 @@ class Server::Client {
 
 Server::Server(const Ports& ports, Settings settings, Events events)
     : settings_(std::move(settings)), events_(std::move(events)),
-      messages_(ports.station), outside_{ports.links, ports.station, messages_},
+      messages_(ports.station), outside_{ports.links, ports.station, messages_, turns_},
       timer_(ports.timers.create([this] { tick(); })),
       listener_(ports.tcp.listen(
           settings_.address, settings_.port,
@@ -128,6 +128,7 @@ void Server::tick() {
 
 void Server::sweep() {
     std::erase_if(clients_, [](const auto& client) { return client->over(); });
+    turns_.serve();
     if (clients_.empty()) timer_->stop();
     State state;
     for (const auto& client : clients_) {

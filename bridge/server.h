@@ -64,6 +64,7 @@ class Server {
     Settings settings_;
     Events events_;
     RegisteredMessages messages_;
+    LinkTurns turns_;
     Outside outside_;
     int accepted_ = 0;
     State told_;

@@ -10,6 +10,7 @@ namespace bridge {
 
 namespace {
 
+constexpr const char* kTooMuch = "too much at once; wait some seconds";
 constexpr const char* kNoLinkNumber = "a link's number is 1 to 2147483647";
 
 /// A number of 32 bits.
@@ -64,6 +65,7 @@ Session::Session(const Outside& outside, int number, const std::string& version,
 }
 
 Session::~Session() {
+    outside_.turns.leave(number_);
     for (const auto& [name, window] : windows_)
         outside_.station.unhook(window.handle, window.previousProcedure);
 }
@@ -119,7 +121,7 @@ Session::Refusal Session::run(const Fields& fields) {
         return "a field is empty";
     if (std::ranges::any_of(fields, [](const auto& field) { return field.size() > kLongestName; }))
         return "a field is longer than " + std::to_string(kLongestName) + " bytes";
-    if (word->costs && !requests_.take()) return "too much at once; wait some seconds";
+    if (word->costs && !requests_.take()) return kTooMuch;
     try {
         return (this->*word->run)(fields);
     } catch (const runtime::ObjectError& error) {
@@ -143,11 +145,18 @@ Session::Refusal Session::link(const Fields& fields) {
     if (links_.size() >= kMostLinks) return "too many links";
     // The bar divides application and topic.
     if (fields[2].find('|') != std::string::npos) return "an application's name has no bar";
-    links_.emplace(*id, nullptr); // for events that come during the call
-    auto link = outside_.links.open(fields[2] + "|" + fields[3], fields[4],
-                                    eventsOf(*id, fields[2] + "|" + fields[3] + " " + fields[4]));
-    if (const auto found = links_.find(*id); found != links_.end()) found->second = std::move(link);
+    if (!linkRequests_.take()) return kTooMuch;
+    links_.emplace(*id, Link{});
+    outside_.turns.ask(number_, *id, [this, id = *id, topic = fields[2] + "|" + fields[3], item = fields[4]] {
+        search(id, topic, item);
+    });
     return {};
+}
+
+void Session::search(int id, const std::string& topic, const std::string& item) {
+    auto link = outside_.links.open(topic, item, eventsOf(id, topic + " " + item));
+    // It may have failed during the call.
+    if (const auto found = links_.find(id); found != links_.end()) found->second.link = std::move(link);
 }
 
 platform::DdeEvents Session::eventsOf(int id, const std::string& name) {
@@ -157,7 +166,9 @@ platform::DdeEvents Session::eventsOf(int id, const std::string& name) {
     platform::DdeEvents events;
     events.opened = [this, id, about] {
         about(" opened");
+        if (const auto found = links_.find(id); found != links_.end()) found->second.open = true;
         say({"opened", std::to_string(id)});
+        outside_.turns.done(number_, id);
     };
     events.failed = [this, id, about] {
         about(" failed");
@@ -186,8 +197,9 @@ platform::DdeEvents Session::eventsOf(int id, const std::string& name) {
 void Session::end(int id) {
     const auto found = links_.find(id);
     if (found == links_.end()) return;
-    ended_.push_back(std::move(found->second));
+    ended_.push_back(std::move(found->second.link));
     links_.erase(found);
+    outside_.turns.done(number_, id);
 }
 
 Session::Refusal Session::unlink(const Fields& fields) {
@@ -195,6 +207,7 @@ Session::Refusal Session::unlink(const Fields& fields) {
     if (!id) return kNoLinkNumber;
     // A link that the server closed at the same moment is gone already: no reason to complain.
     links_.erase(*id);
+    outside_.turns.done(number_, *id);
     return {};
 }
 
@@ -298,6 +311,8 @@ void Session::tick() {
     lines_.pass(kTick);
     refusals_.pass(kTick);
     requests_.pass(kTick);
+    linkRequests_.pass(kTick);
+    giveUpLate();
     sincePing_ += kTick;
     if (sincePing_ >= kPingInterval) {
         sincePing_ = 0;
@@ -305,6 +320,19 @@ void Session::tick() {
     }
     for (const auto& [title, handle] : titles_)
         look(title);
+}
+
+/// Links whose turn has not come, or came late.
+void Session::giveUpLate() {
+    std::vector<int> late;
+    for (auto& [id, link] : links_) {
+        if (!link.open && (link.age += kTick) > kLinkDeadline) late.push_back(id);
+    }
+    for (const int id : late) {
+        say({"failed", std::to_string(id), "other links were searched for"});
+        links_.erase(id);
+        outside_.turns.done(number_, id);
+    }
 }
 
 void Session::say(const std::vector<std::string_view>& fields) {

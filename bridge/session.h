@@ -1,6 +1,7 @@
 #pragma once
 
 #include "bridge/allowance.h"
+#include "bridge/link_turns.h"
 #include "bridge/protocol.h"
 #include "bridge/registered_messages.h"
 #include "platform/dde_links.h"
@@ -22,6 +23,7 @@ struct Outside {
     platform::DdeLinks& links;
     platform::StationMessages& station;
     RegisteredMessages& messages;
+    LinkTurns& turns;
 };
 
 /// The conversation with one client: its words become links, windows and messages, and what these bring
@@ -42,10 +44,12 @@ class Session {
     static constexpr std::size_t kLongestName = 255; // bytes; the system takes no longer names
     /// Links, messages, windows, titles and posts that a client may ask for in kShareTime.
     static constexpr int kMostRequests = 200;
-    static constexpr int kShareTime = 5000;   // milliseconds
-    static constexpr int kMostLines = 2000;   // in a second; beyond it, the client is dropped
-    static constexpr int kMostRefusals = 100; // in a second; beyond it, the client is dropped
-    static constexpr int kTick = 250;         // milliseconds
+    static constexpr int kMostLinkRequests = 50; // of these, links; each costs the whole desktop's time
+    static constexpr int kLinkDeadline = 1000;   // milliseconds in which a link is open or has failed
+    static constexpr int kShareTime = 5000;      // milliseconds
+    static constexpr int kMostLines = 2000;      // in a second; beyond it, the client is dropped
+    static constexpr int kMostRefusals = 100;    // in a second; beyond it, the client is dropped
+    static constexpr int kTick = 250;            // milliseconds
 
     /// Sends the greeting. `number` tells its windows from those of all other sessions.
     Session(const Outside& outside, int number, const std::string& version, Events events);
@@ -68,6 +72,11 @@ class Session {
     /// Why a line is not obeyed; nothing where it is.
     using Refusal = std::optional<std::string>;
     struct Word;
+    struct Link {
+        std::unique_ptr<platform::DdeLink> link; // null before its turn
+        bool open = false;
+        int age = 0; // milliseconds until it opened
+    };
     struct Window {
         long handle;
         long previousProcedure;
@@ -89,6 +98,8 @@ class Session {
     Refusal unwatch(const Fields& fields);
     Refusal post(const Fields& fields);
 
+    void search(int id, const std::string& topic, const std::string& item);
+    void giveUpLate();
     platform::DdeEvents eventsOf(int id, const std::string& name);
     void end(int id);
     void arrived(const std::string& window, long message, long wParam, long lParam);
@@ -112,8 +123,9 @@ class Session {
     Allowance lines_{kMostLines, 1000};
     Allowance refusals_{kMostRefusals, 1000};
     Allowance requests_{kMostRequests, kShareTime};
+    Allowance linkRequests_{kMostLinkRequests, kShareTime};
 
-    std::map<int, std::unique_ptr<platform::DdeLink>> links_;
+    std::map<int, Link> links_;
     /// They are telling us something just now, and go with the next tick.
     std::vector<std::unique_ptr<platform::DdeLink>> ended_;
     std::map<std::string, long, std::less<>> messages_;
