@@ -3,11 +3,12 @@
 // dde_server APPLICATION TOPIC ITEM [TEXT], and on the standard input, one a line:
 //   set TEXT    changes the item (UTF-8 here, the system's ANSI code page in DDE)
 //   bare TEXT   the same without the zero that should end it
-//   count, close PROGRAM   see obeyCommon
+//   count, close PROGRAM, end PROGRAM   see obeyCommon
 //   quit        ends every conversation, then the program
 //   vanish      ends the program at once, as a crash does
 // It prints "ready", "linked", "unlinked", "disconnected" and what obeyCommon does.
 
+#include "platform/windows/text.h"
 #include "tests/wine/station/commands.h"
 
 #include <cstdlib>
@@ -19,16 +20,14 @@
 
 namespace {
 
-std::string ansiFromUtf8(const std::string& text) {
-    std::wstring wide(text.size(), L'\0');
-    const int size = static_cast<int>(text.size());
-    wide.resize(static_cast<std::size_t>(
-        MultiByteToWideChar(CP_UTF8, 0, text.data(), size, wide.data(), static_cast<int>(wide.size()))));
-    const int wideSize = static_cast<int>(wide.size());
-    std::string ansi(wide.size() * 4, '\0');
-    ansi.resize(static_cast<std::size_t>(WideCharToMultiByte(
-        CP_ACP, 0, wide.data(), wideSize, ansi.data(), static_cast<int>(ansi.size()), nullptr, nullptr)));
-    return ansi;
+/// In the system's ANSI code page.
+std::string ansi(const std::wstring& text) {
+    constexpr std::size_t kLongestCharacter = 4; // bytes
+    std::string bytes(text.size() * kLongestCharacter, '\0');
+    bytes.resize(static_cast<std::size_t>(
+        WideCharToMultiByte(CP_ACP, 0, text.data(), static_cast<int>(text.size()), bytes.data(),
+                            static_cast<int>(bytes.size()), nullptr, nullptr)));
+    return bytes;
 }
 
 /// One for the process: DDEML's callback has no argument of the caller's.
@@ -39,7 +38,7 @@ struct Server {
     std::set<HCONV> conversations;
 
     void change(const std::string& text, bool withZero) {
-        data = ansiFromUtf8(text);
+        data = ansi(windows_ports::wide(text));
         if (withZero) data.push_back('\0');
         DdePostAdvise(instance, topic, item);
     }

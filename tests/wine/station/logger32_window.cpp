@@ -2,7 +2,7 @@
 //
 // logger32_window [TITLE], TITLE "Logger32" unless given, and on the standard input, one a line:
 //   frequency HERTZ   tells every subscriber
-//   count, close PROGRAM   see obeyCommon
+//   count, close PROGRAM, end PROGRAM   see obeyCommon
 //   quit              ends the program
 // It prints "ready", "subscribed HANDLE", "unsubscribed", and what obeyCommon does.
 
