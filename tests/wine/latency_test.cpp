@@ -5,6 +5,8 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <functional>
+#include <optional>
 #include <random>
 #include <thread>
 #include <vector>
@@ -12,10 +14,12 @@
 namespace {
 
 constexpr double kLimit = 50; // milliseconds from the change to the label
-constexpr int kChangesInARound = 25;
-constexpr int kRounds = 10; // for each program
-// Somebody else's build on the same machine holds up a change now and then; then the round is done again.
-constexpr int kAttempts = 20;
+constexpr int kChanges = 250; // of each program
+// Somebody else's build on the same machine holds up a change now and then. One that is late is measured
+// again where a loop that does nothing was held up too: each change passes through some ten programs and
+// threads, so by a tenth of the limit or more.
+constexpr double kHeldUp = kLimit / 10; // milliseconds
+constexpr int kMostExcused = kChanges / 20;
 
 /// A loop of nothing but naps, beside what is measured: how long the machine itself holds a program up.
 class BareLoop {
@@ -56,51 +60,53 @@ class Latency : public StationWindow {
 
     void measure(const char* program, const char* labelName, const Change& change, const Text& shown) {
         std::vector<double> times;
-        int repeated = 0;
-        double worstEver = 0, heldUp = 0;
-        for (int round = 0; round < kRounds; ++round) {
-            std::vector<double> counted;
-            for (int attempt = 0; attempt < kAttempts; ++attempt, ++repeated) {
-                loop_.takeWorst();
-                counted = oneRound(labelName, change, shown);
-                ASSERT_EQ(counted.size(), static_cast<std::size_t>(kChangesInARound)) << program;
-                worstEver = std::max(worstEver, *std::ranges::max_element(counted));
-                heldUp = std::max(heldUp, loop_.takeWorst());
-                if (*std::ranges::max_element(counted) <= kLimit) break;
+        int late = 0, excused = 0;
+        double heldUp = 0;
+        for (int good = 0; good < kChanges && late == 0;) {
+            loop_.takeWorst();
+            const auto time = oneChange(labelName, change, shown);
+            ASSERT_TRUE(time) << program << ": " << shown(n_) << " never came";
+            times.push_back(*time);
+            const double stalled = loop_.takeWorst();
+            heldUp = std::max(heldUp, stalled);
+            if (*time <= kLimit) {
+                ++good;
+            } else if (stalled >= kHeldUp && excused < kMostExcused) {
+                ++excused;
+            } else {
+                ++late;
             }
-            times.insert(times.end(), counted.begin(), counted.end());
         }
         report(program, times);
-        std::printf("%-18s %d rounds done again, worst of all %.1f ms; a bare loop was held up %.1f ms\n", "",
-                    repeated, worstEver, heldUp);
-        EXPECT_LE(*std::ranges::max_element(times), kLimit) << program;
+        std::printf(
+            "%-18s %d above %.0f ms while the machine stalled, %d on its own; a bare loop was held up "
+            "%.1f ms\n",
+            "", excused, kLimit, late, heldUp);
+        EXPECT_EQ(late, 0) << program << ": " << times.back() << " ms";
         all_.insert(all_.end(), times.begin(), times.end());
     }
 
     static void report(const char* what, std::vector<double> times) {
         std::ranges::sort(times);
-        std::printf("%-18s %zu changes: median %.1f ms, 99 %% %.1f ms, worst %.1f ms\n", what, times.size(),
-                    times[times.size() / 2], times[times.size() * 99 / 100], times.back());
+        const auto share = [&times](std::size_t percent) { return times[times.size() * percent / 100]; };
+        std::printf("%-18s %zu changes: median %.1f ms, 90 %% %.1f ms, 99 %% %.1f ms, worst %.1f ms\n", what,
+                    times.size(), share(50), share(90), share(99), times.back());
     }
 
     std::vector<double> all_;
 
   private:
-    /// The milliseconds of each change; a shorter list when one never came.
-    std::vector<double> oneRound(const char* labelName, const Change& change, const Text& shown) {
-        std::vector<double> times;
-        for (int i = 0; i < kChangesInARound; ++i) {
-            // Anywhere between two rounds of drawing.
-            std::uniform_int_distribution<int> pause(0, 40);
-            waitFor([] { return false; }, pause(random_));
-            const std::string expected = shown(++n_);
-            QElapsedTimer clock;
-            clock.start();
-            change(n_);
-            if (!waitFor([&] { return text(labelName) == expected; })) break;
-            times.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
-        }
-        return times;
+    /// Its milliseconds; nothing when it never came.
+    std::optional<double> oneChange(const char* labelName, const Change& change, const Text& shown) {
+        // Anywhere between two rounds of drawing.
+        std::uniform_int_distribution<int> pause(0, 40);
+        waitFor([] { return false; }, pause(random_));
+        const std::string expected = shown(++n_);
+        QElapsedTimer clock;
+        clock.start();
+        change(n_);
+        if (!waitFor([&] { return text(labelName) == expected; })) return std::nullopt;
+        return static_cast<double>(clock.nsecsElapsed()) / 1e6;
     }
 
     BareLoop loop_;
