@@ -3,6 +3,8 @@
 #include <QElapsedTimer>
 #include <QNetworkInterface>
 #include <QTcpSocket>
+#include <iostream>
+#include <list>
 #include <random>
 
 namespace {
@@ -10,7 +12,10 @@ namespace {
 /// Somebody who speaks to the bridge without being asked.
 class Stranger {
   public:
-    explicit Stranger(int port, const QHostAddress& host = QHostAddress(QHostAddress::LocalHost)) {
+    /// From this address of the computer, where one is given.
+    explicit Stranger(int port, const QHostAddress& host = QHostAddress(QHostAddress::LocalHost),
+                      const QHostAddress& from = {}) {
+        if (!from.isNull()) socket_.bind(from);
         socket_.connectToHost(host, static_cast<quint16>(port));
         connected_ = socket_.waitForConnected();
     }
@@ -23,10 +28,12 @@ class Stranger {
     bool isConnected() const { return socket_.state() == QTcpSocket::ConnectedState; }
     /// Whether the bridge comes to say a line that begins so.
     bool hears(const QByteArray& beginning) {
-        return waitFor([&] {
-            heard_ += socket_.readAll();
-            return heard_.startsWith(beginning) || heard_.contains("\n" + beginning);
-        });
+        return waitFor([&] { return has(beginning); });
+    }
+    /// Whether it has said one by now.
+    bool has(const QByteArray& beginning) {
+        heard_ += socket_.readAll();
+        return heard_.startsWith(beginning) || heard_.contains("\n" + beginning);
     }
     const QByteArray& heard() const { return heard_; }
     /// What arrives stays where it is from now on.
@@ -108,8 +115,9 @@ TEST_F(Hostile, GarbageHarmsNobody) {
     Stranger stranger(port);
     Stranger unknown(port);
     stranger.send(kHello);
-    for (int chunk = 0; chunk < 50; ++chunk) {
-        QByteArray bytes(1024, '\0');
+    // Not so much that it would be dropped for its quantity: one byte of 256 ends a wrong line.
+    for (int chunk = 0; chunk < 64; ++chunk) {
+        QByteArray bytes(256, '\0');
         for (char& c : bytes)
             c = static_cast<char>(byte(random));
         stranger.send(bytes);
@@ -125,7 +133,7 @@ TEST_F(Hostile, GarbageHarmsNobody) {
 
 TEST_F(Hostile, EndlessLinesAndFloodsHarmNobody) {
     Stranger endless(port);
-    endless.send(kHello + QByteArray(64 * 1024, 'x'));
+    endless.send(kHello + QByteArray(32 * 1024, 'x'));
     Stranger flood(port);
     flood.send(kHello);
     QByteArray pings;
@@ -144,19 +152,89 @@ TEST_F(Hostile, WhoDoesNotReadIsDropped) {
     Stranger deaf(port);
     deaf.stopReading();
     deaf.send(kHello);
-    // Short lines with longer answers, which pile up: in the sockets' own buffers first, then with the
-    // bridge.
-    QByteArray lines;
-    while (lines.size() < 10'000)
-        lines += "x\n";
+    for (int id = 1; id <= 40; ++id)
+        deaf.send("link " + QByteArray::number(id) + " HRD_RADIO_000 HRD_CAT HRD_FREQUENCY\n");
+    // Each change comes to it forty times. All that piles up: in the sockets' own buffers first, then with
+    // the bridge.
+    int changes = 0;
     EXPECT_TRUE(waitFor(
         [&] {
-            deaf.send(lines);
-            waitFor([] { return false; }, 100);
+            sendText(std::to_string(++changes) + std::string(3000, '1'));
+            deaf.send("ping 1\n");
+            waitFor([] { return false; }, 50);
             return !deaf.isConnected();
         },
         120'000));
-    EXPECT_FALSE(deaf.isConnected());
+    EXPECT_NE(bridge->lineWith("does not take what it is sent"), "");
+    expectService();
+}
+
+TEST_F(Hostile, WhoSendsOnlyWrongLinesKeepsNobodyWaiting) {
+    // Some 100 KB a second, and whoever is dropped comes again.
+    constexpr int kRounds = 40;
+    constexpr int kPause = 50; // milliseconds
+    constexpr qint64 kSoon = 300;
+    const QByteArray lines = QByteArray("x\n").repeated(2500);
+    Stranger peer(port);
+    peer.send(kHello);
+    std::optional<Stranger> hostile;
+    int dropped = 0;
+    std::vector<qint64> times;
+    for (int round = 0; round < kRounds; ++round) {
+        if (!hostile || !hostile->isConnected()) {
+            dropped += hostile ? 1 : 0;
+            hostile.emplace(port);
+            hostile->send(kHello);
+        }
+        hostile->send(lines);
+        const QByteArray number = QByteArray::number(round);
+        QElapsedTimer clock;
+        clock.start();
+        peer.send("ping " + number + "\n");
+        ASSERT_TRUE(peer.hears("pong " + number + "\n"));
+        times.push_back(clock.elapsed());
+        waitFor([] { return false; }, kPause);
+    }
+    std::ranges::sort(times);
+    std::cout << "pings beside wrong lines: median " << times[times.size() / 2] << " ms, worst "
+              << times.back() << " ms; dropped " << dropped << " times\n";
+    EXPECT_LT(times[times.size() / 2], kSoon);
+    EXPECT_GT(dropped, 0);
+    EXPECT_NE(bridge->lineWith("too many wrong lines"), "");
+    expectService();
+}
+
+TEST_F(Hostile, ThoseWhoAskForManyLinksKeepNobodyWaiting) {
+    constexpr int kCrowd = 3, kLinks = 50;
+    DdeServer satPc32(DdeServer::SatPc32, "SNAO-7 AZ1.0 EL2.0 UP0");
+    Stranger peer(port);
+    peer.send(kHello);
+    bool opened = false;
+    // With another crowd where the machine itself is too slow for one link in a second.
+    for (int attempt = 1; attempt <= 3 && !opened; ++attempt) {
+        std::list<Stranger> crowd;
+        int items = 0; // each one its own: links to the same share their search
+        for (int n = 0; n < kCrowd; ++n) {
+            Stranger& greedy = crowd.emplace_back(port);
+            greedy.send(kHello);
+            for (int id = 1; id <= kLinks; ++id)
+                greedy.send("link " + QByteArray::number(id) + " Absent Topic Item" +
+                            QByteArray::number(++items) + "\n");
+        }
+        EXPECT_TRUE(crowd.back().hears("failed "));
+        const QByteArray id = QByteArray::number(attempt);
+        peer.send("link " + id + " SatPC32 SatPcDdeConv SatPcDdeItem\n");
+        EXPECT_TRUE(waitFor([&] { return peer.has("opened " + id) || peer.has("failed " + id); }));
+        opened = peer.has("opened " + id);
+        auto answered = 0;
+        for (Stranger& greedy : crowd)
+            answered += greedy.has("failed ") ? static_cast<int>(greedy.heard().count("\nfailed ")) : 0;
+        std::cout << "after " << answered << " of " << items << " links of others\n";
+        if (opened) {
+            EXPECT_LT(answered, items / 2);
+        }
+    }
+    EXPECT_TRUE(opened);
     expectService();
 }
 
@@ -211,15 +289,39 @@ TEST(Stranger, FromAnAddressThatIsNotAllowedIsRefused) {
     const int port = freePort();
     {
         const Bridge bridge(port, {"--listen", "0.0.0.0", "--allow", "192.0.2.1"});
-        Stranger stranger(port, *own);
+        // From another address than the one that it reaches, as another computer comes.
+        Stranger stranger(port, QHostAddress(QHostAddress::LocalHost), *own);
         EXPECT_TRUE(stranger.isDropped());
         EXPECT_EQ(stranger.heard(), "");
         Stranger local(port);
         EXPECT_TRUE(local.hears("hello 1 "));
+        Stranger itself(port, *own);
+        EXPECT_TRUE(itself.hears("hello 1 "));
     }
     const Bridge bridge(port, {"--listen", "0.0.0.0", "--allow", "192.0.2.1," + own->toString()});
-    Stranger guest(port, *own);
+    Stranger guest(port, QHostAddress(QHostAddress::LocalHost), *own);
     EXPECT_TRUE(guest.hears("hello 1 "));
+}
+
+TEST(Stranger, WatchesTheSameWindowWhileItHasItsTitle) {
+    const int port = freePort();
+    const Bridge bridge(port);
+    std::optional<LoggerWindow> first(std::in_place, "Twin");
+    Stranger stranger(port);
+    stranger.send(kHello + "watch Twin\n");
+    EXPECT_TRUE(stranger.hears("window Twin "));
+    // In front of the first.
+    const LoggerWindow second("Twin");
+    // By then it was looked for some times.
+    EXPECT_TRUE(stranger.hears("ping 1\n"));
+    stranger.send("pong 1\n");
+    EXPECT_TRUE(stranger.hears("ping 2\n"));
+    EXPECT_EQ(stranger.heard().count("\nwindow Twin "), 1) << stranger.heard().toStdString();
+    first.reset();
+    EXPECT_TRUE(waitFor([&] {
+        return stranger.has("window Twin ") && stranger.heard().count("\nwindow Twin ") == 2;
+    })) << stranger.heard().toStdString();
+    EXPECT_FALSE(stranger.heard().contains("window Twin 0\n"));
 }
 
 } // namespace
