@@ -37,9 +37,9 @@ class Server::Client {
     ~Client() = default;
 
     void tick() {
-        sinceAllowance_ += Session::kTick;
-        if (sinceAllowance_ >= 1000) {
-            sinceAllowance_ = 0;
+        sinceSecond_ += Session::kTick;
+        if (sinceSecond_ >= 1000) {
+            sinceSecond_ = 0;
             received_ = 0;
         }
         session_.tick();
@@ -55,10 +55,10 @@ class Server::Client {
             if (received_ > kMostInput) {
                 finish("is dropped: it sends too much");
             } else {
-                // One call to the system for all that is answered, not one for each line of a flood.
-                gathering_ = true;
+                // What all its lines are answered goes out at once: each sending costs.
+                receiving_ = true;
                 session_.receive(bytes);
-                gathering_ = false;
+                receiving_ = false;
                 flush();
             }
         }
@@ -68,7 +68,7 @@ class Server::Client {
     void send(const std::string& line) {
         if (over_) return;
         unsent_ += line;
-        if (!gathering_ || unsent_.size() > kMostUnsent) flush();
+        if (!receiving_ || unsent_.size() > kMostUnsent) flush();
         if (unsent_.size() > kMostUnsent) finish("is dropped: it does not take what it is sent");
     }
 
@@ -85,10 +85,10 @@ class Server::Client {
     Server& server_;
     std::string name_;
     bool over_ = false;
+    bool receiving_ = false;
     std::string unsent_;
-    bool gathering_ = false;
-    std::size_t received_ = 0; // since the last allowance
-    int sinceAllowance_ = 0;   // milliseconds
+    std::size_t received_ = 0; // in the present second
+    int sinceSecond_ = 0;      // milliseconds
     std::unique_ptr<platform::TcpConnection> connection_;
     Session session_;
 };

@@ -44,7 +44,7 @@ class Server {
 
     static constexpr std::size_t kMostClients = 8;
     static constexpr std::size_t kMostUnsent = 64 * 1024; // bytes to one client
-    static constexpr std::size_t kMostInput = 256 * 1024; // bytes in a second from one client
+    static constexpr std::size_t kMostInput = 64 * 1024;  // bytes in a second from one client
 
     /// Throws runtime::ObjectError when it cannot listen.
     Server(const Ports& ports, Settings settings, Events events);

@@ -117,7 +117,7 @@ void Session::run(const Fields& fields) {
         throw Refusal{"a field is empty"};
     if (std::ranges::any_of(fields, [](const auto& field) { return field.size() > kLongestName; }))
         throw Refusal{"a field is longer than " + std::to_string(kLongestName) + " bytes"};
-    if (word->costs && ++requests_ > kMostRequests) throw Refusal{"too much at once; wait a second"};
+    if (word->costs && ++requests_ > kMostRequests) throw Refusal{"too much at once; wait some seconds"};
     (this->*word->run)(fields);
 }
 
@@ -273,9 +273,9 @@ void Session::tick() {
         finish("was silent for " + std::to_string(kSilenceLimit / 1000) + " seconds");
         return;
     }
-    sinceAllowance_ += kTick;
-    if (sinceAllowance_ >= 1000) {
-        sinceAllowance_ = 0;
+    sinceShare_ += kTick;
+    if (sinceShare_ >= kShareTime) {
+        sinceShare_ = 0;
         requests_ = 0;
     }
     sincePing_ += kTick;

@@ -38,9 +38,10 @@ class Session {
     static constexpr std::size_t kMostMessages = 16;
     static constexpr std::size_t kMostTitles = 16;
     static constexpr std::size_t kLongestName = 255; // bytes; the system takes no longer names
-    /// Links, messages, windows, titles and posts that a client may ask for in a second.
-    static constexpr int kMostRequests = 100;
-    static constexpr int kTick = 250; // milliseconds
+    /// Links, messages, windows, titles and posts that a client may ask for in kShareTime.
+    static constexpr int kMostRequests = 200;
+    static constexpr int kShareTime = 5000; // milliseconds
+    static constexpr int kTick = 250;       // milliseconds
 
     /// Sends the greeting. `number` tells its windows from those of all other sessions.
     Session(const Outside& outside, int number, const std::string& version, Events events);
@@ -102,8 +103,8 @@ class Session {
     int silence_ = 0;   // milliseconds
     int sincePing_ = 0; // milliseconds
     long pings_ = 0;
-    int requests_ = 0;       // since the last allowance
-    int sinceAllowance_ = 0; // milliseconds
+    int requests_ = 0;   // of its present share
+    int sinceShare_ = 0; // milliseconds
 
     std::map<int, std::unique_ptr<platform::DdeLink>> links_;
     /// They are telling us something just now, and go with the next tick.

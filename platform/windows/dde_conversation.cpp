@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <dde.h>
 #include <ddeml.h>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -15,55 +16,8 @@ namespace {
 constexpr DWORD kPatience = 1000;      // milliseconds for a server's answer
 constexpr UINT kLookAfterServer = 500; // milliseconds
 
-/// One instance of the DDE library, and the conversation it is for. The library's callback finds it by its
-/// thread.
-class Conversation {
-  public:
-    Conversation(const DdeListener& listener, Cancellation& cancellation)
-        : listener_(listener), cancellation_(cancellation) {
-        current() = this;
-        DdeInitializeW(&instance_, callback,
-                       APPCLASS_STANDARD | APPCMD_CLIENTONLY | CBF_SKIP_CONNECT_CONFIRMS |
-                           CBF_SKIP_REGISTRATIONS | CBF_SKIP_UNREGISTRATIONS,
-                       0);
-    }
-    Conversation(const Conversation&) = delete;
-    Conversation& operator=(const Conversation&) = delete;
-    ~Conversation() {
-        // What still comes in while it ends concerns nobody.
-        over_ = true;
-        if (conversation_) DdeDisconnect(conversation_);
-        if (instance_ != 0) DdeUninitialize(instance_);
-        current() = nullptr;
-    }
-
-    bool open(const DdeItem& item);
-    /// Until the server ends the conversation or it is cancelled.
-    void listen();
-
-  private:
-    class Name;
-
-    static Conversation*& current() {
-        thread_local Conversation* conversation = nullptr;
-        return conversation;
-    }
-    static HDDEDATA CALLBACK callback(UINT type, UINT format, HCONV conversation, HSZ topic, HSZ item,
-                                      HDDEDATA data, ULONG_PTR first, ULONG_PTR second) noexcept;
-    bool goesOn() const { return !over_ && !cancellation_.cancelled(); }
-    HWND server() const;
-    void tell(HDDEDATA data) const;
-
-    const DdeListener& listener_;
-    Cancellation& cancellation_;
-    DWORD instance_ = 0;
-    HCONV conversation_ = nullptr;
-    bool opened_ = false;
-    bool over_ = false;
-};
-
 /// A string as the DDE library keeps it; null where it does not take it.
-class Conversation::Name {
+class Name {
   public:
     Name(DWORD instance, const std::wstring& text)
         : instance_(instance),
@@ -80,31 +34,83 @@ class Conversation::Name {
     HSZ handle_;
 };
 
+/// One instance of the DDE library, and the conversation it is for. The library's callback finds it by its
+/// thread.
+class Conversation {
+  public:
+    Conversation(const DdeListener& listener, Cancellation& cancellation)
+        : listener_(listener), cancellation_(cancellation) {
+        current() = this;
+        DdeInitializeW(&instance_, callback,
+                       APPCLASS_STANDARD | APPCMD_CLIENTONLY | CBF_SKIP_CONNECT_CONFIRMS |
+                           CBF_SKIP_REGISTRATIONS | CBF_SKIP_UNREGISTRATIONS,
+                       0);
+    }
+    Conversation(const Conversation&) = delete;
+    Conversation& operator=(const Conversation&) = delete;
+    ~Conversation() {
+        if (advised_ && !over_) transact(XTYP_ADVSTOP);
+        // What still comes in while it ends concerns nobody.
+        over_ = true;
+        if (conversation_) DdeDisconnect(conversation_);
+        item_.reset();
+        if (instance_ != 0) DdeUninitialize(instance_);
+        current() = nullptr;
+    }
+
+    bool open(const DdeItem& item);
+    /// Until the server ends the conversation or it is cancelled.
+    void listen();
+
+  private:
+    static Conversation*& current() {
+        thread_local Conversation* conversation = nullptr;
+        return conversation;
+    }
+    static HDDEDATA CALLBACK callback(UINT type, UINT format, HCONV conversation, HSZ topic, HSZ item,
+                                      HDDEDATA data, ULONG_PTR first, ULONG_PTR second) noexcept;
+    bool goesOn() const { return !over_ && !cancellation_.cancelled(); }
+    HWND server() const;
+    HDDEDATA transact(UINT type) const;
+    void tell(HDDEDATA data) const;
+
+    const DdeListener& listener_;
+    Cancellation& cancellation_;
+    DWORD instance_ = 0;
+    HCONV conversation_ = nullptr;
+    std::optional<Name> item_;
+    bool advised_ = false;
+    bool opened_ = false;
+    bool over_ = false;
+};
+
 bool Conversation::open(const DdeItem& item) {
     if (instance_ == 0) return false;
     const Name application(instance_, item.application);
     const Name topic(instance_, item.topic);
-    const Name name(instance_, item.item);
+    item_.emplace(instance_, item.item);
     // To the library, null would mean any application and any topic.
-    if (!application.get() || !topic.get() || !name.get() || !goesOn()) return false;
+    if (!application.get() || !topic.get() || !item_->get() || !goesOn()) return false;
 
     conversation_ = DdeConnect(instance_, application.get(), topic.get(), nullptr);
     if (!conversation_ || !goesOn()) return false;
-    const HDDEDATA advised = DdeClientTransaction(nullptr, 0, conversation_, name.get(), CF_TEXT,
-                                                  XTYP_ADVSTART, kPatience, nullptr);
-    if (!advised || !goesOn()) return false;
+    advised_ = transact(XTYP_ADVSTART) != nullptr;
+    if (!advised_ || !goesOn()) return false;
     opened_ = true;
     listener_.opened();
 
     // Asked for after the link is made, so that no change is missed between the two. A server that gives its
     // item to links alone refuses, and the first change brings the text.
-    const HDDEDATA present = DdeClientTransaction(nullptr, 0, conversation_, name.get(), CF_TEXT,
-                                                  XTYP_REQUEST, kPatience, nullptr);
+    const HDDEDATA present = transact(XTYP_REQUEST);
     if (present) {
         if (goesOn()) tell(present);
         DdeFreeDataHandle(present);
     }
     return true;
+}
+
+HDDEDATA Conversation::transact(UINT type) const {
+    return DdeClientTransaction(nullptr, 0, conversation_, item_->get(), CF_TEXT, type, kPatience, nullptr);
 }
 
 void Conversation::listen() {
@@ -166,6 +172,13 @@ HDDEDATA CALLBACK Conversation::callback(UINT type, UINT format, HCONV /*convers
 }
 
 } // namespace
+
+bool DdeItem::isSame(const DdeItem& other) const {
+    const auto same = [](const std::wstring& one, const std::wstring& two) {
+        return CompareStringOrdinal(one.c_str(), -1, two.c_str(), -1, TRUE) == CSTR_EQUAL;
+    };
+    return same(application, other.application) && same(topic, other.topic) && same(item, other.item);
+}
 
 void Cancellation::cancel() {
     cancelled_ = true;

@@ -23,6 +23,8 @@ class Cancellation {
 
 struct DdeItem {
     std::wstring application, topic, item;
+    /// DDE knows no upper and lower case.
+    bool isSame(const DdeItem& other) const;
 };
 
 /// What a conversation tells, on its own thread.

@@ -1,6 +1,5 @@
 #include "platform/windows/dde_links.h"
 
-#include "platform/windows/dde_conversation.h"
 #include "platform/windows/text.h"
 #include "runtime/errors.h"
 
@@ -8,6 +7,7 @@
 #include <chrono>
 #include <deque>
 #include <mutex>
+#include <optional>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -58,33 +58,56 @@ class News {
 
 } // namespace
 
-/// Shared by a link, its thread and the calls that wait in the mailbox.
-struct DdeLinks::Shared {
+/// A conversation as its links see it. Shared by the links, the thread and the calls that wait in the
+/// mailbox.
+struct DdeLinks::Feed {
     DdeItem item;
     Cancellation cancellation;
     News news;
     // The owner's thread alone:
-    platform::DdeEvents events;
     std::unique_ptr<platform::PeriodicTimer> deadline;
+    std::vector<Link*> links;
+    bool open = false;
     bool over = false;
+    std::optional<std::string> text; // the last that came
 
     void end() {
         if (std::exchange(over, true)) return;
         deadline.reset();
         cancellation.cancel();
     }
+    /// Calls an event of all links. It may destroy any of them.
+    template <class Call>
+    void tell(Call call) const;
 };
 
 class DdeLinks::Link : public platform::DdeLink {
   public:
-    explicit Link(std::shared_ptr<Shared> shared) : shared_(std::move(shared)) {}
+    Link(std::shared_ptr<Feed> feed, platform::DdeEvents events)
+        : feed_(std::move(feed)), events_(std::make_shared<platform::DdeEvents>(std::move(events))) {
+        feed_->links.push_back(this);
+    }
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
-    ~Link() override { shared_->end(); }
+    ~Link() override {
+        std::erase(feed_->links, this);
+        if (feed_->links.empty()) feed_->end();
+    }
+    std::shared_ptr<const platform::DdeEvents> events() const { return events_; }
 
   private:
-    std::shared_ptr<Shared> shared_;
+    std::shared_ptr<Feed> feed_;
+    std::shared_ptr<const platform::DdeEvents> events_;
 };
+
+template <class Call>
+void DdeLinks::Feed::tell(Call call) const {
+    for (const Link* link : std::vector(links.begin(), links.end())) {
+        if (std::ranges::find(links, link) == links.end()) continue;
+        const auto events = link->events();
+        call(*events);
+    }
+}
 
 DdeLinks::DdeLinks(platform::Timers& timers) : timers_(timers) {}
 
@@ -100,42 +123,57 @@ DdeLinks::~DdeLinks() {
 
 std::unique_ptr<platform::DdeLink> DdeLinks::open(const std::string& topic, const std::string& item,
                                                   platform::DdeEvents events) {
-    const auto link = std::make_shared<Shared>();
     const auto bar = topic.find('|');
-    link->item.application = wide(topic.substr(0, bar));
-    if (bar != std::string::npos) link->item.topic = wide(topic.substr(bar + 1));
-    link->item.item = wide(item);
+    const std::string server = bar == std::string::npos ? std::string() : topic.substr(bar + 1);
+    std::shared_ptr<Feed> feed;
     try {
-        link->deadline = timers_.create([link = link.get()] {
-            const auto failed = link->events.failed;
-            link->end();
-            failed();
-        });
+        feed = feedOf({wide(topic.substr(0, bar)), wide(server), wide(item)});
     } catch (const runtime::ObjectError&) {
         events.failed();
         return nullptr;
     }
-    link->events = std::move(events);
-    link->deadline->start(kDeadline);
-    std::erase_if(waiting_, [](const auto& other) {
-        const auto waits = other.lock();
-        return !waits || waits->over;
+    auto link = std::make_unique<Link>(feed, std::move(events));
+    if (feed->open) {
+        link->events()->opened();
+        if (feed->text) link->events()->changed(*feed->text);
+    }
+    return link;
+}
+
+std::shared_ptr<DdeLinks::Feed> DdeLinks::feedOf(const DdeItem& item) {
+    const auto gone = [](const auto& weak) {
+        const auto feed = weak.lock();
+        return !feed || feed->over;
+    };
+    std::erase_if(feeds_, gone);
+    std::erase_if(waiting_, gone);
+    for (const auto& weak : feeds_) {
+        if (const auto feed = weak.lock(); feed && feed->item.isSame(item)) return feed;
+    }
+    const auto feed = std::make_shared<Feed>();
+    feed->item = item;
+    feed->deadline = timers_.create([weak = std::weak_ptr(feed)] {
+        const auto late = weak.lock();
+        late->end();
+        late->tell([](const platform::DdeEvents& events) { events.failed(); });
     });
-    waiting_.push_back(link);
+    feed->deadline->start(kDeadline);
+    feeds_.push_back(feed);
+    waiting_.push_back(feed);
     startNext();
-    return std::make_unique<Link>(link);
+    return feed;
 }
 
 void DdeLinks::startNext() {
     while (!waiting_.empty() && searches_ < kMostSearches) {
-        const auto link = waiting_.front().lock();
+        const auto feed = waiting_.front().lock();
         waiting_.pop_front();
-        if (!link || link->over) continue;
+        if (!feed || feed->over) continue;
         ++searches_;
         ++*threads_;
         try {
-            std::thread([link, threads = threads_, slot = mailbox_.slot(), this] {
-                run(link, slot, [this] {
+            std::thread([feed, threads = threads_, slot = mailbox_.slot(), this] {
+                run(feed, slot, [this] {
                     --searches_;
                     startNext();
                 });
@@ -149,43 +187,45 @@ void DdeLinks::startNext() {
     }
 }
 
-/// The life of a link's thread. `searched` is called on the owner's thread.
-void DdeLinks::run(const std::shared_ptr<Shared>& link, const Mailbox::Slot& slot,
+/// The life of a feed's thread. `searched` is called on the owner's thread.
+void DdeLinks::run(const std::shared_ptr<Feed>& feed, const Mailbox::Slot& slot,
                    const Mailbox::Call& searched) {
     bool searching = true;
     const auto say = [&](News::Kind kind, std::string text = {}) {
         if (std::exchange(searching, false)) slot.post(searched);
-        if (link->news.add(kind, std::move(text))) slot.post([link] { tell(link); });
+        if (feed->news.add(kind, std::move(text))) slot.post([feed] { deliver(feed); });
     };
     const DdeListener listener{
         .opened = [&] { say(News::Kind::Opened); },
         .changed = [&](std::string text) { say(News::Kind::Changed, std::move(text)); },
         .closed = [&] { say(News::Kind::Closed); },
         .failed = [&] { say(News::Kind::Failed); }};
-    converse(link->item, listener, link->cancellation);
+    converse(feed->item, listener, feed->cancellation);
     // One that was given up says nothing.
     if (searching) slot.post(searched);
 }
 
-/// On the owner's thread. An event may destroy the link.
-void DdeLinks::tell(const std::shared_ptr<Shared>& link) {
-    for (const News::Item& item : link->news.take()) {
-        if (link->over) return;
+/// On the owner's thread.
+void DdeLinks::deliver(const std::shared_ptr<Feed>& feed) {
+    for (const News::Item& item : feed->news.take()) {
+        if (feed->over) return;
         switch (item.kind) {
         case News::Kind::Opened:
-            link->deadline.reset();
-            link->events.opened();
+            feed->deadline.reset();
+            feed->open = true;
+            feed->tell([](const platform::DdeEvents& events) { events.opened(); });
             break;
         case News::Kind::Changed:
-            link->events.changed(item.text);
+            feed->text = item.text;
+            feed->tell([&item](const platform::DdeEvents& events) { events.changed(item.text); });
             break;
         case News::Kind::Closed:
-            link->end();
-            link->events.closed();
+            feed->end();
+            feed->tell([](const platform::DdeEvents& events) { events.closed(); });
             break;
         case News::Kind::Failed:
-            link->end();
-            link->events.failed();
+            feed->end();
+            feed->tell([](const platform::DdeEvents& events) { events.failed(); });
             break;
         }
     }

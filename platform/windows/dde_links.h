@@ -2,21 +2,25 @@
 
 #include "platform/dde_links.h"
 #include "platform/timers.h"
+#include "platform/windows/dde_conversation.h"
 #include "platform/windows/mailbox.h"
 
 #include <atomic>
 #include <deque>
 #include <memory>
+#include <vector>
 
 namespace windows_ports {
 
-/// Links to DDE servers, each on a thread of its own: a program that hangs somewhere in the system keeps the
-/// search for a server waiting, and must keep nobody else. Events come on the thread that made this object.
+/// Links to DDE servers. Each item that is linked has a conversation on a thread of its own: a program that
+/// hangs somewhere in the system keeps the search for a server waiting, and must keep nobody else. Links to
+/// the same item share it; under Wine only one of several conversations about an item would hear of changes.
+/// Events come on the thread that made this object.
 class DdeLinks : public platform::DdeLinks {
   public:
-    /// Threads that search for a server at once; further links wait for their turn. A thread that is given up
-    /// while a program hangs goes on searching.
-    static constexpr int kMostSearches = 8;
+    /// Threads that search for a server at once; further ones wait for their turn. One that is given up while
+    /// a program hangs goes on searching.
+    static constexpr int kMostSearches = 4;
 
     explicit DdeLinks(platform::Timers& timers);
     DdeLinks(const DdeLinks&) = delete;
@@ -29,16 +33,18 @@ class DdeLinks : public platform::DdeLinks {
 
   private:
     class Link;
-    struct Shared;
+    struct Feed;
 
+    std::shared_ptr<Feed> feedOf(const DdeItem& item);
     void startNext();
-    static void run(const std::shared_ptr<Shared>& link, const Mailbox::Slot& slot,
+    static void run(const std::shared_ptr<Feed>& feed, const Mailbox::Slot& slot,
                     const Mailbox::Call& searched);
-    static void tell(const std::shared_ptr<Shared>& link);
+    static void deliver(const std::shared_ptr<Feed>& feed);
 
     platform::Timers& timers_;
     Mailbox mailbox_;
-    std::deque<std::weak_ptr<Shared>> waiting_;
+    std::vector<std::weak_ptr<Feed>> feeds_;
+    std::deque<std::weak_ptr<Feed>> waiting_; // those that have no thread yet
     int searches_ = 0;
     /// Outlives this object where a thread hangs.
     std::shared_ptr<std::atomic<int>> threads_ = std::make_shared<std::atomic<int>>(0);

@@ -15,7 +15,7 @@ namespace windows_ports {
 namespace {
 
 constexpr UINT kSocketEvent = WM_APP;
-constexpr std::size_t kPiece = 16 * 1024; // bytes read at once, so that others have their turn
+constexpr std::size_t kPiece = 4 * 1024; // bytes read at once, so that others have their turn
 
 class Socket {
   public:

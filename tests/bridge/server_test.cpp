@@ -217,14 +217,14 @@ TEST_F(BridgeServer, EachClientHasItsShareAndNoMore) {
             }
         }
         EXPECT_THAT(answers, ElementsAre(HasSubstr("error too\\smany"))) << word;
-        live(client, 2000);
+        live(client, bridge::Session::kShareTime);
     }
     // And all that in its time.
     std::vector<std::string> answers;
     for (int n = 0; n <= bridge::Session::kMostRequests; ++n)
         answers = client.say("unlink 1\nlink 1 A T I");
     EXPECT_THAT(answers, ElementsAre(HasSubstr("error too\\smuch")));
-    live(client, 2000);
+    live(client, bridge::Session::kShareTime);
     EXPECT_THAT(client.say("link 1 A T I"), testing::Contains("opened 1"));
 }
 
