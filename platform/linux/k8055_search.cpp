@@ -72,17 +72,15 @@ std::string whyNoNode(int card) {
             wordIn(entry.path() / "idProduct") != productText(card))
             continue;
         const std::string driver = driverOf(entry.path().filename());
-        // The kernel keeps these boards for its driver vmk80xx.
-        const std::string why =
-            driver.empty() ? "usbhid passes such boards over" : "the driver " + driver + " has it";
-        const std::string alias =
-            driver.empty() ? "" : "\nalias usb:v10CFp" + productText(card) + "d* usbhid";
-        return "The K8055 board is on USB, but the kernel has made no hidraw device for it: " + why +
-               ". The Debian package of this program sees to that; without it, write into " +
-               "/etc/modprobe.d/twinstep.conf:\noptions usbhid quirks=0x" + kVendorText + ":0x" +
-               productText(card) + ":0x40000000" + alias +
-               "\nIn both cases then run \"sudo update-initramfs -u\", where there is such a program, and " +
-               "restart the computer";
+        std::string words = "The K8055 board is on USB, but the kernel has made no hidraw device for it: ";
+        words += driver.empty() ? "usbhid passes such boards over" : "the driver " + driver + " has it";
+        words += ". The Debian package of this program sees to that; without it, write into "
+                 "/etc/modprobe.d/twinstep.conf:\noptions usbhid quirks=0x10cf:0x";
+        words += productText(card) + ":0x40000000";
+        if (!driver.empty()) words += "\nalias usb:v10CFp" + productText(card) + "d* usbhid";
+        words += "\nIn both cases then run \"sudo update-initramfs -u\", where there is such a program, and "
+                 "restart the computer";
+        return words;
     }
     return {};
 }
