@@ -69,7 +69,10 @@ void carry(const bridge::Options& options) {
     // After the server, which may find its port taken.
     icon = std::make_unique<windows_ports::TrayIcon>(ICON_PROGRAM, kName, bridge::toText({}),
                                                      [&program] { program.quit(); });
-    program.atSessionEnd([&server] { server.reset(); });
+    program.atSessionEnd([&] {
+        server.reset();
+        links.waitForServers();
+    });
     program.run();
     program.atSessionEnd(nullptr);
     log("ends");

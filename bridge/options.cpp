@@ -77,7 +77,8 @@ std::string helpText() {
            "--port N           listen at this port (" +
            std::to_string(kPort) +
            ")\n"
-           "--allow ADDRESS    let this computer connect; every other one but this one is refused\n"
+           "--allow ADDRESS    let the computer with this address connect; any other is refused, but\n"
+           "                   never this one itself\n"
            "--console          write what happens to the console instead of keeping silent\n"
            "--version          tell the version\n"
            "--help             show this text\n";

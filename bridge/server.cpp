@@ -21,11 +21,12 @@ std::string toText(const State& state) {
 /// calls is under way.
 class Server::Client {
   public:
-    Client(Server& server, std::unique_ptr<platform::TcpConnection> connection, int number, std::string name)
-        : server_(server), name_(std::move(name)), connection_(std::move(connection)),
-          session_(server.outside_, number, server.settings_.version,
-                   {[this](const std::string& line) { send(line); },
-                    [this](const std::string& text) { log(text); }}) {
+    Client(Server& server, std::unique_ptr<platform::TcpConnection> connection, int number, std::string peer)
+        : server_(server), peer_(std::move(peer)), name_(peer_ + " (" + std::to_string(number) + ")"),
+          connection_(std::move(connection)), session_(server.outside_, number, server.settings_.version,
+                                                       {[this](const std::string& line) { send(line); },
+                                                        [this](const std::string& text) { log(text); }}) {
+        log("has connected");
         connection_->start({[this](std::string_view bytes) { receive(bytes); }, [this] { flush(); },
                             [this] {
                                 finish("has closed the connection");
@@ -37,22 +38,18 @@ class Server::Client {
     ~Client() = default;
 
     void tick() {
-        sinceSecond_ += Session::kTick;
-        if (sinceSecond_ >= 1000) {
-            sinceSecond_ = 0;
-            received_ = 0;
-        }
+        input_.pass(Session::kTick);
         session_.tick();
     }
 
     bool over() const { return over_ || session_.over(); }
     const Session& session() const { return session_; }
+    const std::string& peer() const { return peer_; }
 
   private:
     void receive(std::string_view bytes) {
         if (!over()) {
-            received_ += bytes.size();
-            if (received_ > kMostInput) {
+            if (!input_.take(bytes.size())) {
                 finish("is dropped: it sends too much");
             } else {
                 // What all its lines are answered goes out at once: each sending costs.
@@ -83,46 +80,54 @@ class Server::Client {
     void log(const std::string& text) const { server_.events_.log(name_ + " " + text); }
 
     Server& server_;
+    std::string peer_;
     std::string name_;
     bool over_ = false;
     bool receiving_ = false;
     std::string unsent_;
-    std::size_t received_ = 0; // in the present second
-    int sinceSecond_ = 0;      // milliseconds
+    Allowance input_{kMostInput, 1000};
     std::unique_ptr<platform::TcpConnection> connection_;
     Session session_;
 };
 
 Server::Server(const Ports& ports, Settings settings, Events events)
     : settings_(std::move(settings)), events_(std::move(events)),
-      messages_(ports.station), outside_{ports.links, ports.station, messages_},
+      messages_(ports.station), outside_{ports.links, ports.station, messages_, turns_},
       timer_(ports.timers.create([this] { tick(); })),
-      listener_(ports.tcp.listen(
-          settings_.address, settings_.port,
-          [this](auto connection, const std::string& peer) { accept(std::move(connection), peer); })) {
+      listener_(
+          ports.tcp.listen(settings_.address, settings_.port, [this](auto connection, const auto& addresses) {
+              accept(std::move(connection), addresses);
+          })) {
     events_.log("listens on " + settings_.address + ":" + std::to_string(settings_.port));
 }
 
 Server::~Server() = default;
 
-bool Server::allows(const std::string& peer) const {
-    return peer.starts_with("127.") || std::ranges::find(settings_.allowed, peer) != settings_.allowed.end();
+bool Server::allows(const Addresses& addresses) const {
+    // One that reaches itself is this computer, by whatever address.
+    return addresses.peer.starts_with("127.") || addresses.peer == addresses.here ||
+           std::ranges::find(settings_.allowed, addresses.peer) != settings_.allowed.end();
 }
 
-void Server::accept(std::unique_ptr<platform::TcpConnection> connection, const std::string& peer) {
-    if (!allows(peer)) {
+bool Server::isFull(const std::string& peer) const {
+    if (clients_.size() >= kMostClients) return true;
+    const auto ofPeer =
+        std::ranges::count_if(clients_, [&](const auto& client) { return client->peer() == peer; });
+    return ofPeer >= kMostOfOnePeer && !peer.starts_with("127.");
+}
+
+void Server::accept(std::unique_ptr<platform::TcpConnection> connection, const Addresses& addresses) {
+    const std::string& peer = addresses.peer;
+    if (!allows(addresses)) {
         events_.log(peer + " is refused: it is not among the allowed addresses");
         return;
     }
-    if (clients_.size() >= kMostClients) {
-        events_.log(peer + " is refused: there are " + std::to_string(kMostClients) + " clients already");
+    if (isFull(peer)) {
+        events_.log(peer + " is refused: there are too many clients already");
         connection->send(join({"error", "too many clients"}));
         return;
     }
-    const int number = ++accepted_;
-    const std::string name = peer + " (" + std::to_string(number) + ")";
-    events_.log(name + " has connected");
-    clients_.push_back(std::make_unique<Client>(*this, std::move(connection), number, name));
+    clients_.push_back(std::make_unique<Client>(*this, std::move(connection), ++accepted_, peer));
     if (clients_.size() == 1) timer_->start(Session::kTick);
 }
 
@@ -134,6 +139,7 @@ void Server::tick() {
 
 void Server::sweep() {
     std::erase_if(clients_, [](const auto& client) { return client->over(); });
+    turns_.serve();
     if (clients_.empty()) timer_->stop();
     State state;
     for (const auto& client : clients_) {

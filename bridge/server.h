@@ -43,6 +43,7 @@ class Server {
     };
 
     static constexpr std::size_t kMostClients = 8;
+    static constexpr int kMostOfOnePeer = 4;              // clients of another computer
     static constexpr std::size_t kMostUnsent = 64 * 1024; // bytes to one client
     static constexpr std::size_t kMostInput = 64 * 1024;  // bytes in a second from one client
 
@@ -55,8 +56,12 @@ class Server {
   private:
     class Client;
 
-    void accept(std::unique_ptr<platform::TcpConnection> connection, const std::string& peer);
-    bool allows(const std::string& peer) const;
+    using Addresses = platform::TcpServers::Addresses;
+
+    void accept(std::unique_ptr<platform::TcpConnection> connection, const Addresses& addresses);
+    bool allows(const Addresses& addresses) const;
+    /// Whether there are as many as may be, of all or of this peer.
+    bool isFull(const std::string& peer) const;
     void tick();
     /// Lets go of the clients that are over, and tells the state when it is another one.
     void sweep();
@@ -64,6 +69,7 @@ class Server {
     Settings settings_;
     Events events_;
     RegisteredMessages messages_;
+    LinkTurns turns_;
     Outside outside_;
     int accepted_ = 0;
     State told_;

@@ -10,24 +10,22 @@ namespace bridge {
 
 namespace {
 
-/// A line that cannot be obeyed, and why.
-struct Refusal {
-    std::string reason;
-};
+constexpr const char* kTooMuch = "too much at once; wait some seconds";
+constexpr const char* kNoLinkNumber = "a link's number is 1 to 2147483647";
 
-int idOf(const std::string& text) {
-    const auto number = parseNumber(text);
-    if (!number || *number < 1 || *number > std::numeric_limits<std::int32_t>::max())
-        throw Refusal{"a link's number is 1 to 2147483647"};
-    return static_cast<int>(*number);
-}
-
-long parameter(const std::string& text) {
+/// A number of 32 bits.
+std::optional<long> parameter(const std::string& text) {
     const auto number = parseNumber(text);
     if (!number || *number < std::numeric_limits<std::int32_t>::min() ||
         *number > std::numeric_limits<std::int32_t>::max())
-        throw Refusal{"a parameter is a number of 32 bits"};
+        return std::nullopt;
     return static_cast<long>(*number);
+}
+
+std::optional<int> idOf(const std::string& text) {
+    const auto number = parameter(text);
+    if (!number || *number < 1) return std::nullopt;
+    return static_cast<int>(*number);
 }
 
 /// Window handles have 32 bits that count, and are told without a sign.
@@ -40,7 +38,7 @@ std::string handleText(long handle) {
 struct Session::Word {
     std::string_view name;
     std::size_t arguments;
-    void (Session::*run)(const Fields&);
+    Refusal (Session::*run)(const Fields&);
     bool costs = false; // the system's work, of which each client has its share
 };
 
@@ -67,16 +65,22 @@ Session::Session(const Outside& outside, int number, const std::string& version,
 }
 
 Session::~Session() {
+    outside_.turns.leave(number_);
     for (const auto& [name, window] : windows_)
         outside_.station.unhook(window.handle, window.previousProcedure);
 }
 
 void Session::receive(std::string_view bytes) {
-    silence_ = 0;
+    // Who has not greeted must, however much he says: he holds a place.
+    if (greeted_) silence_ = 0;
     reader_.feed(bytes);
     while (const auto line = reader_.next()) {
         if (over_) return;
-        obey(*line);
+        if (lines_.take()) {
+            obey(*line);
+        } else {
+            finish("is dropped: it sends too many lines");
+        }
     }
 }
 
@@ -86,20 +90,19 @@ void Session::obey(const LineReader::Line& line) {
         greet(fields.value_or(Fields{}));
         return;
     }
-    try {
-        if (line.tooLong) throw Refusal{"the line is longer than " + std::to_string(kLongestLine) + " bytes"};
-        if (!fields) throw Refusal{"unknown escape"};
-        run(*fields);
-    } catch (const Refusal& refusal) {
-        refuse(refusal.reason);
-    } catch (const runtime::ObjectError& error) {
-        refuse(error.what());
+    if (line.tooLong) {
+        refuse("the line is longer than " + std::to_string(kLongestLine) + " bytes");
+    } else if (!fields) {
+        refuse("unknown escape");
+    } else if (const Refusal refusal = run(*fields)) {
+        refuse(*refusal);
     }
 }
 
 void Session::greet(const Fields& fields) {
     if (fields.size() == 4 && fields[0] == "hello" && fields[1] == std::to_string(kVersion)) {
         greeted_ = true;
+        silence_ = 0;
         events_.log("is " + printable(fields[2]) + " " + printable(fields[3]));
         return;
     }
@@ -108,37 +111,52 @@ void Session::greet(const Fields& fields) {
     finish("did not begin with a greeting of version " + version);
 }
 
-void Session::run(const Fields& fields) {
+/// No exception for what a client does wrong: it can do that often, and each one costs.
+Session::Refusal Session::run(const Fields& fields) {
     const Word* const word = find(fields[0]);
-    if (!word) throw Refusal{"unknown word"};
+    if (!word) return "unknown word";
     if (fields.size() != word->arguments + 1)
-        throw Refusal{"this word takes " + std::to_string(word->arguments) + " fields"};
+        return "this word takes " + std::to_string(word->arguments) + " fields";
     if (std::ranges::any_of(fields, [](const auto& field) { return field.empty(); }))
-        throw Refusal{"a field is empty"};
+        return "a field is empty";
     if (std::ranges::any_of(fields, [](const auto& field) { return field.size() > kLongestName; }))
-        throw Refusal{"a field is longer than " + std::to_string(kLongestName) + " bytes"};
-    if (word->costs && ++requests_ > kMostRequests) throw Refusal{"too much at once; wait some seconds"};
-    (this->*word->run)(fields);
+        return "a field is longer than " + std::to_string(kLongestName) + " bytes";
+    if (word->costs && !requests_.take()) return kTooMuch;
+    try {
+        return (this->*word->run)(fields);
+    } catch (const runtime::ObjectError& error) {
+        return error.what();
+    }
 }
 
-void Session::ping(const Fields& fields) {
+Session::Refusal Session::ping(const Fields& fields) {
     say({"pong", fields[1]});
+    return {};
 }
 
-void Session::pong(const Fields& /*fields*/) {
-    // That something came was all it had to say.
+Session::Refusal Session::pong(const Fields& /*fields*/) {
+    return {}; // that something came was all it had to say
 }
 
-void Session::link(const Fields& fields) {
-    const int id = idOf(fields[1]);
-    if (links_.contains(id)) throw Refusal{"a link of this number is open"};
-    if (links_.size() >= kMostLinks) throw Refusal{"too many links"};
+Session::Refusal Session::link(const Fields& fields) {
+    const auto id = idOf(fields[1]);
+    if (!id) return kNoLinkNumber;
+    if (links_.contains(*id)) return "a link of this number is open";
+    if (links_.size() >= kMostLinks) return "too many links";
     // The bar divides application and topic.
-    if (fields[2].find('|') != std::string::npos) throw Refusal{"an application's name has no bar"};
-    links_.emplace(id, nullptr); // for events that come during the call
-    auto link = outside_.links.open(fields[2] + "|" + fields[3], fields[4],
-                                    eventsOf(id, fields[2] + "|" + fields[3] + " " + fields[4]));
-    if (const auto found = links_.find(id); found != links_.end()) found->second = std::move(link);
+    if (fields[2].find('|') != std::string::npos) return "an application's name has no bar";
+    if (!linkRequests_.take()) return kTooMuch;
+    links_.emplace(*id, Link{});
+    outside_.turns.ask(number_, *id, [this, id = *id, topic = fields[2] + "|" + fields[3], item = fields[4]] {
+        search(id, topic, item);
+    });
+    return {};
+}
+
+void Session::search(int id, const std::string& topic, const std::string& item) {
+    auto link = outside_.links.open(topic, item, eventsOf(id, topic + " " + item));
+    // It may have failed during the call.
+    if (const auto found = links_.find(id); found != links_.end()) found->second.link = std::move(link);
 }
 
 platform::DdeEvents Session::eventsOf(int id, const std::string& name) {
@@ -148,7 +166,9 @@ platform::DdeEvents Session::eventsOf(int id, const std::string& name) {
     platform::DdeEvents events;
     events.opened = [this, id, about] {
         about(" opened");
+        if (const auto found = links_.find(id); found != links_.end()) found->second.open = true;
         say({"opened", std::to_string(id)});
+        outside_.turns.done(number_, id);
     };
     events.failed = [this, id, about] {
         about(" failed");
@@ -177,30 +197,37 @@ platform::DdeEvents Session::eventsOf(int id, const std::string& name) {
 void Session::end(int id) {
     const auto found = links_.find(id);
     if (found == links_.end()) return;
-    ended_.push_back(std::move(found->second));
+    ended_.push_back(std::move(found->second.link));
     links_.erase(found);
+    outside_.turns.done(number_, id);
 }
 
-void Session::unlink(const Fields& fields) {
+Session::Refusal Session::unlink(const Fields& fields) {
+    const auto id = idOf(fields[1]);
+    if (!id) return kNoLinkNumber;
     // A link that the server closed at the same moment is gone already: no reason to complain.
-    links_.erase(idOf(fields[1]));
+    links_.erase(*id);
+    outside_.turns.done(number_, *id);
+    return {};
 }
 
-void Session::registerMessage(const Fields& fields) {
-    if (messages_.contains(fields[1])) return;
-    if (messages_.size() >= kMostMessages) throw Refusal{"too many messages"};
+Session::Refusal Session::registerMessage(const Fields& fields) {
+    if (messages_.contains(fields[1])) return {};
+    if (messages_.size() >= kMostMessages) return "too many messages";
     messages_[fields[1]] = outside_.messages.idOf(fields[1]);
+    return {};
 }
 
-void Session::listen(const Fields& fields) {
+Session::Refusal Session::listen(const Fields& fields) {
     const std::string& name = fields[1];
-    if (windows_.contains(name)) return;
-    if (windows_.size() >= kMostWindows) throw Refusal{"too many windows"};
+    if (windows_.contains(name)) return {};
+    if (windows_.size() >= kMostWindows) return "too many windows";
     const long handle = outside_.station.ownWindow(std::to_string(number_) + "/" + name);
     const long previous = outside_.station.hook(handle, [this, name](long message, long wParam, long lParam) {
         arrived(name, message, wParam, lParam);
     });
     windows_.emplace(name, Window{handle, previous});
+    return {};
 }
 
 void Session::arrived(const std::string& window, long message, long wParam, long lParam) {
@@ -210,22 +237,25 @@ void Session::arrived(const std::string& window, long message, long wParam, long
     say({"message", window, found->first, std::to_string(wParam), std::to_string(lParam)});
 }
 
-void Session::unlisten(const Fields& fields) {
+Session::Refusal Session::unlisten(const Fields& fields) {
     const auto found = windows_.find(fields[1]);
-    if (found == windows_.end()) return;
+    if (found == windows_.end()) return {};
     outside_.station.unhook(found->second.handle, found->second.previousProcedure);
     windows_.erase(found);
+    return {};
 }
 
-void Session::watch(const Fields& fields) {
+Session::Refusal Session::watch(const Fields& fields) {
     const std::string& title = fields[1];
-    if (!titles_.contains(title) && titles_.size() >= kMostTitles) throw Refusal{"too many titles"};
+    if (!titles_.contains(title) && titles_.size() >= kMostTitles) return "too many titles";
     titles_[title] = outside_.station.findWindow(title);
     say({"window", title, handleText(titles_[title])});
+    return {};
 }
 
-void Session::unwatch(const Fields& fields) {
+Session::Refusal Session::unwatch(const Fields& fields) {
     titles_.erase(fields[1]);
+    return {};
 }
 
 void Session::look(const std::string& title) {
@@ -236,33 +266,37 @@ void Session::look(const std::string& title) {
 }
 
 /// A stranger must not reach other programs' windows: only one that was pushed for a watched title will do,
-/// and only while it still has that title.
+/// and only while it still has that title. 0: it is none.
 long Session::window(long long handle) {
     const auto isIt = [handle](const auto& watched) {
         return watched.second != 0 && static_cast<std::uint32_t>(watched.second) == handle;
     };
-    if (const auto found = std::ranges::find_if(titles_, isIt); found != titles_.end()) {
-        look(found->first);
-        if (isIt(*found)) return found->second;
-    }
-    throw Refusal{"not a window of a title that you watch"};
+    const auto found = std::ranges::find_if(titles_, isIt);
+    if (found == titles_.end()) return 0;
+    look(found->first);
+    return isIt(*found) ? found->second : 0;
 }
 
-long Session::listeningWindow(const std::string& name) const {
-    const auto found = windows_.find(name);
-    if (found == windows_.end()) throw Refusal{"not a window that you listen on"};
-    return found->second.handle;
-}
-
-void Session::post(const Fields& fields) {
+Session::Refusal Session::post(const Fields& fields) {
+    constexpr const char* kNoParameter = "a parameter is a number of 32 bits";
     const auto handle = parseNumber(fields[1]);
-    if (!handle) throw Refusal{"a window's handle is a number"};
+    if (!handle) return "a window's handle is a number";
     const auto message = messages_.find(fields[2]);
-    if (message == messages_.end()) throw Refusal{"not a message that you registered"};
-    const long wParam = parameter(fields[3]);
-    const long lParam =
-        fields[4].starts_with('@') ? listeningWindow(fields[4].substr(1)) : parameter(fields[4]);
-    outside_.station.post(window(*handle), message->second, wParam, lParam);
+    if (message == messages_.end()) return "not a message that you registered";
+    const auto wParam = parameter(fields[3]);
+    if (!wParam) return kNoParameter;
+    std::optional<long> lParam;
+    if (fields[4].starts_with('@')) {
+        const auto own = windows_.find(fields[4].substr(1));
+        if (own == windows_.end()) return "not a window that you listen on";
+        lParam = own->second.handle;
+    } else if (lParam = parameter(fields[4]); !lParam) {
+        return kNoParameter;
+    }
+    const long target = window(*handle);
+    if (target == 0) return "not a window of a title that you watch";
+    outside_.station.post(target, message->second, *wParam, *lParam);
+    return {};
 }
 
 void Session::tick() {
@@ -270,14 +304,15 @@ void Session::tick() {
     if (over_) return;
     silence_ += kTick;
     if (silence_ >= kSilenceLimit) {
-        finish("was silent for " + std::to_string(kSilenceLimit / 1000) + " seconds");
+        finish((greeted_ ? "was silent for " : "did not greet in ") + std::to_string(kSilenceLimit / 1000) +
+               " seconds");
         return;
     }
-    sinceShare_ += kTick;
-    if (sinceShare_ >= kShareTime) {
-        sinceShare_ = 0;
-        requests_ = 0;
-    }
+    lines_.pass(kTick);
+    refusals_.pass(kTick);
+    requests_.pass(kTick);
+    linkRequests_.pass(kTick);
+    giveUpLate();
     sincePing_ += kTick;
     if (sincePing_ >= kPingInterval) {
         sincePing_ = 0;
@@ -285,6 +320,19 @@ void Session::tick() {
     }
     for (const auto& [title, handle] : titles_)
         look(title);
+}
+
+/// Links whose turn has not come, or came late.
+void Session::giveUpLate() {
+    std::vector<int> late;
+    for (auto& [id, link] : links_) {
+        if (!link.open && (link.age += kTick) > kLinkDeadline) late.push_back(id);
+    }
+    for (const int id : late) {
+        say({"failed", std::to_string(id), "other links were searched for"});
+        links_.erase(id);
+        outside_.turns.done(number_, id);
+    }
 }
 
 void Session::say(const std::vector<std::string_view>& fields) {
@@ -295,6 +343,7 @@ void Session::refuse(const std::string& reason) {
     // One word in the log is enough: what a client sends must not fill it.
     if (!std::exchange(wrongBefore_, true)) events_.log("sent a wrong line: " + printable(reason));
     say({"error", reason});
+    if (!refusals_.take()) finish("is dropped: it sends too many wrong lines");
 }
 
 void Session::finish(const std::string& why) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "bridge/allowance.h"
+#include "bridge/link_turns.h"
 #include "bridge/protocol.h"
 #include "bridge/registered_messages.h"
 #include "platform/dde_links.h"
@@ -8,6 +10,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -20,6 +23,7 @@ struct Outside {
     platform::DdeLinks& links;
     platform::StationMessages& station;
     RegisteredMessages& messages;
+    LinkTurns& turns;
 };
 
 /// The conversation with one client: its words become links, windows and messages, and what these bring
@@ -40,8 +44,12 @@ class Session {
     static constexpr std::size_t kLongestName = 255; // bytes; the system takes no longer names
     /// Links, messages, windows, titles and posts that a client may ask for in kShareTime.
     static constexpr int kMostRequests = 200;
-    static constexpr int kShareTime = 5000; // milliseconds
-    static constexpr int kTick = 250;       // milliseconds
+    static constexpr int kMostLinkRequests = 50; // of these, links; each costs the whole desktop's time
+    static constexpr int kLinkDeadline = 1000;   // milliseconds in which a link is open or has failed
+    static constexpr int kShareTime = 5000;      // milliseconds
+    static constexpr int kMostLines = 2000;      // in a second; beyond it, the client is dropped
+    static constexpr int kMostRefusals = 100;    // in a second; beyond it, the client is dropped
+    static constexpr int kTick = 250;            // milliseconds
 
     /// Sends the greeting. `number` tells its windows from those of all other sessions.
     Session(const Outside& outside, int number, const std::string& version, Events events);
@@ -53,14 +61,22 @@ class Session {
     /// Every kTick milliseconds: pings, silence, watched titles.
     void tick();
 
-    /// The client is to be closed: it is silent or does not speak this version. Nothing is sent any more.
+    /// The client is to be closed: it is silent, does not speak this version, or too much. Nothing is sent
+    /// any more.
     bool over() const { return over_; }
     bool greeted() const { return greeted_; }
     std::size_t links() const { return links_.size(); }
 
   private:
     using Fields = std::vector<std::string>;
+    /// Why a line is not obeyed; nothing where it is.
+    using Refusal = std::optional<std::string>;
     struct Word;
+    struct Link {
+        std::unique_ptr<platform::DdeLink> link; // null before its turn
+        bool open = false;
+        int age = 0; // milliseconds until it opened
+    };
     struct Window {
         long handle;
         long previousProcedure;
@@ -69,25 +85,26 @@ class Session {
     static const Word* find(std::string_view name);
     void obey(const LineReader::Line& line);
     void greet(const Fields& fields);
-    void run(const Fields& fields);
+    Refusal run(const Fields& fields);
 
-    void ping(const Fields& fields);
-    void pong(const Fields& fields);
-    void link(const Fields& fields);
-    void unlink(const Fields& fields);
-    void registerMessage(const Fields& fields);
-    void listen(const Fields& fields);
-    void unlisten(const Fields& fields);
-    void watch(const Fields& fields);
-    void unwatch(const Fields& fields);
-    void post(const Fields& fields);
+    Refusal ping(const Fields& fields);
+    Refusal pong(const Fields& fields);
+    Refusal link(const Fields& fields);
+    Refusal unlink(const Fields& fields);
+    Refusal registerMessage(const Fields& fields);
+    Refusal listen(const Fields& fields);
+    Refusal unlisten(const Fields& fields);
+    Refusal watch(const Fields& fields);
+    Refusal unwatch(const Fields& fields);
+    Refusal post(const Fields& fields);
 
+    void search(int id, const std::string& topic, const std::string& item);
+    void giveUpLate();
     platform::DdeEvents eventsOf(int id, const std::string& name);
     void end(int id);
     void arrived(const std::string& window, long message, long wParam, long lParam);
     void look(const std::string& title);
     long window(long long handle);
-    long listeningWindow(const std::string& name) const;
 
     void say(const std::vector<std::string_view>& fields);
     void refuse(const std::string& reason);
@@ -103,10 +120,12 @@ class Session {
     int silence_ = 0;   // milliseconds
     int sincePing_ = 0; // milliseconds
     long pings_ = 0;
-    int requests_ = 0;   // of its present share
-    int sinceShare_ = 0; // milliseconds
+    Allowance lines_{kMostLines, 1000};
+    Allowance refusals_{kMostRefusals, 1000};
+    Allowance requests_{kMostRequests, kShareTime};
+    Allowance linkRequests_{kMostLinkRequests, kShareTime};
 
-    std::map<int, std::unique_ptr<platform::DdeLink>> links_;
+    std::map<int, Link> links_;
     /// They are telling us something just now, and go with the next tick.
     std::vector<std::unique_ptr<platform::DdeLink>> ended_;
     std::map<std::string, long, std::less<>> messages_;

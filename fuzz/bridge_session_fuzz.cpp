@@ -23,8 +23,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     simulated::DdeLinks links;
     simulated::StationMessages station;
     bridge::RegisteredMessages messages(station);
+    bridge::LinkTurns turns;
     bridge::Session session(
-        {links, station, messages}, 1, "1.0.0",
+        {links, station, messages, turns}, 1, "1.0.0",
         {[](const std::string& line) {
              // Whatever came in, what goes out is one whole line that the other side can read.
              require(bridge::fits(line) && line.find('\n') == line.size() - 1);

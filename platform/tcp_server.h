@@ -35,8 +35,12 @@ class TcpServer {
 
 class TcpServers {
   public:
-    /// `peer` is the address it comes from, "192.168.1.20".
-    using Accepted = std::function<void(std::unique_ptr<TcpConnection> connection, const std::string& peer)>;
+    struct Addresses {
+        std::string peer; // "192.168.1.20"
+        std::string here; // the one of this computer that the peer has reached
+    };
+    using Accepted =
+        std::function<void(std::unique_ptr<TcpConnection> connection, const Addresses& addresses)>;
 
     virtual ~TcpServers() = default;
     /// Listens at an IPv4 address of this computer, alone at this port. Throws runtime::ObjectError, naming

@@ -51,9 +51,9 @@ std::unique_ptr<platform::TcpServer> TcpServers::listen(const std::string& addre
     return std::make_unique<Server>(*this, port);
 }
 
-std::shared_ptr<TcpServers::Peer> TcpServers::connect(int port, const std::string& address) {
+std::shared_ptr<TcpServers::Peer> TcpServers::connect(int port, const Addresses& addresses) {
     auto peer = std::make_shared<Peer>();
-    listening_.at(port)(std::make_unique<Connection>(peer), address);
+    listening_.at(port)(std::make_unique<Connection>(peer), addresses);
     return peer;
 }
 

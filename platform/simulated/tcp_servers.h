@@ -20,8 +20,8 @@ class TcpServers : public platform::TcpServers {
 
     /// Another program takes the port.
     void occupy(int port) { listening_[port] = nullptr; }
-    /// Another computer connects from `address`.
-    std::shared_ptr<Peer> connect(int port, const std::string& address);
+    /// Another computer connects.
+    std::shared_ptr<Peer> connect(int port, const Addresses& addresses);
 
   private:
     class Server;

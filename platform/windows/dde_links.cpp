@@ -30,30 +30,39 @@ class News {
     /// Whether the owner has to be called.
     bool add(Kind kind, std::string text) {
         const std::lock_guard lock(mutex_);
-        if (kind == Kind::Changed && changes_ == kMostChanges) {
-            // The owner does not keep up: old values are of no use to it.
-            const auto oldest = std::find_if(items_.begin(), items_.end(),
-                                             [](const Item& item) { return item.kind == Kind::Changed; });
-            items_.erase(oldest);
-            --changes_;
+        if (kind == Kind::Changed) {
+            // The owner does not keep up: old values are of no use to it. The newest is kept, however long.
+            while (changes_ > 0 && (changes_ == kMostChanges || bytes_ + text.size() > kMostBytes))
+                dropOldest();
+            ++changes_;
+            bytes_ += text.size();
         }
         items_.push_back({kind, std::move(text)});
-        if (kind == Kind::Changed) ++changes_;
         return items_.size() == 1;
     }
 
     std::deque<Item> take() {
         const std::lock_guard lock(mutex_);
         changes_ = 0;
+        bytes_ = 0;
         return std::exchange(items_, {});
     }
 
   private:
     static constexpr std::size_t kMostChanges = 256;
+    static constexpr std::size_t kMostBytes = 64 * 1024; // of them all
+
+    void dropOldest() {
+        const auto oldest = std::ranges::find(items_, Kind::Changed, &Item::kind);
+        bytes_ -= oldest->text.size();
+        items_.erase(oldest);
+        --changes_;
+    }
 
     std::mutex mutex_;
     std::deque<Item> items_;
     std::size_t changes_ = 0;
+    std::size_t bytes_ = 0;
 };
 
 } // namespace
@@ -112,6 +121,10 @@ void DdeLinks::Feed::tell(Call call) const {
 DdeLinks::DdeLinks(platform::Timers& timers) : timers_(timers) {}
 
 DdeLinks::~DdeLinks() {
+    waitForServers();
+}
+
+void DdeLinks::waitForServers() const {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(1);
     while (*threads_ > 0 && std::chrono::steady_clock::now() < end) {
         // They may be asking our own windows, which answer in here.

@@ -25,8 +25,11 @@ class DdeLinks : public platform::DdeLinks {
     explicit DdeLinks(platform::Timers& timers);
     DdeLinks(const DdeLinks&) = delete;
     DdeLinks& operator=(const DdeLinks&) = delete;
-    /// Gives the servers up to a second to hear that the links are over.
+    /// Waits for the servers.
     ~DdeLinks() override;
+
+    /// Once the links are gone: gives the servers up to a second to hear of it.
+    void waitForServers() const;
 
     std::unique_ptr<platform::DdeLink> open(const std::string& topic, const std::string& item,
                                             platform::DdeEvents events) override;

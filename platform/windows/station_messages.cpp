@@ -12,25 +12,36 @@ namespace {
 /// Stands for the procedure that all our windows have.
 constexpr long kOurProcedure = 1;
 
-struct Search {
-    std::wstring title;
-    std::wstring buffer; // one longer, so that a longer title shows
-    HWND found = nullptr;
-};
+/// Another program's window of a title.
+class Search {
+  public:
+    explicit Search(const std::wstring& title) : title_(title), buffer_(title.size() + 2, L'\0') {}
 
-BOOL CALLBACK look(HWND window, LPARAM argument) noexcept {
-    auto& search = *reinterpret_cast<Search*>(argument);
-    const int length =
-        InternalGetWindowText(window, search.buffer.data(), static_cast<int>(search.buffer.size()));
-    if (std::wstring_view(search.buffer.data(), static_cast<std::size_t>(std::max(length, 0))) !=
-        search.title)
-        return TRUE;
-    DWORD process = 0;
-    GetWindowThreadProcessId(window, &process);
-    if (process == GetCurrentProcessId()) return TRUE;
-    search.found = window;
-    return FALSE;
-}
+    HWND run() {
+        EnumWindows(look, reinterpret_cast<LPARAM>(this));
+        return found_;
+    }
+    bool fits(HWND window) {
+        const int length = InternalGetWindowText(window, buffer_.data(), static_cast<int>(buffer_.size()));
+        if (std::wstring_view(buffer_.data(), static_cast<std::size_t>(std::max(length, 0))) != title_)
+            return false;
+        DWORD process = 0;
+        GetWindowThreadProcessId(window, &process);
+        return process != GetCurrentProcessId();
+    }
+
+  private:
+    static BOOL CALLBACK look(HWND window, LPARAM argument) noexcept {
+        auto& search = *reinterpret_cast<Search*>(argument);
+        if (!search.fits(window)) return TRUE;
+        search.found_ = window;
+        return FALSE;
+    }
+
+    const std::wstring& title_;
+    std::wstring buffer_; // with room for one character more, so that a longer title shows, and the end
+    HWND found_ = nullptr;
+};
 
 } // namespace
 
@@ -41,12 +52,14 @@ long StationMessages::registerMessage(const std::string& name) {
 }
 
 long StationMessages::findWindow(const std::string& title) {
-    Search search;
-    search.title = wide(title);
-    if (search.title.empty()) return 0;
-    search.buffer.resize(search.title.size() + 2); // and the end of the text
-    EnumWindows(look, reinterpret_cast<LPARAM>(&search));
-    return HandleToLong(search.found);
+    // Nothing is kept of windows that are gone, so there are never more than windows.
+    std::erase_if(found_, [](const auto& known) { return !Search(known.first).fits(known.second); });
+    const std::wstring text = wide(title);
+    if (text.empty()) return 0;
+    if (const auto known = found_.find(text); known != found_.end()) return HandleToLong(known->second);
+    const HWND window = Search(text).run();
+    if (window) found_[text] = window;
+    return HandleToLong(window);
 }
 
 void StationMessages::post(long window, long message, long wParam, long lParam) {

@@ -15,8 +15,9 @@ class StationMessages : public platform::StationMessages {
   public:
     /// Throws runtime::ObjectError when the system does not take the name.
     long registerMessage(const std::string& name) override;
-    /// A window of any class and any other program, with this title to the letter. Titles are read as the
-    /// system keeps them, so a program that hangs is not waited for.
+    /// A window of any class and any other program, with this title to the letter. Of several it stays with
+    /// the first that it found, as long as that one has the title: their order changes whenever one comes to
+    /// the front. Titles are read as the system keeps them, so a program that hangs is not waited for.
     long findWindow(const std::string& title) override;
     void post(long window, long message, long wParam, long lParam) override;
     long hook(long window, Receiver receiver) override;
@@ -32,6 +33,7 @@ class StationMessages : public platform::StationMessages {
     };
 
     std::map<std::string, Own> own_;
+    std::map<std::wstring, HWND> found_; // by title; each window still has it, or did at the last look
 };
 
 } // namespace windows_ports

@@ -126,20 +126,26 @@ class Listener : public platform::TcpServer {
         return reason(static_cast<unsigned long>(error));
     }
 
+    static std::string textOf(const sockaddr_in& address) {
+        std::array<char, INET_ADDRSTRLEN> text{};
+        inet_ntop(AF_INET, &address.sin_addr, text.data(), text.size());
+        return text.data();
+    }
+
     void accept() {
         sockaddr_in peer{};
         int size = sizeof peer;
         const SOCKET socket = ::accept(socket_.get(), reinterpret_cast<sockaddr*>(&peer), &size);
         if (socket == INVALID_SOCKET) return; // the peer has gone again
-        std::array<char, INET_ADDRSTRLEN> text{};
-        inet_ntop(AF_INET, &peer.sin_addr, text.data(), text.size());
+        sockaddr_in here{};
+        getsockname(socket, reinterpret_cast<sockaddr*>(&here), &size);
         std::unique_ptr<Connection> connection;
         try {
             connection = std::make_unique<Connection>(socket);
         } catch (const runtime::ObjectError&) {
             return; // no window left for it: the peer sees its connection closed
         }
-        accepted_(std::move(connection), text.data());
+        accepted_(std::move(connection), {textOf(peer), textOf(here)});
     }
 
     platform::TcpServers::Accepted accepted_;

@@ -5,9 +5,12 @@
 #include "runtime/errors.h"
 
 #include <algorithm>
+#include <exception>
 #include <future>
+#include <optional>
 #include <shellapi.h>
 #include <string_view>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -103,18 +106,19 @@ class TrayIcon::Impl {
     Impl(int icon, std::wstring name, std::wstring state, std::function<void()> quit) {
         std::promise<Mailbox::Slot> ready;
         auto slot = ready.get_future();
-        thread_ = std::thread(
-            [&ready, this, icon, name = std::move(name), state = std::move(state), quit = std::move(quit)] {
-                Mailbox mailbox;
-                Icon shown(icon, name, quit);
-                icon_ = &shown;
-                ready.set_value(mailbox.slot());
-                shown.show(state);
-                MSG message;
-                while (GetMessageW(&message, nullptr, 0, 0) > 0)
-                    DispatchMessageW(&message);
-            });
-        slot_.emplace(slot.get());
+        try {
+            thread_ = std::thread(
+                [this, ready = std::move(ready), icon, name = std::move(name), state = std::move(state),
+                 quit = std::move(quit)]() mutable { run(ready, icon, name, state, quit); });
+        } catch (const std::system_error& error) {
+            throw runtime::ObjectError(std::string("Cannot show an icon: ") + error.what());
+        }
+        try {
+            slot_.emplace(slot.get());
+        } catch (...) {
+            thread_.join();
+            throw;
+        }
     }
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
@@ -128,6 +132,26 @@ class TrayIcon::Impl {
     }
 
   private:
+    /// The life of the icon's thread.
+    void run(std::promise<Mailbox::Slot>& ready, int icon, const std::wstring& name,
+             const std::wstring& state, const std::function<void()>& quit) {
+        std::optional<Mailbox> mailbox;
+        std::optional<Icon> shown;
+        try {
+            mailbox.emplace();
+            shown.emplace(icon, name, quit);
+        } catch (const runtime::ObjectError&) {
+            ready.set_exception(std::current_exception()); // for who wants the icon
+            return;
+        }
+        icon_ = &*shown;
+        ready.set_value(mailbox->slot());
+        shown->show(state);
+        MSG message;
+        while (GetMessageW(&message, nullptr, 0, 0) > 0)
+            DispatchMessageW(&message);
+    }
+
     Icon* icon_ = nullptr; // for the icon's thread
     std::thread thread_;
     std::optional<Mailbox::Slot> slot_;

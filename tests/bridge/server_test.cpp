@@ -37,13 +37,16 @@ struct Client {
 
 class BridgeServer : public ::testing::Test {
   protected:
-    void start(std::vector<std::string> allowed = {}) {
-        server_.emplace(bridge::Server::Ports{links_, station_, clock_, tcp_},
+    void start(std::vector<std::string> allowed = {}) { start(std::move(allowed), links_); }
+    void start(std::vector<std::string> allowed, platform::DdeLinks& links) {
+        server_.emplace(bridge::Server::Ports{links, station_, clock_, tcp_},
                         bridge::Server::Settings{"0.0.0.0", bridge::kPort, std::move(allowed), "1.2.3"},
                         bridge::Server::Events{[this](const std::string& line) { log_.push_back(line); },
                                                [this](const bridge::State& state) { state_ = state; }});
     }
-    Client connect(const std::string& address = kHere) { return {tcp_.connect(bridge::kPort, address)}; }
+    Client connect(const std::string& peer = kHere, const std::string& here = "192.168.1.30") {
+        return {tcp_.connect(bridge::kPort, {peer, here})};
+    }
     Client greeted() {
         Client client = connect();
         client.say("hello 1 twinstep 1.0.0");
@@ -215,17 +218,73 @@ TEST_F(BridgeServer, EachClientHasItsShareAndNoMore) {
             if (n <= most) {
                 EXPECT_THAT(answers, testing::Not(testing::Contains(HasSubstr("error")))) << line;
             }
+            if (n == bridge::Session::kMostLinkRequests) live(client, bridge::Session::kShareTime);
         }
         EXPECT_THAT(answers, ElementsAre(HasSubstr("error too\\smany"))) << word;
         live(client, bridge::Session::kShareTime);
     }
     // And all that in its time.
     std::vector<std::string> answers;
-    for (int n = 0; n <= bridge::Session::kMostRequests; ++n)
+    for (std::size_t n = 0; n <= bridge::Session::kMostLinkRequests; ++n)
         answers = client.say("unlink 1\nlink 1 A T I");
+    EXPECT_THAT(answers, ElementsAre(HasSubstr("error too\\smuch")));
+    for (int n = 0; n <= bridge::Session::kMostRequests; ++n)
+        answers = client.say("watch T1");
     EXPECT_THAT(answers, ElementsAre(HasSubstr("error too\\smuch")));
     live(client, bridge::Session::kShareTime);
     EXPECT_THAT(client.say("link 1 A T I"), testing::Contains("opened 1"));
+}
+
+TEST_F(BridgeServer, ClientsHaveTheirLinksInTurn) {
+    // Servers that take their time: what was asked of them is answered when the test says so.
+    class SlowLinks : public platform::DdeLinks {
+      public:
+        std::unique_ptr<platform::DdeLink> open(const std::string& topic, const std::string&,
+                                                platform::DdeEvents events) override {
+            asked.emplace_back(topic, std::move(events));
+            return nullptr;
+        }
+        std::vector<std::pair<std::string, platform::DdeEvents>> asked;
+        /// The topics that were asked for since the last call, one letter each; none of them is there.
+        std::string fail() {
+            std::string topics;
+            for (const auto& [topic, events] : std::exchange(asked, {})) {
+                topics += topic.front();
+                events.failed();
+            }
+            return topics;
+        }
+    };
+    SlowLinks slow;
+    start({}, slow);
+    const Client greedy = greeted();
+    const Client second = greeted();
+    const Client third = greeted();
+    const auto askFor = [](const Client& client, const std::string& topic, int from, int to) {
+        for (int id = from; id <= to; ++id)
+            client.peer->send("link " + std::to_string(id) + " " + topic + " T I\n");
+    };
+    askFor(greedy, "a", 1, 6);
+    askFor(second, "b", 1, 4);
+    EXPECT_EQ(slow.asked.size(), bridge::LinkTurns::kMost);
+    // Whoever comes last has the next turn, before those who have had theirs.
+    askFor(third, "c", 1, 1);
+    EXPECT_EQ(slow.fail(), "aabb");
+    EXPECT_THAT(slow.fail(), testing::UnorderedElementsAre('a', 'a', 'b', 'c'));
+    // A link that is not wanted any more gives its turn away, and so does a client that goes.
+    askFor(second, "b", 11, 13);
+    EXPECT_EQ(slow.asked.size(), bridge::LinkTurns::kMost);
+    greedy.peer->close();
+    EXPECT_EQ(slow.asked.size(), bridge::LinkTurns::kMost);
+    askFor(third, "c", 2, 4);
+    EXPECT_EQ(slow.asked.size(), bridge::LinkTurns::kMost + 2);
+    third.say("unlink 2");
+    EXPECT_EQ(slow.asked.size(), bridge::LinkTurns::kMost + 3);
+    // Whose turn does not come in its time is told so.
+    third.lines();
+    clock_.advance(bridge::Session::kLinkDeadline + bridge::Session::kTick);
+    EXPECT_THAT(third.lines(), testing::IsSupersetOf({HasSubstr("failed 3 "), HasSubstr("failed 4 ")}));
+    EXPECT_EQ(state_.links, 0);
 }
 
 TEST_F(BridgeServer, MessagesOfAllTimesHaveAnEnd) {
@@ -242,6 +301,9 @@ TEST_F(BridgeServer, MessagesOfAllTimesHaveAnEnd) {
     EXPECT_THAT(answers, ElementsAre(HasSubstr("error too\\smany")));
     EXPECT_EQ(registered, bridge::RegisteredMessages::kMost + 1);
     EXPECT_THAT(greeted().say("register M0"), IsEmpty());
+    // Twinstep's own finds its place all the same, and takes it from nobody.
+    EXPECT_THAT(greeted().say("register Logger32\nregister M0"), IsEmpty());
+    EXPECT_THAT(greeted().say("register Other"), ElementsAre(HasSubstr("error too\\smany")));
 }
 
 TEST_F(BridgeServer, WhatAClientHadEndsWithIt) {
@@ -313,24 +375,66 @@ TEST_F(BridgeServer, WhoTakesNothingIsDroppedAndTheOthersAreServed) {
 
 TEST_F(BridgeServer, WhoSendsAFloodIsDropped) {
     start();
-    const Client client = greeted();
-    for (int second = 0; second < 3; ++second) {
-        client.peer->send(std::string(bridge::Server::kMostInput - 1000, 'x'));
-        EXPECT_FALSE(client.peer->closed());
+    struct Flood {
+        std::string line;
+        std::size_t inASecond; // lines
+        std::string why;
+    };
+    for (const auto& [line, most, why] :
+         {Flood{std::string(1023, 'x') + "\n", bridge::Server::kMostInput / 1024, "sends too much"},
+          Flood{"ping 1\n", bridge::Session::kMostLines, "too many lines"},
+          Flood{"x\n", bridge::Session::kMostRefusals, "too many wrong lines"}}) {
+        const Client client = greeted();
+        clock_.advance(1000);
+        for (int second = 0; second < 3; ++second) {
+            for (std::size_t sent = 0; sent < most; ++sent)
+                client.peer->send(line);
+            EXPECT_FALSE(client.peer->closed()) << why;
+            clock_.advance(1000);
+        }
+        std::string all;
+        for (std::size_t sent = 0; sent < most + 1; ++sent)
+            all += line;
+        client.peer->send(all);
+        EXPECT_TRUE(client.peer->closed()) << why;
+        EXPECT_THAT(log_, testing::Contains(HasSubstr(why)));
+    }
+}
+
+TEST_F(BridgeServer, WhoDoesNotGreetInTimeIsDroppedHoweverMuchHeSays) {
+    start();
+    const Client slow = connect();
+    for (int passed = 0; passed < bridge::kSilenceLimit; passed += 1000) {
+        EXPECT_FALSE(slow.peer->closed());
+        slow.peer->send("x");
         clock_.advance(1000);
     }
-    client.peer->send(std::string(bridge::Server::kMostInput, 'x'));
-    client.peer->send("x");
-    EXPECT_TRUE(client.peer->closed());
+    EXPECT_TRUE(slow.peer->closed());
+    EXPECT_THAT(log_, testing::Contains(HasSubstr("did not greet")));
+}
+
+TEST_F(BridgeServer, OnePeerLeavesPlacesForOthers) {
+    start({"192.168.1.20", "192.168.1.21"});
+    std::vector<Client> clients;
+    for (int n = 0; n < bridge::Server::kMostOfOnePeer; ++n)
+        clients.push_back(connect("192.168.1.20"));
+    EXPECT_FALSE(clients.back().peer->closed());
+    EXPECT_THAT(connect("192.168.1.20").lines(), ElementsAre("error too\\smany\\sclients"));
+    EXPECT_FALSE(connect("192.168.1.21").peer->closed());
+    clients[0].peer->close();
+    EXPECT_FALSE(connect("192.168.1.20").peer->closed());
 }
 
 TEST_F(BridgeServer, RefusesStrangersAndTheNinthClient) {
     start({"192.168.1.20"});
+    // This computer itself, by the address that others know it by.
+    EXPECT_FALSE(connect("192.168.1.30", "192.168.1.30").peer->closed());
+    EXPECT_TRUE(connect("192.168.1.30", "127.0.0.1").peer->closed());
     EXPECT_TRUE(connect("192.168.1.21").peer->closed());
     EXPECT_TRUE(connect("192.168.1.2").peer->closed());
     EXPECT_EQ(connect("192.168.1.21").peer->takeReceived(), "");
     std::vector<Client> clients = {connect("192.168.1.20"), connect("127.0.0.2")};
-    while (clients.size() < bridge::Server::kMostClients)
+    while (clients.size() < bridge::Server::kMostClients - 1)
         clients.push_back(connect());
     EXPECT_FALSE(clients[0].peer->closed());
     const Client ninth = connect();
