@@ -165,7 +165,7 @@ std::shared_ptr<DdeLinks::Feed> DdeLinks::feedOf(const DdeItem& item) {
 }
 
 void DdeLinks::startNext() {
-    while (!waiting_.empty() && searches_ < kMostSearches) {
+    while (!waiting_.empty() && searches_ < kMostSearches && *threads_ < kMostThreads) {
         const auto feed = waiting_.front().lock();
         waiting_.pop_front();
         if (!feed || feed->over) continue;
@@ -178,6 +178,7 @@ void DdeLinks::startNext() {
                     startNext();
                 });
                 --*threads;
+                slot.post([this] { startNext(); });
             }).detach();
         } catch (const std::system_error&) {
             // No thread left: the deadline says so.
