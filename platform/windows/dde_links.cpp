@@ -148,9 +148,9 @@ std::shared_ptr<DdeLinks::Feed> DdeLinks::feedOf(const DdeItem& item) {
     std::erase_if(feeds_, gone);
     std::erase_if(waiting_, gone);
     for (const auto& weak : feeds_) {
-        if (const auto feed = weak.lock(); feed && feed->item.isSame(item)) return feed;
+        if (auto feed = weak.lock(); feed && feed->item.isSame(item)) return feed;
     }
-    const auto feed = std::make_shared<Feed>();
+    auto feed = std::make_shared<Feed>();
     feed->item = item;
     feed->deadline = timers_.create([weak = std::weak_ptr(feed)] {
         const auto late = weak.lock();
