@@ -18,28 +18,15 @@
 #include "platform/trace/traced_outputs.h"
 #include "runtime/errors.h"
 #include "ui/command_line.h"
+#include "ui/display.h"
 #include "ui/heartbeat.h"
 #include "ui/main_window.h"
 
 #include <QApplication>
-#include <QMessageBox>
 #include <cstdlib>
-#include <cstring>
 #include <iostream>
 
 namespace {
-
-/// Says what the user must know, beside the engines that go on: the box is not modal. From any thread.
-void notify(const std::string& what) {
-    std::cerr << "twinstep: " << what << std::endl;
-    QMetaObject::invokeMethod(QCoreApplication::instance(), [what] {
-        auto* box = new QMessageBox(QMessageBox::Warning, "Twinstep", QString::fromStdString(what));
-        box->setTextFormat(Qt::PlainText);
-        box->setAttribute(Qt::WA_DeleteOnClose);
-        box->setModal(false);
-        box->show();
-    });
-}
 
 in_addr listenAddress(const platform::HardwareSettings& settings) {
     const auto address = linux_ports::parseAddress(settings.n1mmListen);
@@ -51,44 +38,6 @@ linux_ports::BridgeAddress bridgeAddress(const platform::HardwareSettings& setti
     const auto endpoint = config::parseEndpoint(settings.bridge, bridge::kPort);
     if (!endpoint) throw runtime::ObjectError("\"" + settings.bridge + "\" is no address of a bridge");
     return {endpoint->host, endpoint->port};
-}
-
-/// While the toolkit looks for a display: it would end the program with a screenful and an abort.
-void onToolkitMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-    if (type == QtFatalMsg) {
-        std::cerr
-            << "twinstep: there is no display to show the window on; start it from a desktop session, or "
-               "set DISPLAY.\n";
-        std::_Exit(EXIT_FAILURE);
-    }
-    const bool aboutTheDisplay = context.category && std::strncmp(context.category, "qt.qpa.", 7) == 0;
-    if (!aboutTheDisplay) std::cerr << text.toStdString() << '\n';
-}
-
-/// Runs when something ends the program by std::exit while this object lives, as the toolkit does when the
-/// display goes away.
-class LastWish {
-  public:
-    explicit LastWish(std::function<void()> wish) {
-        static const int registered = std::atexit([] {
-            if (wish_) std::exchange(wish_, nullptr)();
-        });
-        static_cast<void>(registered);
-        wish_ = std::move(wish);
-    }
-    LastWish(const LastWish&) = delete;
-    LastWish& operator=(const LastWish&) = delete;
-    ~LastWish() { wish_ = nullptr; }
-
-  private:
-    static inline std::function<void()> wish_;
-};
-
-/// A start from the desktop's menu has no terminal to say why it failed.
-void showFailure(int argc, char** argv, const std::string& why) {
-    if (!std::getenv("DISPLAY") && !std::getenv("WAYLAND_DISPLAY")) return;
-    const QApplication application(argc, argv);
-    QMessageBox(QMessageBox::Critical, "Twinstep", QString::fromStdString(why)).exec();
 }
 
 ui::CommandLine readCommandLine(int argc, char** argv) {
@@ -104,10 +53,10 @@ int run(int argc, char** argv, const ui::Options& options) {
         std::cerr << "twinstep: the file system of this folder cannot keep a second Twinstep out of it\n";
     }
     std::unique_ptr<trace::TraceFile> opened;
-    if (options.trace) opened = std::make_unique<trace::TraceFile>(*options.trace, started, notify);
+    if (options.trace) opened = std::make_unique<trace::TraceFile>(*options.trace, started, ui::notify);
     ChosenHardware hardware(options.hardware, qt_ports::SettingsFile(folder.path() / kSettingsFile));
 
-    const auto usualHandler = qInstallMessageHandler(onToolkitMessage);
+    const auto usualHandler = qInstallMessageHandler(ui::tellOfNoDisplay);
     QApplication application(argc, argv);
     qInstallMessageHandler(usualHandler);
     QApplication::setApplicationName("twinstep");
@@ -172,7 +121,7 @@ int run(int argc, char** argv, const ui::Options& options) {
         leave();
     };
     window.onCloseRequested = [&controller] { controller.close(); };
-    const LastWish lastWish([&] {
+    const ui::LastWish lastWish([&] {
         dialogs.useStandardError();
         controller.form().mnuUscita.Click.fire();
         // The board may not have been sent its last byte yet, and nothing is destroyed on this way out.
@@ -207,7 +156,7 @@ int run(int argc, char** argv, const ui::Options& options) {
 
     window.show();
     controller.start();
-    if (!hardware.notice().empty()) notify(hardware.notice());
+    if (!hardware.notice().empty()) ui::notify(hardware.notice());
     return ended ? EXIT_SUCCESS : QApplication::exec();
 }
 
@@ -223,7 +172,7 @@ int main(int argc, char** argv) {
         return run(argc, argv, *commandLine.options);
     } catch (const std::exception& error) {
         std::cerr << "twinstep: " << error.what() << '\n';
-        if (commandLine.options->fromDesktop) showFailure(argc, argv, error.what());
+        if (commandLine.options->fromDesktop) ui::showFailure(argc, argv, error.what());
         return EXIT_FAILURE;
     }
 }

@@ -9,6 +9,8 @@ namespace engine {
 
 namespace {
 
+/// The card that was chosen. A card that is let go is named by this 0, whatever address it has answered with:
+/// "USB Card 2 connected", and later "USB Card 0 disconnected".
 constexpr int kCardAddress = 0;
 constexpr int kCardAddressMax = 3;
 constexpr int kNoCard = -1;
@@ -78,13 +80,12 @@ auto OutputPorts::onBoard(const Call& call) -> decltype(call()) {
 }
 
 void OutputPorts::letBoardGo() {
-    lost_ = true;
     // Without the event, which would try to close the board and show a box of its own.
     form_.chkUsbOn.Value.load(0);
     showUsbOff();
     form_.lblUsb.Caption = cardText(kCardAddress, "disconnected");
     attempt([this] { board_.writeAllDigital(0); }); // a board that comes back to life finds its outputs off
-    attempt([this] { board_.closeDevice(); });
+    lost_ = !attempt([this] { board_.closeDevice(); });
 }
 
 void OutputPorts::chkUsbOn_Click() {

@@ -10,7 +10,8 @@ namespace platform {
 class UsbBoard {
   public:
     virtual ~UsbBoard() = default;
-    /// Returns the address of the card that answered, 0 to 3, or -1 when none does.
+    /// Address 0 is the card that was chosen, whatever its own address; others are meant as they are. Returns
+    /// the address of the card that answered, 0 to 3, or -1 when none does.
     virtual int openDevice(int address) = 0;
     /// In words for the user, why the last openDevice answered -1 although the card is there; else empty.
     virtual std::string refusal() const = 0;
@@ -19,7 +20,7 @@ class UsbBoard {
     virtual void writeAllDigital(int outputs) = 0;
     /// Whether the outputs in `mask` are on the board as last written; true while no card is open.
     virtual bool taken(int mask) = 0;
-    /// Waits a moment, 0.2 s at most, for the last byte to be taken.
+    /// Waits a moment, 0.2 s at most, for the outputs to go off; throws when they have not by then.
     virtual void closeDevice() = 0;
 };
 

@@ -42,7 +42,8 @@ int UsbBoard::guard(const char* path) {
 
 void UsbBoard::forget() {
     const Lock lock(mutex_);
-    if (descriptor_ >= 0) ::close(descriptor_);
+    // One that is written is closed after the write, so that its number is not given away meanwhile.
+    if (descriptor_ >= 0 && descriptor_ != written_) ::close(descriptor_);
     descriptor_ = -1;
     wanted_ = false;
 }
@@ -56,12 +57,12 @@ void UsbBoard::requestOff() {
 
 bool UsbBoard::isOff() {
     const Lock lock(mutex_);
-    return descriptor_ < 0 || (!wanted_ && !writing_ && !failed_);
+    return descriptor_ < 0 || (!wanted_ && written_ < 0 && !failed_);
 }
 
 bool UsbBoard::hasFailed() {
     const Lock lock(mutex_);
-    return descriptor_ >= 0 && !wanted_ && !writing_ && failed_;
+    return descriptor_ >= 0 && !wanted_ && written_ < 0 && failed_;
 }
 
 int UsbBoard::startThread() {
@@ -87,16 +88,17 @@ void UsbBoard::writeRequests() {
         while (!wanted_)
             ::pthread_cond_wait(&wake_, &mutex_);
         wanted_ = false;
-        // A descriptor of its own: the other one may be closed, and its number given away, during the write.
-        const int descriptor = ::fcntl(descriptor_, F_DUPFD_CLOEXEC, 0);
-        writing_ = true;
+        written_ = descriptor_;
         ::pthread_mutex_unlock(&mutex_);
-        const ssize_t written = ::write(descriptor, kAllOff, sizeof kAllOff);
-        const bool gone = written < 0 && errno == ENODEV;
-        ::close(descriptor);
+        const ssize_t size = ::write(written_, kAllOff, sizeof kAllOff);
+        const bool gone = size < 0 && errno == ENODEV;
         ::pthread_mutex_lock(&mutex_);
-        writing_ = false;
-        failed_ = written != static_cast<ssize_t>(sizeof kAllOff) && !gone;
+        if (written_ == descriptor_) {
+            failed_ = size != static_cast<ssize_t>(sizeof kAllOff) && !gone;
+        } else {
+            ::close(written_);
+        }
+        written_ = -1;
     }
 }
 

@@ -35,7 +35,7 @@ class UsbBoard {
     // Under the mutex:
     int descriptor_ = -1;
     bool wanted_ = false;
-    bool writing_ = false;
+    int written_ = -1; // under way; set by the thread alone
     bool failed_ = false;
 };
 

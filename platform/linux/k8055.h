@@ -8,15 +8,21 @@
 
 namespace linux_ports {
 
+class Sender;
+
 /// Velleman K8055 boards on USB, through hidapi and the kernel's hidraw devices. Reports are sent by a thread
-/// of their own, always the newest byte; no call waits for the board but closeDevice.
+/// of their own, always the newest byte; no call waits for the board but closeDevice. A board that fails is
+/// sent "off" for some seconds more. One at a time is open in a process.
 class K8055 : public platform::UsbBoard {
   public:
     static constexpr int kCards = 4; // addresses 0 to 3, by two jumpers
 
     /// Told on the caller's thread; each may be empty.
     struct Observer {
-        std::function<void(const std::string& path)> opened; // the board's device: "/dev/hidraw0"
+        /// The board's device: "/dev/hidraw0". What this throws is the refusal, and no board is opened.
+        std::function<void(const std::string& path)> opened;
+        /// The board is let go with its outputs off, or is gone. Not told of a board that fails, until the
+        /// next openDevice finds that its outputs are off after all.
         std::function<void()> closed;
     };
 
@@ -35,15 +41,14 @@ class K8055 : public platform::UsbBoard {
     void closeDevice() override;
 
   private:
-    class Link;
-    /// False when the last byte was not taken in time.
+    bool openPath(const std::string& path);
+    /// False when the outputs were not off in time.
     bool close();
 
     int card_;
     Observer observer_;
     std::string refusal_;
-    std::shared_ptr<Link> link_;    // the open board
-    std::weak_ptr<Link> lettingGo_; // the one before, which may still wait for its last report
+    std::shared_ptr<Sender> sender_; // the open board
 };
 
 } // namespace linux_ports

@@ -94,12 +94,14 @@ std::string Realtime::State::text() const {
 }
 
 Realtime::Realtime(FdWatcher& watcher, RealtimeBroker& broker, std::function<void(const State&)> changed)
-    : broker_(broker), changed_(std::move(changed)), fellBack_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
-    if (!fellBack_) {
+    : broker_(broker), changed_(std::move(changed)), fellBack_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)),
+      answered_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
+    if (!fellBack_ || !answered_) {
         state_.whyNot = reason(errno);
         return;
     }
-    watch_ = watcher.watch(fellBack_.get(), [this] { raiseAgain(); });
+    fellBackWatch_ = watcher.watch(fellBack_.get(), [this] { raiseAgain(); });
+    answeredWatch_ = watcher.watch(answered_.get(), [this] { brokerAnswered(); });
     raisedThread = ::gettid();
     wakeUp = fellBack_.get();
     handleTooLong(onTooLong);
@@ -108,7 +110,8 @@ Realtime::Realtime(FdWatcher& watcher, RealtimeBroker& broker, std::function<voi
 }
 
 Realtime::~Realtime() {
-    if (!fellBack_) return;
+    if (!fellBackWatch_) return;
+    if (asking_.valid()) asking_.wait();
     schedule(0, SCHED_OTHER, 0);
     if (state_.memoryLocked) ::munlockall();
     handleTooLong(SIG_DFL);
@@ -168,8 +171,28 @@ void Realtime::lockMemory() {
 void Realtime::raiseAgain() {
     std::uint64_t count = 0;
     if (::read(fellBack_.get(), &count, sizeof count) != sizeof count) return;
-    raise();
-    if (!state_.granted) changed_(state_);
+    if (takeIt() || asking_.valid()) return;
+    asking_ = std::async(std::launch::async, [this, thread = raisedThread.load()] {
+        std::string refusal;
+        try {
+            broker_.raise(thread, state_.priority);
+        } catch (const runtime::ObjectError& error) {
+            refusal = error.what();
+        }
+        const std::uint64_t one = 1;
+        [[maybe_unused]] const ssize_t written = ::write(answered_.get(), &one, sizeof one);
+        return refusal;
+    });
+}
+
+void Realtime::brokerAnswered() {
+    std::uint64_t count = 0;
+    if (::read(answered_.get(), &count, sizeof count) != sizeof count || !asking_.valid()) return;
+    const std::string refusal = asking_.get();
+    if (refusal.empty()) return;
+    state_.granted = false;
+    state_.whyNot = refusal;
+    changed_(state_);
 }
 
 } // namespace linux_ports

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <functional>
+#include <future>
 #include <memory>
 #include <string>
 #include <sys/types.h>
@@ -33,7 +34,8 @@ class RealtimeBroker {
 ///
 /// A handler that runs for a tenth of a second without a rest would hold up everything else on its
 /// processor, and a broker's limit would have the kernel kill the program, with hot coils. The thread then
-/// falls back to usual scheduling, and is raised again when it comes back to the event loop.
+/// falls back to usual scheduling, and is raised again when it comes back to the event loop, which does not
+/// wait for a broker then.
 class Realtime {
   public:
     struct State {
@@ -61,12 +63,14 @@ class Realtime {
     void askBroker();
     void lockMemory();
     void raiseAgain();
+    void brokerAnswered();
 
     RealtimeBroker& broker_;
     std::function<void(const State&)> changed_;
     State state_;
-    FileDescriptor fellBack_;
-    std::unique_ptr<FdWatch> watch_;
+    FileDescriptor fellBack_, answered_;
+    std::unique_ptr<FdWatch> fellBackWatch_, answeredWatch_;
+    std::future<std::string> asking_; // why the broker refused, if it did
 };
 
 } // namespace linux_ports

@@ -75,6 +75,7 @@ void UsbBoard::catchUp() {
 
 void UsbBoard::closeDevice() {
     check();
+    if (outputs() != 0) writeAllDigital(0);
 }
 
 } // namespace simulated

@@ -161,9 +161,9 @@ std::shared_ptr<DdeLinks::Feed> DdeLinks::feedOf(const DdeItem& item) {
     std::erase_if(feeds_, gone);
     std::erase_if(waiting_, gone);
     for (const auto& weak : feeds_) {
-        if (const auto feed = weak.lock(); feed && feed->item.isSame(item)) return feed;
+        if (auto feed = weak.lock(); feed && feed->item.isSame(item)) return feed;
     }
-    const auto feed = std::make_shared<Feed>();
+    auto feed = std::make_shared<Feed>();
     feed->item = item;
     feed->deadline = timers_.create([weak = std::weak_ptr(feed)] {
         const auto late = weak.lock();
@@ -178,7 +178,7 @@ std::shared_ptr<DdeLinks::Feed> DdeLinks::feedOf(const DdeItem& item) {
 }
 
 void DdeLinks::startNext() {
-    while (!waiting_.empty() && searches_ < kMostSearches) {
+    while (!waiting_.empty() && searches_ < kMostSearches && *threads_ < kMostThreads) {
         const auto feed = waiting_.front().lock();
         waiting_.pop_front();
         if (!feed || feed->over) continue;
@@ -191,6 +191,7 @@ void DdeLinks::startNext() {
                     startNext();
                 });
                 --*threads;
+                slot.post([this] { startNext(); });
             }).detach();
         } catch (const std::system_error&) {
             // No thread left: the deadline says so.

@@ -21,6 +21,8 @@ class DdeLinks : public platform::DdeLinks {
     /// Threads that search for a server at once; further ones wait for their turn. One that is given up while
     /// a program hangs goes on searching.
     static constexpr int kMostSearches = 4;
+    /// Threads in all, and so items. Under Wine each takes one of the 256 connections that a display has.
+    static constexpr int kMostThreads = 64;
 
     explicit DdeLinks(platform::Timers& timers);
     DdeLinks(const DdeLinks&) = delete;

@@ -60,7 +60,10 @@ class DrivenProgram {
   public:
     DrivenProgram(const EmulatedPort& port, const QStringList& arguments, const QString& display = {}) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("LD_PRELOAD", TWINSTEP_EMULATED_PORT);
+        // The devices of a test bed, where there is one, are the program's and its watchdog's too.
+        const QString testBed =
+            environment.contains("UMOCKDEV_DIR") ? ":" + environment.value("LD_PRELOAD") : "";
+        environment.insert("LD_PRELOAD", TWINSTEP_EMULATED_PORT + testBed);
         environment.insert("EMULATED_PORT", QString::fromStdString(port.path()));
         environment.insert("QT_PLUGIN_PATH", TWINSTEP_PLUGINS);
         environment.insert("QT_QPA_GENERIC_PLUGINS", "hand");

@@ -2,6 +2,7 @@
 #include "config/records.h"
 #include "form/engine_panel.h"
 #include "form/shell_panel.h"
+#include "tests/platform/linux/fake_k8055.h"
 #include "tests/program/driven_program.h"
 
 #include <atomic>
@@ -181,6 +182,39 @@ INSTANTIATE_TEST_SUITE_P(InMidMove, GuardedKill,
                                            Kill{"HalfStepForward", 2, true},
                                            Kill{"HalfStepBackward", 2, false}),
                          [](const auto& testing) { return testing.param.name; });
+
+TEST_F(Guarded, AKillLeavesNoOutputOfTheUsbBoardOn) {
+    using namespace std::chrono_literals;
+    constexpr int kKills = 10;
+    FakeK8055 bus;
+    bus.plugIn(0, 0);
+    bus.takeFor(4ms);
+    std::mt19937 random(1);
+    for (int kill = 0; kill < kKills; ++kill) {
+        DrivenProgram program(port, arguments() + QStringList{"--usb", "k8055"});
+        ASSERT_EQ(program.ask("click chkUsbOn"), "done");
+        ASSERT_TRUE(program.runs(port, true)) << program.ask("box") << program.errors();
+        const pid_t watchdog = program.watchdog();
+        ASSERT_NE(watchdog, 0);
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 20000));
+        // In every other round the kill surely finds a report under way, which the board takes after all.
+        const bool underWay = kill % 2 == 0;
+        if (underWay) {
+            bus.hang();
+            ASSERT_TRUE(comesTrue([&] { return bus.isBusy(); }));
+        }
+        ASSERT_GT(bus.outputs(), 0);
+        const auto before = bus.takeReports().size();
+        ASSERT_GT(before, 10U);
+        endOf(program.pid());
+        EXPECT_TRUE(!underWay || bus.takeReports().empty());
+        bus.release();
+        EXPECT_EQ(orphanEnds(watchdog), 0);
+        EXPECT_EQ(bus.outputs(), 0);
+        EXPECT_TRUE(port.isOff());
+        bus.takeReports();
+    }
+}
 
 TEST_F(Guarded, EveryEndLeavesTheOutputsOffAndNoProcessBehind) {
     using End = std::function<void(DrivenProgram&)>;

@@ -9,7 +9,7 @@ source scripts/build.sh
 
 need_packages "${wine_packages[@]}"
 scripts/build_bridge.sh
-cmake --build --preset bridge --target station_programs >&2
-build_preset tests
+build_preset bridge --target station_programs
+build_preset tests --target twinstep_wine_tests
 
 QT_QPA_PLATFORM=offscreen build/tests/tests/wine/twinstep_wine_tests build/bridge/bridge "$@"

@@ -9,6 +9,7 @@
 #include <sys/ioctl.h>
 #include <thread>
 #include <umockdev.h>
+#include <unistd.h>
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -22,6 +23,10 @@ constexpr std::array<std::uint8_t, 30> kDescriptor = {
 
 std::string usbPath(int number) {
     return "/devices/pci0000:00/0000:00:14.0/usb1/1-" + std::to_string(number + 1);
+}
+
+std::string facePath(int number) {
+    return usbPath(number) + "/1-" + std::to_string(number + 1) + ":1.0";
 }
 
 void check(GError* error) {
@@ -39,6 +44,7 @@ struct FakeK8055::Bed {
     explicit Bed(FakeK8055* board) : testbed(umockdev_testbed_new()), handler(umockdev_ioctl_base_new()) {
         g_signal_connect(handler, "handle-ioctl", G_CALLBACK(onIoctl), board);
         g_signal_connect(handler, "handle-write", G_CALLBACK(onWrite), board);
+        g_signal_connect(handler, "handle-read", G_CALLBACK(onRead), board);
     }
     Bed(const Bed&) = delete;
     Bed& operator=(const Bed&) = delete;
@@ -82,6 +88,14 @@ struct FakeK8055::Bed {
         return TRUE;
     }
 
+    /// Its inputs never change; a device that is gone hangs up.
+    static gboolean onRead(UMockdevIoctlBase* /*base*/, UMockdevIoctlClient* client, FakeK8055* board) {
+        const std::lock_guard lock(board->mutex_);
+        umockdev_ioctl_client_complete(
+            client, -1, board->isGone(umockdev_ioctl_client_get_devnode(client)) ? EIO : EAGAIN);
+        return TRUE;
+    }
+
     fs::path root() const {
         gchar* path = umockdev_testbed_get_root_dir(testbed);
         const fs::path copy = path;
@@ -109,25 +123,39 @@ FakeK8055::~FakeK8055() {
     }
 }
 
+void FakeK8055::plugInWithoutNode(int card, int number, const std::string& driver) {
+    const std::string usb = usbPath(number);
+    const std::string link =
+        driver.empty() ? "" : "L: driver=../../../../../../bus/usb/drivers/" + driver + "\n";
+    for (const std::string& device :
+         {"P: " + usb + "\nE: DEVTYPE=usb_device\nE: SUBSYSTEM=usb\nA: idVendor=10cf\nA: idProduct=550" +
+              std::to_string(card) + "\nA: bcdDevice=0100\nA: manufacturer=Velleman\nA: product=USB K8055\n",
+          "P: " + facePath(number) +
+              "\nE: DEVTYPE=usb_interface\nE: SUBSYSTEM=usb\nA: bInterfaceNumber=00\n" + link})
+        add(device);
+}
+
+void FakeK8055::add(const std::string& device) {
+    GError* error = nullptr;
+    umockdev_testbed_add_from_string(bed_->testbed, device.c_str(), &error);
+    check(error);
+}
+
 void FakeK8055::plugIn(int card, int number) {
-    const std::string usb = usbPath(number), face = usb + "/1-" + std::to_string(number + 1) + ":1.0";
+    plugInWithoutNode(card, number, "usbhid");
+    const std::string face = facePath(number);
     const std::string product = "550" + std::to_string(card), name = "hidraw" + std::to_string(number);
     const std::string hid = face + "/0003:10CF:" + product + ".000" + std::to_string(number + 1);
     const std::string devices[] = {
-        "P: " + usb + "\nE: DEVTYPE=usb_device\nE: SUBSYSTEM=usb\nA: idVendor=10cf\nA: idProduct=" + product +
-            "\nA: bcdDevice=0100\nA: manufacturer=Velleman\nA: product=USB K8055\n",
-        "P: " + face + "\nE: DEVTYPE=usb_interface\nE: SUBSYSTEM=usb\nA: bInterfaceNumber=00\n",
         "P: " + hid + "\nE: SUBSYSTEM=hid\nE: HID_ID=0003:000010CF:0000" + product +
             "\nE: HID_NAME=Velleman  USB K8055\nE: HID_UNIQ=\n",
         "P: " + hid + "/hidraw/" + name + "\nN: " + name + "\nE: DEVNAME=/dev/" + name +
             "\nE: SUBSYSTEM=hidraw\nA: dev=240:" + std::to_string(number) + "\nL: device=../../../" +
             hid.substr(face.size() + 1) + "\n",
     };
+    for (const std::string& device : devices)
+        add(device);
     GError* error = nullptr;
-    for (const std::string& device : devices) {
-        umockdev_testbed_add_from_string(bed_->testbed, device.c_str(), &error);
-        check(error);
-    }
     const std::string node = "/dev/" + name;
     umockdev_testbed_attach_ioctl(bed_->testbed, node.c_str(), bed_->handler, &error);
     check(error);
@@ -139,6 +167,10 @@ void FakeK8055::unplug(int number) {
         const std::lock_guard lock(mutex_);
         gone_.push_back("/dev/hidraw" + std::to_string(number));
     }
+    // What stands for the node is a terminal: with something to read it wakes those who wait for a hang-up.
+    const std::string node = "/dev/hidraw" + std::to_string(number);
+    const int wake = umockdev_testbed_get_dev_fd(bed_->testbed, node.c_str());
+    if (::write(wake, "x", 1) != 1) g_error("%s cannot be unplugged", node.c_str());
     umockdev_testbed_remove_device(bed_->testbed, ("/sys" + usbPath(number)).c_str());
 }
 
@@ -166,6 +198,11 @@ void FakeK8055::release() {
     const std::lock_guard lock(mutex_);
     hanging_ = false;
     changed_.notify_all();
+}
+
+bool FakeK8055::isBusy() {
+    const std::lock_guard lock(mutex_);
+    return busy_;
 }
 
 void FakeK8055::forbid(int number) {
@@ -202,11 +239,13 @@ void FakeK8055::work() {
         if (waiting_.empty()) return;
         const Write write = std::move(waiting_.front());
         waiting_.pop_front();
+        busy_ = true;
         const auto time = time_;
         lock.unlock();
         std::this_thread::sleep_for(time);
         lock.lock();
         changed_.wait(lock, [this] { return !hanging_; });
+        busy_ = false;
         const long result = take(umockdev_ioctl_client_get_devnode(write.client), write.report);
         umockdev_ioctl_client_complete(write.client, result < 0 ? -1 : result,
                                        result < 0 ? static_cast<int>(-result) : 0);
@@ -214,8 +253,12 @@ void FakeK8055::work() {
     }
 }
 
+bool FakeK8055::isGone(const std::string& device) const {
+    return std::find(gone_.begin(), gone_.end(), device) != gone_.end();
+}
+
 long FakeK8055::take(const std::string& device, const Report& report) {
-    if (std::find(gone_.begin(), gone_.end(), device) != gone_.end()) return -ENODEV;
+    if (isGone(device)) return -ENODEV;
     if (error_ != 0) return -error_;
     const long taken = std::min<long>(static_cast<long>(report.size()), bytes_);
     if (taken == static_cast<long>(report.size())) reports_.push_back(report);

@@ -23,6 +23,8 @@ class FakeK8055 {
 
     /// Plugs a board with this address in; it becomes /dev/hidraw`number`.
     void plugIn(int card, int number);
+    /// The kernel makes no device for this one; `driver` is what has it, or empty.
+    void plugInWithoutNode(int card, int number, const std::string& driver);
     /// The board is gone: writes to an open device fail, and nobody finds it any more.
     void unplug(int number);
 
@@ -32,6 +34,8 @@ class FakeK8055 {
     /// From now on no report ends before release is called.
     void hang();
     void release();
+    /// A report is under way.
+    bool isBusy();
 
     /// Takes every right to the board's device away, which root does not heed; all else is open to everybody.
     void forbid(int number);
@@ -45,6 +49,8 @@ class FakeK8055 {
   private:
     struct Bed; // the emulation, whose headers do not go together with the toolkit's
     struct Write;
+    void add(const std::string& device);
+    bool isGone(const std::string& device) const;
     /// The board at work, one report after the other.
     void work();
     /// Bytes taken, or a negative errno.
@@ -63,5 +69,6 @@ class FakeK8055 {
     int bytes_ = 9;
     int error_ = 0;
     bool hanging_ = false;
+    bool busy_ = false;
     std::thread worker_;
 };

@@ -123,6 +123,15 @@ TEST_F(K8055Stepping, PullingThePlugInMidMoveStopsAllWithOneBoxAndReplugGoesOn) 
     EXPECT_TRUE(dialogs.takeMessages().empty());
 }
 
+TEST_F(K8055Stepping, PullingThePlugWhileNothingMovesIsTold) {
+    f().chkUsbOn.userClick();
+    bus.unplug(0);
+    ASSERT_TRUE(EventLoop::until([&] { return !f().chkUsbOn.ticked(); }));
+    const auto messages = dialogs.takeMessages();
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_THAT(messages[0].text, AllOf(HasSubstr("it is unplugged"), HasSubstr("The outputs are off")));
+}
+
 TEST_F(K8055Stepping, ABoardThatHangsInMidMoveStopsAllWithOneBox) {
     f().chkUsbOn.userClick();
     runBoth();

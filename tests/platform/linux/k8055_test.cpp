@@ -14,6 +14,7 @@ using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 
 namespace {
 
@@ -89,8 +90,8 @@ TEST(K8055, SendsEachByteAsOneReportOfNine) {
         board.writeAllDigital(outputs);
         ASSERT_TRUE(settles(board));
     }
-    board.closeDevice();
-    EXPECT_THAT(bus.takeReports(), ElementsAre(report(72), report(0), report(255), report(255)));
+    board.closeDevice(); // and nobody guards it any more
+    EXPECT_THAT(bus.takeReports(), ElementsAre(report(72), report(0), report(255), report(255), report(0)));
 }
 
 TEST(K8055, ASlowBoardNeverHoldsTheCallerAndGetsTheNewestByte) {
@@ -147,16 +148,20 @@ TEST(K8055, ABoardThatHangsIsGivenUpAndFindsItsOutputsOffWhenItComesBack) {
     EXPECT_TRUE(EventLoop::until([&] { return bus.outputs() == 0 && bus.openFiles(0) == 0; }));
 }
 
-TEST(K8055, ABoardIsNotOpenedAgainBeforeItHasLetGoOfTheLastReport) {
+TEST(K8055, NoBoardIsOpenedBeforeTheLastOneHasLetGoOfItsLastReport) {
     FakeK8055 bus;
     bus.plugIn(0, 0);
+    bus.plugIn(1, 1);
     K8055 board(0);
     board.openDevice(0);
     bus.hang();
     board.writeAllDigital(8);
     EXPECT_THROW(board.closeDevice(), runtime::ObjectError);
-    EXPECT_EQ(board.openDevice(0), -1);
-    EXPECT_THAT(board.refusal(), HasSubstr("still does not answer"));
+    for (const int card : {0, 1}) {
+        K8055 chosen(card); // the kernel would keep whoever opens it
+        EXPECT_EQ(chosen.openDevice(0), -1);
+        EXPECT_THAT(chosen.refusal(), HasSubstr("still does not answer"));
+    }
     bus.release();
     ASSERT_TRUE(EventLoop::until([&] { return board.openDevice(0) == 0; }));
     EXPECT_EQ(board.refusal(), "");
@@ -165,22 +170,29 @@ TEST(K8055, ABoardIsNotOpenedAgainBeforeItHasLetGoOfTheLastReport) {
     EXPECT_EQ(bus.outputs(), 4);
 }
 
-TEST(K8055, EachFaultOfTheBoardIsNamed) {
+TEST(K8055, EachFaultIsNamedAndABoardThatStaysFindsItsOutputsOffAfterIt) {
     struct Fault {
-        std::function<void(FakeK8055&)> bring;
+        std::function<void(FakeK8055&)> bring, lift;
         std::string words;
     };
     const Fault faults[] = {
-        {[](FakeK8055& bus) { bus.unplug(0); }, "No such device"},
-        {[](FakeK8055& bus) { bus.failWith(EIO); }, "Input/output error"},
-        {[](FakeK8055& bus) { bus.takeOnly(3); }, "it took 3 of 9 bytes"},
-        {[](FakeK8055& bus) { bus.takeOnly(0); }, "it took 0 of 9 bytes"},
+        {[](FakeK8055& bus) { bus.unplug(0); }, {}, "it is unplugged"},
+        {[](FakeK8055& bus) { bus.failWith(EIO); }, [](FakeK8055& bus) { bus.failWith(0); },
+         "Input/output error"},
+        {[](FakeK8055& bus) { bus.takeOnly(3); }, [](FakeK8055& bus) { bus.takeOnly(9); },
+         "it took 3 of 9 bytes"},
+        {[](FakeK8055& bus) { bus.takeOnly(0); }, [](FakeK8055& bus) { bus.takeOnly(9); },
+         "it took 0 of 9 bytes"},
     };
     for (const Fault& fault : faults) {
+        SCOPED_TRACE(fault.words);
         FakeK8055 bus;
         bus.plugIn(0, 0);
-        K8055 board(0);
+        int guarded = 0;
+        K8055 board(0, {.opened = [&](const std::string&) { ++guarded; }, .closed = [&] { --guarded; }});
         board.openDevice(0);
+        board.writeAllDigital(4);
+        ASSERT_TRUE(settles(board));
         fault.bring(bus);
         board.writeAllDigital(8);
         EXPECT_THAT(failure([&] { board.taken(15); }),
@@ -188,7 +200,75 @@ TEST(K8055, EachFaultOfTheBoardIsNamed) {
         EXPECT_THROW(board.writeAllDigital(0), runtime::ObjectError);
         EXPECT_THROW(board.closeDevice(), runtime::ObjectError);
         EXPECT_NO_THROW(board.writeAllDigital(0)) << "closed after all";
+        if (!fault.lift) {
+            EXPECT_EQ(guarded, 0) << "it is gone";
+            continue;
+        }
+        EXPECT_EQ(bus.outputs(), 4);
+        EXPECT_EQ(guarded, 1) << "its coils are on";
+        fault.lift(bus);
+        EXPECT_TRUE(EventLoop::until([&] { return bus.outputs() == 0 && bus.openFiles(0) == 0; }));
+        EXPECT_EQ(board.openDevice(0), 0);
+        EXPECT_EQ(guarded, 1) << "once more";
+        board.closeDevice();
+        EXPECT_EQ(guarded, 0);
     }
+}
+
+TEST(K8055, AFaultThatPassesIsOverWhenTheBoardIsClosed) {
+    FakeK8055 bus;
+    bus.plugIn(0, 0);
+    K8055 board(0);
+    board.openDevice(0);
+    bus.takeOnly(3);
+    board.writeAllDigital(8);
+    EXPECT_NE(failure([&] { board.taken(15); }), "");
+    bus.takeOnly(9);
+    ASSERT_TRUE(EventLoop::until([&] { return bus.outputs() == 0; }));
+    EXPECT_NO_THROW(board.closeDevice()) << "its outputs are off";
+}
+
+TEST(K8055, WithoutAGuardNoBoardIsOpened) {
+    FakeK8055 bus;
+    bus.plugIn(0, 0);
+    K8055 board(0, {.opened = [](const std::string&) { throw runtime::ObjectError("no guard"); },
+                    .closed = [] { ADD_FAILURE(); }});
+    EXPECT_EQ(board.openDevice(0), -1);
+    EXPECT_EQ(board.refusal(), "no guard");
+    board.writeAllDigital(8);
+    EXPECT_EQ(bus.openFiles(0), 0);
+    EXPECT_THAT(bus.takeReports(), IsEmpty());
+}
+
+TEST(K8055, AnUnplugIsNoticedWhileNothingIsSent) {
+    FakeK8055 bus;
+    bus.plugIn(0, 0);
+    K8055 board(0);
+    board.openDevice(0);
+    board.writeAllDigital(8);
+    ASSERT_TRUE(settles(board));
+    EventLoop::runFor(1200);
+    EXPECT_TRUE(board.taken(255));
+    bus.unplug(0);
+    EXPECT_THAT(failure([&] { board.taken(255); }), HasSubstr("it is unplugged"));
+    EXPECT_THROW(board.closeDevice(), runtime::ObjectError) << "its outputs were on";
+}
+
+TEST(K8055, ABoardThatTheKernelPassesOverIsToldApartFromAMissingOne) {
+    FakeK8055 bus;
+    bus.plugInWithoutNode(2, 0, "");
+    bus.plugInWithoutNode(3, 1, "vmk80xx");
+    K8055 missing(1), passedOver(2), taken(3);
+    EXPECT_EQ(missing.openDevice(0), -1);
+    EXPECT_EQ(missing.refusal(), "");
+    EXPECT_EQ(passedOver.openDevice(0), -1);
+    EXPECT_THAT(passedOver.refusal(), AllOf(HasSubstr("usbhid passes such boards over"),
+                                            HasSubstr("options usbhid quirks=0x10cf:0x5502:0x40000000\n"),
+                                            Not(HasSubstr("alias"))));
+    EXPECT_EQ(taken.openDevice(0), -1);
+    EXPECT_THAT(taken.refusal(),
+                AllOf(HasSubstr("the driver vmk80xx has it"), HasSubstr("quirks=0x10cf:0x5503:"),
+                      HasSubstr("alias usb:v10CFp5503d* usbhid\n")));
 }
 
 TEST(K8055, IsFoundAgainAfterReplugging) {

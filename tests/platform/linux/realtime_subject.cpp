@@ -68,8 +68,11 @@ int main(int argc, char** argv) try {
     const QCoreApplication application(argc, argv);
     qt_ports::FdWatcher watcher;
     qt_ports::RealtimeKit kit;
-    linux_ports::Realtime realtime(
-        watcher, kit, [](const auto& state) { std::cout << "changed: " << state.text() << '\n'; });
+    bool changed = false;
+    linux_ports::Realtime realtime(watcher, kit, [&changed](const auto& state) {
+        changed = true;
+        std::cout << "changed: " << state.text() << '\n';
+    });
     std::cout << realtime.state().text() << '\n' << "scheduling: " << scheduling() << '\n';
     std::cout << "started program: " << ofStartedProgram() << '\n';
     std::jthread([] { std::cout << "thread: " << scheduling() << '\n'; }).join();
@@ -84,7 +87,13 @@ int main(int argc, char** argv) try {
     if (realtime.state().granted) {
         work(600);
         std::cout << "after a long handler: " << scheduling() << '\n';
-        QCoreApplication::processEvents();
+        // A broker answers while the loop goes on.
+        QElapsedTimer clock;
+        clock.start();
+        while (!changed && scheduling() == "usual 0" && !clock.hasExpired(10'000)) {
+            QCoreApplication::processEvents();
+            ::usleep(1000);
+        }
         std::cout << "back in the event loop: " << scheduling() << '\n';
     }
     return EXIT_SUCCESS;
