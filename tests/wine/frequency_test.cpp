@@ -26,10 +26,17 @@ class Frequency : public StationWindow {
         click("chkAutoMemOnOff");
         ASSERT_TRUE(shows("lblAutoMemOnOff", "Auto"));
     }
-    bool standsAt(double a, double b) {
-        constexpr double kStep = 0.05;
-        return waitFor(
-            [&] { return std::fabs(f().sngPosA - a) < kStep / 2 && std::fabs(f().sngPosB - b) < kStep / 2; });
+    /// Both engines have come to rest here, as near as single precision lets them: to within a step.
+    ::testing::AssertionResult standsAt(double a, double b) {
+        constexpr double kNear = 0.05 * 1.1;
+        const auto near = [](double position, double wanted) { return std::fabs(position - wanted) < kNear; };
+        const auto rest = [this] {
+            return !f().Timer1.Enabled && !f().Timer2.Enabled && !f().Timer3.Enabled && !f().Timer4.Enabled;
+        };
+        if (waitFor([&] { return rest() && near(f().sngPosA, a) && near(f().sngPosB, b); }))
+            return ::testing::AssertionSuccess();
+        return ::testing::AssertionFailure()
+               << "the engines stand at " << f().sngPosA << " and " << f().sngPosB;
     }
 };
 
