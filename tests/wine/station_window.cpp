@@ -5,10 +5,16 @@
 #include <QTcpServer>
 #include <QTest>
 #include <algorithm>
+#include <random>
 
 int freePort() {
+    // Below those that the system gives to connections: one of these could take the place of a bridge that
+    // is being restarted.
+    static std::mt19937 random(std::random_device{}());
+    std::uniform_int_distribution<quint16> ports(20'000, 32'000);
     QTcpServer server;
-    server.listen(QHostAddress::LocalHost);
+    while (!server.listen(QHostAddress::LocalHost, ports(random))) {
+    }
     return server.serverPort();
 }
 

@@ -141,6 +141,7 @@ std::string WindowsProgram::find(const std::string& what,
     std::string last;
     bool found = false;
     waitFor([&] {
+        const bool ended = process_.state() == QProcess::NotRunning;
         output_ += process_.readAll().toStdString();
         for (std::size_t end; !found && (end = output_.find('\n')) != std::string::npos;) {
             last = output_.substr(0, end);
@@ -148,7 +149,7 @@ std::string WindowsProgram::find(const std::string& what,
             if (last.ends_with('\r')) last.pop_back();
             found = fits(last);
         }
-        return found || process_.state() == QProcess::NotRunning;
+        return found || ended;
     });
     if (found) return last;
     ADD_FAILURE() << process_.arguments().join(' ').toStdString() << " never said \"" << what
