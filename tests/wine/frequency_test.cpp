@@ -141,7 +141,7 @@ TEST_F(Frequency, ComesBackFromLogger32WhenTheBridgeDoes) {
     logger.tell("frequency 21005000");
     EXPECT_TRUE(shows("lblLog32DataM", "21.005.000"));
 
-    bridge->kill();
+    crashBridge(logger);
     EXPECT_TRUE(shows("lblAutoMemConn", "Disconnected"));
     startBridge();
     logger.line("subscribed ");
@@ -157,7 +157,7 @@ TEST_F(Frequency, EndsWithTheBridgeAndIsConnectedAgainByHand) {
     click("cmdAutoMemConn");
     EXPECT_TRUE(shows("lblFreqRx", "3.700.000"));
 
-    bridge->kill();
+    crashBridge(radio);
     EXPECT_TRUE(shows("lblAutoMemConn", "Connect"));
     EXPECT_TRUE(shows("lblFreqRx", ""));
     startBridge();

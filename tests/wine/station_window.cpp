@@ -57,6 +57,11 @@ void StationWindow::start(int function, int frequencyProgram) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
 }
 
+void StationWindow::crashBridge(WindowsProgram& station) {
+    station.tell("end twinstep-bridge.exe");
+    ASSERT_TRUE(bridge->ends());
+}
+
 QWidget& StationWindow::widget(const char* name) {
     auto* found = window().findChild<QWidget*>(name);
     if (!found) throw std::runtime_error(std::string("no such widget: ") + name);

@@ -47,6 +47,9 @@ class StationWindow : public ::testing::Test {
   protected:
     /// Starts the program in this function, on the frequency of this program.
     void start(int function, int frequencyProgram = form::kNoProgram);
+    /// Has a station program end the bridge at once. Not by a signal: Wine's own server keeps sockets of a
+    /// program that is killed from outside Wine, and with them its port.
+    void crashBridge(WindowsProgram& station);
     void startBridge(const QStringList& more = {}) { bridge.emplace(port, more); }
 
     form::Form1& f() { return controller_->form(); }

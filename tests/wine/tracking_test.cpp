@@ -76,13 +76,13 @@ TEST_F(Tracking, SaysThatNobodyAnswers) {
 
 TEST_F(Tracking, EndsWithTheBridgeAndIsConnectedAgainByHand) {
     startBridge();
-    const DdeServer orbitron(DdeServer::Orbitron, "UPDATE AZ10.5 EL20.5");
+    DdeServer orbitron(DdeServer::Orbitron, "UPDATE AZ10.5 EL20.5");
     start(form::kSatelliteRotor);
     f().intSatSource = 1;
     click("cmdConnect");
     EXPECT_TRUE(shows("lblAzRx", "10.5"));
 
-    bridge->kill();
+    crashBridge(orbitron);
     EXPECT_TRUE(shows("lblOpenCom", "Disconnected"));
     startBridge();
     click("cmdConnect");
