@@ -20,8 +20,8 @@ class TrackingServer {
 
     /// From the next use on.
     void setHost(const std::string& host) { host_ = host; }
-    /// Connects, or connects anew when host or port has changed. Leaves while the link to SatPC32 is asked for,
-    /// which needs the place where the state shows.
+    /// Connects, or connects anew when host or port has changed. Leaves while the link to SatPC32 is asked
+    /// for, which needs the place where the state shows.
     void use();
     void leave();
     /// Timer5: shows the connection's state, in SatPC32's format only.
