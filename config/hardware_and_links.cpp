@@ -62,12 +62,17 @@ std::string shownFor(const std::array<Entry, kCount>& entries, const std::string
     return found == entries.end() ? setting : found->shown;
 }
 
+template <std::size_t kCount>
+std::vector<std::string> shownEntries(const std::array<Entry, kCount>& entries) {
+    std::vector<std::string> list(kCount);
+    std::ranges::transform(entries, list.begin(), &Entry::shown);
+    return list;
+}
+
 } // namespace
 
 std::vector<std::string> HardwareAndLinks::portList(const platform::Hardware& hardware) {
-    std::vector<std::string> list;
-    for (const Entry& entry : kPortEntries)
-        list.emplace_back(entry.shown);
+    std::vector<std::string> list = shownEntries(kPortEntries);
     for (const std::string& device : hardware.printerPorts())
         list.push_back(device);
     const std::string& used = hardware.settings().port;
@@ -77,10 +82,7 @@ std::vector<std::string> HardwareAndLinks::portList(const platform::Hardware& ha
 }
 
 std::vector<std::string> HardwareAndLinks::boardList() {
-    std::vector<std::string> list;
-    for (const Entry& entry : kBoardEntries)
-        list.emplace_back(entry.shown);
-    return list;
+    return shownEntries(kBoardEntries);
 }
 
 HardwareAndLinks::HardwareAndLinks(form::Form1& main, form::FrmHardware& dialog, form::Boxes& boxes,
