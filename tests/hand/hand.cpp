@@ -87,6 +87,6 @@ class Hand : public QObject {
 
 } // namespace
 
-QObject* HandPlugin::create(const QString& /*key*/, const QString& /*specification*/) {
+QObject* HandPlugin::create(const QString& /*key*/, const QString& /*arguments*/) {
     return new Hand;
 }
