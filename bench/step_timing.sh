@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Measures how evenly the step timers tick, beside other timers in the same run. Prints the tables that the
-# README shows and draws docs/images/step-timing.svg. Fails when a step came too early, was lost or the mean
+# Measures how evenly the step timers tick, beside other timers in the same run. Prints the tables of
+# docs/performance.md and draws docs/images/step-timing.svg. Fails when a step came too early, was lost or the mean
 # rate was wrong. bench/step_timing.sh [ROUNDS [SECONDS]]: of each subject, 6 rounds of 10 seconds unless said.
 set -euo pipefail
 

@@ -50,6 +50,9 @@ install(FILES README.md CONTRIBUTING.md ${packaging}/debian/copyright DESTINATIO
 file(CREATE_LINK ../../twinstep/docs ${PROJECT_BINARY_DIR}/docs SYMBOLIC)
 file(CREATE_LINK ../../common-licenses/GPL-3 ${PROJECT_BINARY_DIR}/LICENSE SYMBOLIC)
 install(FILES ${PROJECT_BINARY_DIR}/docs ${PROJECT_BINARY_DIR}/LICENSE DESTINATION ${doc})
+# The pages of the help link to the README beside their folder.
+file(CREATE_LINK ../doc/twinstep/README.md ${PROJECT_BINARY_DIR}/README.md SYMBOLIC)
+install(FILES ${PROJECT_BINARY_DIR}/README.md DESTINATION ${data})
 set(changelog ${PROJECT_BINARY_DIR}/changelog.gz)
 add_custom_command(OUTPUT ${changelog}
     COMMAND gzip -9n < ${packaging}/debian/changelog > ${changelog}
