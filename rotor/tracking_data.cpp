@@ -59,13 +59,6 @@ std::string withOffset(const std::string& degrees, const form::ScrollBar& bar) {
     return runtime::formatStored(runtime::parseSingle(degrees) + offset);
 }
 
-void showReceived(form::Form1& form, const std::string& azimuth, const std::string& elevation) {
-    const std::string az = withOffset(azimuth, form.HScOffsetA);
-    const std::string el = withOffset(elevation, form.HScOffsetB);
-    form.lblAzRx.Caption = az;
-    form.lblElRx.Caption = el;
-}
-
 void readSatPc32(form::Form1& form, const std::vector<std::string>& tokens) {
     const std::string& realEl = token(tokens, 1);
     const std::string& realAz = token(tokens, 2);
@@ -88,6 +81,13 @@ std::string taggedNumber(const std::vector<std::string>& tokens, std::string_vie
 }
 
 } // namespace
+
+void showReceived(form::Form1& form, const std::string& azimuth, const std::string& elevation) {
+    const std::string az = withOffset(azimuth, form.HScOffsetA);
+    const std::string el = withOffset(elevation, form.HScOffsetB);
+    form.lblAzRx.Caption = az;
+    form.lblElRx.Caption = el;
+}
 
 void subSatData(form::Form1& form, const std::string& text) {
     try {

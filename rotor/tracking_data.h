@@ -18,4 +18,8 @@ void subSatData(form::Form1& form, const std::string& text);
 /// nothing.
 void readSatPc32Item(form::Form1& form, const std::string& text);
 
+/// Puts azimuth and elevation, numbers as a program words them, into the labels that are followed, offsets
+/// added. Throws runtime::RunTimeError for a text that is no number, with nothing changed.
+void showReceived(form::Form1& form, const std::string& azimuth, const std::string& elevation);
+
 } // namespace rotor

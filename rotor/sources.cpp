@@ -1,0 +1,70 @@
+#include "rotor/sources.h"
+
+#include "rotor/tracking_data.h"
+#include "runtime/errors.h"
+#include "runtime/number.h"
+
+#include <algorithm>
+
+namespace rotor {
+
+bool Sources::anyThere() const {
+    return std::ranges::any_of(all_, [](const TrackingSource* source) { return source->there(); });
+}
+
+bool Sources::silent() const {
+    if (holder_->hold() == Hold::kWhileThere) return !holder_->there();
+    return sinceHeard_ >= silence_;
+}
+
+bool Sources::free(const TrackingSource& source) const {
+    return !holder_ || holder_ == &source || silent();
+}
+
+void Sources::complete(const TrackingSource& source) {
+    if (!free(source)) return;
+    Direction target;
+    try {
+        target = {runtime::parseNumber(form_.lblAzRx.Caption.get()),
+                  runtime::parseNumber(form_.lblElRx.Caption.get())};
+    } catch (const runtime::RunTimeError&) {
+        return;
+    }
+    holder_ = &source;
+    target_ = target;
+    sinceHeard_ = {};
+    lost_ = false;
+    if (onTarget) onTarget();
+}
+
+bool Sources::offer(const TrackingSource& source, const std::string& azimuth, const std::string& elevation) {
+    if (!free(source)) return false;
+    showReceived(form_, azimuth, elevation);
+    form_.lblRealAz.Caption = azimuth;
+    form_.lblRealEl.Caption = elevation;
+    complete(source);
+    return true;
+}
+
+void Sources::heard(const TrackingSource& source) {
+    if (holder_ == &source) sinceHeard_ = {};
+}
+
+void Sources::drop(const TrackingSource& source) {
+    if (holder_ == &source) forget();
+}
+
+void Sources::forget() {
+    holder_ = nullptr;
+    target_.reset();
+    lost_ = false;
+}
+
+void Sources::pass(Time time) {
+    sinceHeard_ += time;
+    if (!holder_ || holder_->hold() == Hold::kUntilDone || !silent()) return;
+    forget();
+    lost_ = true;
+}
+
+} // namespace rotor
