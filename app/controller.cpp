@@ -53,7 +53,7 @@ struct Controller::Subsystems {
     radio::Logger32 logger32{ports.station};
     radio::FrequencySource source{form, logger32, ports.udp};
     rotor::Thresholds thresholds{form, file};
-    rotor::TrackingServer trackingServer{form, ports.tcp, ports.hardware.settings().trackingServer};
+    rotor::TrackingServer trackingServer{form, ports.tcp, ports.hardware.get().settings().trackingServer};
     rotor::TrackingLinks trackingLinks{form, boxes};
     config::NamedConfigurations configurations{form, boxes, file};
 
@@ -66,7 +66,7 @@ struct Controller::Subsystems {
 
 Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::path& directory)
     : ports(outside), file(directory / "save.cfg") {
-    form.StatusBar1.Panels(form::kPanelOutputs) = ports.hardware.outputsName();
+    form.StatusBar1.Panels(form::kPanelOutputs) = ports.hardware.get().outputsName();
     boxes.onOpening = [this] { motion.releaseJogs(); };
     motion.subResetPressedMem = [this] { slots.subResetPressedMem(); };
     recall.armOutputsOff = [this] { outputsOff.arm(); };
@@ -145,8 +145,8 @@ void Controller::Subsystems::mnuHardware_Click() {
 }
 
 void Controller::Subsystems::hardwareChanged() {
-    form.StatusBar1.Panels(form::kPanelOutputs) = ports.hardware.outputsName();
-    trackingServer.setHost(ports.hardware.settings().trackingServer);
+    form.StatusBar1.Panels(form::kPanelOutputs) = ports.hardware.get().outputsName();
+    trackingServer.setHost(ports.hardware.get().settings().trackingServer);
     if (form.intFunzione == form::kSatelliteRotor) trackingServer.use();
 }
 

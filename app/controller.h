@@ -12,23 +12,27 @@
 #include "platform/usb_board.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 
 namespace app {
 
 /// The outside of the program, one adapter for each port. They outlive the controller.
 struct Ports {
-    platform::PrinterPort& printer;
-    platform::UsbBoard& usb;
-    platform::Timers& timers;
-    platform::DdeLinks& links;
-    platform::StationMessages& station;
-    platform::UdpSockets& udp;
-    platform::TcpClients& tcp;
-    platform::Dialogs& dialogs;
-    platform::Shell& shell;
-    platform::Sound& sound;
-    platform::Hardware& hardware;
+    template <class Port>
+    using Ref = std::reference_wrapper<Port>; // so that one of them can be exchanged for another
+
+    Ref<platform::PrinterPort> printer;
+    Ref<platform::UsbBoard> usb;
+    Ref<platform::Timers> timers;
+    Ref<platform::DdeLinks> links;
+    Ref<platform::StationMessages> station;
+    Ref<platform::UdpSockets> udp;
+    Ref<platform::TcpClients> tcp;
+    Ref<platform::Dialogs> dialogs;
+    Ref<platform::Shell> shell;
+    Ref<platform::Sound> sound;
+    Ref<platform::Hardware> hardware;
 };
 
 /// The whole program behind its window: the form and all subsystems, wired together.

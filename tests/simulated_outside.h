@@ -22,6 +22,7 @@ struct SimulatedOutside {
     simulated::Sound sound;
     simulated::Hardware hardware;
 
+    /// The one place that fills them: who wants another adapter for a port assigns it to its member.
     app::Ports ports() {
         return {.printer = port,
                 .usb = board,

@@ -85,18 +85,9 @@ Round twinstepWindow(std::chrono::seconds duration, Scheduling scheduling,
     SimulatedOutside outside;
     trace::TracedPrinterPort port(outside.port, file);
     app::Ports ports = outside.ports();
-    app::Controller controller({.printer = port,
-                                .usb = ports.usb,
-                                .timers = timers,
-                                .links = ports.links,
-                                .station = ports.station,
-                                .udp = ports.udp,
-                                .tcp = ports.tcp,
-                                .dialogs = ports.dialogs,
-                                .shell = ports.shell,
-                                .sound = ports.sound,
-                                .hardware = ports.hardware},
-                               folder);
+    ports.printer = port;
+    ports.timers = timers;
+    app::Controller controller(ports, folder);
     ui::MainWindow window(controller.form(), controller.boxes());
     window.show();
     controller.start();

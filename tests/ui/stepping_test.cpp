@@ -111,10 +111,11 @@ class Stepping : public WindowFixture {
                     config::integerRecord(record::kFunction, function)});
         hardware.use({.port = "simulated", .trackingServer = "tracking.silent"});
         app::Ports outside = ports();
-        controller = std::make_unique<app::Controller>(
-            app::Ports{tracedPort, outside.usb, timers, outside.links, outside.station, outside.udp, realTcp,
-                       realDialogs, outside.shell, outside.sound, hardware},
-            folder.path());
+        outside.printer = tracedPort;
+        outside.timers = timers;
+        outside.tcp = realTcp;
+        outside.dialogs = realDialogs;
+        controller = std::make_unique<app::Controller>(outside, folder.path());
         controller->start();
         openWindow();
         begun = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - started);

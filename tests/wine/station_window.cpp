@@ -47,10 +47,12 @@ void StationWindow::start(int function, int frequencyProgram) {
                 config::integerRecord(record::kStepsB, 200), config::singleRecord(record::kUnitsB, 10),
                 config::integerRecord(record::kFunction, static_cast<short>(function)),
                 config::integerRecord(record::kFrequencyProgram, static_cast<short>(frequencyProgram))});
-    controller_ =
-        std::make_unique<app::Controller>(app::Ports{printer, board_, timers_, links_, station_, udp_, tcp_,
-                                                     dialogs, shell_, sound_, hardware_},
-                                          folder_.path());
+    app::Ports ports = outside_.ports();
+    ports.timers = timers_;
+    ports.links = links_;
+    ports.station = station_;
+    ports.tcp = tcp_;
+    controller_ = std::make_unique<app::Controller>(ports, folder_.path());
     window_ = std::make_unique<ui::MainWindow>(f(), controller_->boxes());
     window_->show();
     controller_->start();

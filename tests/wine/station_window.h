@@ -7,10 +7,6 @@
 #include "platform/linux/timers.h"
 #include "platform/qt/fd_watcher.h"
 #include "platform/qt/tcp_clients.h"
-#include "platform/simulated/desktop.h"
-#include "platform/simulated/hardware.h"
-#include "platform/simulated/links.h"
-#include "platform/simulated/outputs.h"
 #include "tests/desk.h"
 #include "tests/wine/wine.h"
 #include "ui/main_window.h"
@@ -66,19 +62,18 @@ class StationWindow : public ::testing::Test {
     const int port = freePort();
     std::optional<Bridge> bridge;
 
-    simulated::PrinterPort printer;
-    simulated::Dialogs dialogs;
+  private:
+    SimulatedOutside outside_;
+
+  protected:
+    simulated::PrinterPort& printer = outside_.port;
+    simulated::Dialogs& dialogs = outside_.dialogs;
 
   private:
     TemporaryFolder folder_;
     qt_ports::FdWatcher watcher_;
     linux_ports::Timers timers_{watcher_};
     qt_ports::TcpClients tcp_;
-    simulated::UsbBoard board_{-1};
-    simulated::UdpSockets udp_;
-    simulated::Shell shell_;
-    simulated::Hardware hardware_;
-    simulated::Sound sound_;
     linux_ports::BridgeConnection connection_{tcp_, timers_, "1.0.0", {"127.0.0.1", port}};
     linux_ports::BridgeDdeLinks links_{connection_, timers_};
     linux_ports::BridgeStationMessages station_{connection_, timers_};

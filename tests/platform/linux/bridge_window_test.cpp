@@ -15,9 +15,10 @@ namespace {
 class BridgeWindowTest : public Desk {
   protected:
     void SetUp() override {
-        controller = std::make_unique<app::Controller>(
-            app::Ports{port, board, clock, ddeLinks, messages, udp, tcp, dialogs, shell, sound, hardware},
-            folder.path());
+        app::Ports outside = ports();
+        outside.links = ddeLinks;
+        outside.station = messages;
+        controller = std::make_unique<app::Controller>(outside, folder.path());
         controller->start();
     }
     void TearDown() override { controller.reset(); }

@@ -25,17 +25,9 @@ class K8055Stepping : public ::testing::Test, protected SimulatedOutside {
                     config::integerRecord(record::kSlowA, 1000), config::integerRecord(record::kSlowB, 1000),
                     config::integerRecord(record::kStepsB, 200), config::singleRecord(record::kUnitsB, 1),
                     config::integerRecord(record::kFunction, form::kCoilTuner)});
-        app::Ports outside = {.printer = port,
-                              .usb = usb,
-                              .timers = timers,
-                              .links = links,
-                              .station = station,
-                              .udp = udp,
-                              .tcp = tcp,
-                              .dialogs = dialogs,
-                              .shell = shell,
-                              .sound = sound,
-                              .hardware = hardware};
+        app::Ports outside = ports();
+        outside.usb = usb;
+        outside.timers = timers;
         controller = std::make_unique<app::Controller>(outside, folder.path());
         controller->start();
     }
