@@ -58,6 +58,10 @@ class ChosenHardware::Port : public platform::PrinterPort {
     void setBit(int bit) override {
         write([&] { behind_->setBit(bit); });
     }
+    void endPattern() override {
+        write([&] { behind_->endPattern(); });
+    }
+    bool taken(int mask) override { return behind_->taken(mask); }
 
   private:
     template <class Access>

@@ -41,6 +41,7 @@ void CoilCheck::light() {
         const auto number = static_cast<std::size_t>(coil_ - 1);
         side_->lamps.at(number)->FillColor = form::kRed;
         outputs_.subBitPorta(0, side_->firstOutput - 1 + coil_);
+        outputs_.endPattern();
         // A full step's USB value is one coil.
         outputs_.subUsbOnOff(kFullStep.at(number).usb * side_->usbFactor, side_->motor);
     } catch (...) {

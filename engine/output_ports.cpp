@@ -61,8 +61,9 @@ void OutputPorts::subUsbOnOff(form::Int16 peso, form::Int16 mot) {
 }
 
 bool OutputPorts::ready(const Side& side) {
-    if (!form_.chkUsbOn.ticked()) return true;
-    return onBoard([&] { return board_.taken(kCoils * side.usbFactor); });
+    const int half = kCoils * side.usbFactor;
+    if (!objPorta_.taken(half)) return false;
+    return !form_.chkUsbOn.ticked() || onBoard([&] { return board_.taken(half); });
 }
 
 void OutputPorts::checkUsb() {
@@ -149,6 +150,7 @@ void OutputPorts::writePortOff() {
         for (const int output : kOffOrder)
             subBitPorta(1, firstOutput - 1 + output);
     }
+    endPattern();
 }
 
 void OutputPorts::darkenLamps() {

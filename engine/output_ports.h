@@ -22,9 +22,12 @@ class OutputPorts {
 
     /// Writes output `bit` (1 to 8). State 1 sets it, which leaves the coil off; any other state clears it.
     void subBitPorta(form::Int16 stato, form::Int16 bit);
+    /// What subBitPorta has written since the last call is one pattern of the printer port.
+    void endPattern() { objPorta_.endPattern(); }
     /// Takes the USB value `peso` of engine `mot` (1 = A, 2 = B) and writes both engines' together.
     void subUsbOnOff(form::Int16 peso, form::Int16 mot);
-    /// Whether the engine may step: its last pattern is on the USB board, or the box is unticked.
+    /// Whether the engine may step: its last pattern is on the printer port, and on the USB board where the
+    /// box is ticked.
     bool ready(const Side& side);
     /// Throws when the board has failed since the last write.
     void checkUsb();

@@ -32,7 +32,7 @@ Stepper::Stepper(form::Form1& form, form::Boxes& boxes, OutputPorts& outputs)
 }
 
 void Stepper::tick(const Side& side, int direction) {
-    // A pattern that never reached the board would part the position from the coils.
+    // A pattern that never reached the coils would part the position from them.
     const bool ready = outputs_.ready(side);
     if (form_.chkUsbOn.ticked()) rate_.count(side.motor, ready);
     if (!ready) return;
@@ -78,6 +78,7 @@ bool Stepper::writePhase(const Side& side, int direction, const Sequence& sequen
     for (const OutputWrite& write : phase.writes) {
         outputs_.subBitPorta(write.state, side.firstOutput - 1 + write.output);
     }
+    outputs_.endPattern();
     outputs_.subUsbOnOff(phase.usb * side.usbFactor, side.motor);
     move(side, direction);
     return true;

@@ -10,7 +10,7 @@ namespace engine {
 constexpr int kEndOfRun = 999;
 
 /// The step timers: each tick puts the next coil pattern out and moves the position by one step. While the
-/// USB board has not taken an engine's last pattern, its ticks pass by, so that the rate follows the board.
+/// outputs have not taken an engine's last pattern, its ticks pass by, so that the rate follows the device.
 class Stepper {
   public:
     Stepper(form::Form1& form, form::Boxes& boxes, OutputPorts& outputs);

@@ -16,6 +16,8 @@ class DirectPort : public platform::PrinterPort {
 
     void clearBit(int bit) override { write(data_ & ~(1U << bit)); }
     void setBit(int bit) override { write(data_ | (1U << bit)); }
+    void endPattern() override {}
+    bool taken(int /*mask*/) override { return true; }
 
   private:
     void write(unsigned data);

@@ -26,6 +26,8 @@ class PrinterPort : public platform::PrinterPort {
 
     void clearBit(int bit) override;
     void setBit(int bit) override;
+    void endPattern() override {}
+    bool taken(int /*mask*/) override { return true; }
 
     /// The claimed port, for a process that shares it: a claim belongs to the open file. It stays open as
     /// long as this object.

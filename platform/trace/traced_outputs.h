@@ -13,6 +13,8 @@ class TracedPrinterPort : public platform::PrinterPort {
     TracedPrinterPort(platform::PrinterPort& port, TraceFile& file) : port_(port), file_(file) {}
     void clearBit(int bit) override;
     void setBit(int bit) override;
+    void endPattern() override { port_.endPattern(); }
+    bool taken(int mask) override { return port_.taken(mask); }
 
   private:
     void record(int bit, char state);

@@ -109,6 +109,24 @@ TEST_F(StepperTest, BothEnginesWriteTheirSequencesForwardAndBackward) {
     }
 }
 
+TEST_F(StepperTest, EveryStepIsOnePatternAndWaitsForTheOutputsOfItsEngine) {
+    const int before = port.patterns();
+    tick(a(), form::kForward);
+    tick(b(), form::kForward);
+    EXPECT_EQ(port.patterns(), before + 2);
+
+    const float position = f().sngPosA;
+    port.holdBack(0b0000'0100);
+    EXPECT_EQ(tick(a(), form::kForward), "silent");
+    EXPECT_EQ(f().sngPosA, position);
+    EXPECT_EQ(tick(b(), form::kForward), kFullStep[1]);
+    port.holdBack(0);
+    EXPECT_EQ(tick(a(), form::kForward), kFullStep[1]);
+    const int afterSteps = port.patterns();
+    f().cmdOff.Click.raise();
+    EXPECT_EQ(port.patterns(), afterSteps + 1);
+}
+
 TEST_F(StepperTest, ReversalWithoutARunCommandWritesTheNextPhaseFirst) {
     const Engine engine = a();
     tick(engine, form::kForward);
