@@ -128,7 +128,7 @@ void Server::accept(std::unique_ptr<platform::TcpConnection> connection, const A
         return;
     }
     clients_.push_back(std::make_unique<Client>(*this, std::move(connection), ++accepted_, peer));
-    if (clients_.size() == 1) timer_->start(Session::kTick);
+    if (clients_.size() == 1) timer_->start(std::chrono::milliseconds(Session::kTick));
 }
 
 void Server::tick() {

@@ -7,7 +7,7 @@ namespace engine {
 
 namespace {
 
-constexpr double kMillisecondsPerSecond = 1000;
+constexpr std::chrono::duration<double> kSecond{1};
 
 } // namespace
 
@@ -22,10 +22,10 @@ std::string StepRate::takeText(const Sides& sides) {
     for (const Side* side : {&sides.a, &sides.b}) {
         const Counts counts = std::exchange(counts_.at(static_cast<std::size_t>(side->motor - 1)), Counts());
         const form::Timer& timer = side->forward.Enabled ? side->forward : side->backward;
-        if (!timer.Enabled || timer.Interval <= 0 || counts.due == 0) continue;
+        if (timer.period() == timer.period().zero() || counts.due == 0) continue;
         const double share = static_cast<double>(counts.made) / static_cast<double>(counts.due);
         if (share >= kKeepsUp) continue;
-        const double set = kMillisecondsPerSecond / timer.Interval;
+        const double set = kSecond / timer.period();
         text += (text.empty() ? "" : ", ") + side->lblEngine.Caption.get() + ": " +
                 std::to_string(std::lround(set * share)) + " of " + std::to_string(std::lround(set));
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -9,10 +10,15 @@ namespace platform {
 class PeriodicTimer {
   public:
     virtual ~PeriodicTimer() = default;
-    /// Starts, or starts anew, with the first tick one interval from now. `milliseconds` is above 0.
-    virtual void start(int milliseconds) = 0;
+    /// Starts, or starts anew, with the first tick one period from now. `period` is above 0.
+    virtual void start(std::chrono::nanoseconds period) = 0;
+    /// Changes the period of a timer that runs, and keeps its schedule: the next tick comes one new period
+    /// after the moment at which the last one was due. `period` is above 0. May be called from the tick.
+    virtual void setPeriod(std::chrono::nanoseconds period) = 0;
     /// No tick comes after this, not even one that was already due.
     virtual void stop() = 0;
+    /// How long the next tick of a timer that runs is away; below 0 when it is overdue.
+    virtual std::chrono::nanoseconds untilTick() const = 0;
 };
 
 class Timers {

@@ -7,7 +7,15 @@ namespace runtime {
 void StepSchedule::start(Time now, Time interval) {
     interval_ = interval;
     ideal_ = next_ = now + interval;
+    began_ = now;
     usual_ = Time::zero();
+}
+
+void StepSchedule::setInterval(Time now, Time interval) {
+    const Time overdue = std::max(now - (began_ + interval), Time::zero());
+    ideal_ += interval - interval_ + overdue;
+    interval_ = interval;
+    next_ = std::max(ideal_, began_ + shortest() + overdue);
 }
 
 void StepSchedule::ticked(Time now) {

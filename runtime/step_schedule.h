@@ -20,6 +20,10 @@ class StepSchedule {
 
     /// The first tick falls due one interval from `now`. `interval` is above 0.
     void start(Time now, Time interval);
+    /// The tick to come falls due one `interval`, above 0, after the last one's moment, and so do those that
+    /// follow. What was to be made up still is. Where that moment is over, because the last interval was much
+    /// longer, the tick falls due at once, and the schedule goes on from there.
+    void setInterval(Time now, Time interval);
     /// A tick began at `now`.
     void ticked(Time now);
     /// The tick that began last has ended; next() may move away.
@@ -38,7 +42,7 @@ class StepSchedule {
     Time interval_{};
     Time ideal_{}; // where next() would be had nothing ever been late
     Time next_{};
-    Time began_{}; // the last tick
+    Time began_{}; // the last tick, or the start
     Time usual_{}; // what ticks take: falls at once, and rises slowly
 };
 

@@ -72,7 +72,7 @@ void BridgeConnection::connect() {
     refusal_.clear();
     remark_.clear();
     // The limit for the greeting, too.
-    silence_->start(bridge::kSilenceLimit);
+    silence_->start(std::chrono::milliseconds(bridge::kSilenceLimit));
     platform::TcpClients::Events events;
     events.connected = [this] {
         const std::string greeting =
@@ -98,7 +98,7 @@ void BridgeConnection::ping() {
 /// Ends the connection or the attempt, and schedules the next where one is wanted.
 void BridgeConnection::lost(std::string reason) {
     drop(std::move(reason));
-    if (wanted()) retry_->start(kRetries.at(losses_));
+    if (wanted()) retry_->start(std::chrono::milliseconds(kRetries.at(losses_)));
     losses_ = std::min(losses_ + 1, kRetries.size() - 1);
 }
 
@@ -120,12 +120,12 @@ bool BridgeConnection::say(const std::vector<std::string_view>& fields) {
     if (client_->send(line)) return true;
     // The loss comes from the timer: whoever speaks here is not prepared for it.
     stuck_ = true;
-    silence_->start(1);
+    silence_->start(std::chrono::milliseconds(1));
     return false;
 }
 
 void BridgeConnection::received(const std::string& bytes) {
-    if (connected_ && !stuck_) silence_->start(bridge::kSilenceLimit);
+    if (connected_ && !stuck_) silence_->start(std::chrono::milliseconds(bridge::kSilenceLimit));
     reader_.feed(bytes);
     // What a line brings may open a box; the lines that come meanwhile are taken in there.
     while (const auto line = reader_.next())
@@ -156,8 +156,8 @@ bool BridgeConnection::greet(const std::vector<std::string>& fields) {
     }
     connected_ = true;
     peer_ = quoted({"", fields[2], fields[3]});
-    ping_->start(bridge::kPingInterval);
-    silence_->start(bridge::kSilenceLimit);
+    ping_->start(std::chrono::milliseconds(bridge::kPingInterval));
+    silence_->start(std::chrono::milliseconds(bridge::kSilenceLimit));
     for (BridgeUser* user : users_)
         user->bridgeConnected();
     return true;

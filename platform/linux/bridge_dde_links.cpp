@@ -8,7 +8,7 @@ namespace linux_ports {
 namespace {
 
 /// A link fails unless it is answered within 900 to 950 milliseconds: the first tick may be a short one.
-constexpr int kDeadlineTick = 50; // milliseconds
+constexpr std::chrono::milliseconds kDeadlineTick{50};
 constexpr int kDeadlineTicks = 19;
 
 } // namespace
@@ -131,7 +131,7 @@ bool BridgeDdeLinks::bridgeSaid(const std::vector<std::string>& fields) {
 /// Whoever is calling is not prepared for what the owner of the link may do, so that it hears of it later.
 void BridgeDdeLinks::finish(Link& link, State state) {
     link.state = state;
-    ends_->start(1);
+    ends_->start(std::chrono::milliseconds(1));
 }
 
 void BridgeDdeLinks::lookAtDeadlines() {

@@ -16,7 +16,7 @@ constexpr long kFirstOwnWindow = std::numeric_limits<long>::max();
 /// The previous procedure of any window: there is nothing behind a hook.
 constexpr long kNoProcedure = 1;
 /// Milliseconds after which a window that nobody looks for any more is no longer watched.
-constexpr int kWatchLimit = 10000;
+constexpr std::chrono::seconds kWatchLimit{10};
 
 template <class Integer>
 std::optional<Integer> parse(const std::string& text) {

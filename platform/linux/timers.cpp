@@ -32,26 +32,35 @@ class KernelTimer : public platform::PeriodicTimer {
     }
     KernelTimer(const KernelTimer&) = delete;
     KernelTimer& operator=(const KernelTimer&) = delete;
-    ~KernelTimer() override { ++shared_->armings; }
+    ~KernelTimer() override { ++shared_->turns; }
 
-    void start(int milliseconds) override {
-        schedule_.start(now(), std::chrono::milliseconds(milliseconds));
+    void start(Time period) override {
+        ++shared_->turns;
+        schedule_.start(now(), period);
         arm(schedule_.next());
         if (!watch_) watch_ = watcher_.watch(fd_.get(), [this] { expired(); });
+    }
+
+    void setPeriod(Time period) override {
+        schedule_.setInterval(now(), period);
+        arm(schedule_.next());
     }
 
     // Disarming also takes back an expiry that nobody has read yet, so that no tick is left in flight. Most
     // timers stand most of the time, and each descriptor that is watched costs every turn of the event loop.
     void stop() override {
+        ++shared_->turns;
         arm(Time::zero());
         watch_.reset();
     }
+
+    Time untilTick() const override { return schedule_.next() - now(); }
 
   private:
     /// What a tick needs when it has destroyed its timer.
     struct Shared {
         std::function<void()> tick;
-        std::uint64_t armings = 0; // and the end of the timer
+        std::uint64_t turns = 0; // ticks, starts, stops and the end of the timer
     };
 
     void expired() {
@@ -61,10 +70,10 @@ class KernelTimer : public platform::PeriodicTimer {
         schedule_.ticked(now());
         arm(schedule_.next());
         const auto shared = shared_;
-        const auto armings = shared->armings;
+        const auto turn = ++shared->turns;
         shared->tick();
-        const bool standsAsItWas = shared->armings == armings;
-        if (standsAsItWas) keepDistance();
+        const bool isStillLast = shared->turns == turn;
+        if (isStillLast) keepDistance();
     }
 
     void keepDistance() {
@@ -75,7 +84,6 @@ class KernelTimer : public platform::PeriodicTimer {
 
     /// Zero disarms.
     void arm(Time moment) {
-        ++shared_->armings;
         const auto seconds = std::chrono::floor<std::chrono::seconds>(moment);
         itimerspec when{};
         when.it_value.tv_sec = seconds.count();

@@ -1,5 +1,7 @@
 #include "platform/simulated/clock.h"
 
+#include "runtime/step_schedule.h"
+
 #include <algorithm>
 #include <tuple>
 
@@ -12,19 +14,20 @@ class Clock::Timer : public platform::PeriodicTimer {
     Timer& operator=(const Timer&) = delete;
     ~Timer() override { halt(); }
 
-    void start(int milliseconds) override {
+    void start(std::chrono::nanoseconds period) override {
         halt();
-        interval_ = milliseconds;
-        due_ = clock_.now_ + interval_;
+        schedule_.start(clock_.now_, period);
         order_ = clock_.starts_++;
         clock_.running_.push_back(this);
     }
+    void setPeriod(std::chrono::nanoseconds period) override { schedule_.setInterval(clock_.now_, period); }
     void stop() override { halt(); }
+    std::chrono::nanoseconds untilTick() const override { return schedule_.next() - clock_.now_; }
 
-    std::pair<std::int64_t, std::uint64_t> rank() const { return {due_, order_}; }
-    std::int64_t due() const { return due_; }
+    std::pair<std::chrono::nanoseconds, std::uint64_t> rank() const { return {due(), order_}; }
+    std::chrono::nanoseconds due() const { return schedule_.next(); }
     void tick() {
-        due_ += interval_;
+        schedule_.ticked(clock_.now_);
         tick_();
     }
 
@@ -33,8 +36,7 @@ class Clock::Timer : public platform::PeriodicTimer {
 
     Clock& clock_;
     std::function<void()> tick_;
-    std::int64_t interval_ = 0;
-    std::int64_t due_ = 0;
+    runtime::StepSchedule schedule_;
     std::uint64_t order_ = 0;
 };
 
@@ -48,8 +50,8 @@ Clock::Timer* Clock::earliest() const {
     return found == running_.end() ? nullptr : *found;
 }
 
-void Clock::advance(int milliseconds) {
-    const std::int64_t end = now_ + milliseconds;
+void Clock::advance(std::chrono::nanoseconds time) {
+    const auto end = now_ + time;
     for (Timer* next = earliest(); next && next->due() <= end; next = earliest()) {
         now_ = std::max(now_, next->due());
         next->tick();

@@ -2,6 +2,7 @@
 
 #include "platform/timers.h"
 
+#include <chrono>
 #include <cstdint>
 #include <vector>
 
@@ -12,15 +13,16 @@ namespace simulated {
 class Clock : public platform::Timers {
   public:
     std::unique_ptr<platform::PeriodicTimer> create(std::function<void()> tick) override;
-    /// Lets so many milliseconds pass, running the ticks that fall due.
-    void advance(int milliseconds);
-    std::int64_t now() const { return now_; } // milliseconds
+    /// Lets so much time pass, running the ticks that fall due.
+    void advance(std::chrono::nanoseconds time);
+    void advance(int milliseconds) { advance(std::chrono::milliseconds(milliseconds)); }
+    std::chrono::nanoseconds now() const { return now_; }
 
   private:
     class Timer;
     Timer* earliest() const;
 
-    std::int64_t now_ = 0;
+    std::chrono::nanoseconds now_{};
     std::uint64_t starts_ = 0;
     std::vector<Timer*> running_;
 };

@@ -39,7 +39,7 @@ void UsbBoard::writeAllDigital(int outputs) {
     }
     catchUp();
     byte_.want(outputs);
-    wantedAt_ = std::chrono::milliseconds(clock_->now());
+    wantedAt_ = clock_->now();
     catchUp();
 }
 
@@ -56,7 +56,7 @@ int UsbBoard::outputs() {
 
 void UsbBoard::catchUp() {
     if (!clock_) return;
-    const runtime::NewestByte::Time now = std::chrono::milliseconds(clock_->now());
+    const runtime::NewestByte::Time now = clock_->now();
     for (;;) {
         if (sent_ >= 0) {
             if (reportEnd_ > now) return;

@@ -16,7 +16,7 @@ namespace windows_ports {
 
 namespace {
 
-constexpr int kDeadline = 1000; // milliseconds in which a link is open or has failed
+constexpr std::chrono::seconds kDeadline{1}; // in which a link is open or has failed
 
 /// What the link's thread has to say, until the owner's thread fetches it.
 class News {

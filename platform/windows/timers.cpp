@@ -50,9 +50,14 @@ class KernelTimer : public platform::PeriodicTimer {
         CloseHandle(timer_);
     }
 
-    void start(int milliseconds) override {
+    void start(Time period) override {
         state_->running = true;
-        state_->schedule.start(now(), std::chrono::milliseconds(milliseconds));
+        state_->schedule.start(now(), period);
+        arm();
+    }
+
+    void setPeriod(Time period) override {
+        state_->schedule.setInterval(now(), period);
         arm();
     }
 
@@ -60,6 +65,8 @@ class KernelTimer : public platform::PeriodicTimer {
         state_->running = false;
         CancelWaitableTimer(timer_);
     }
+
+    Time untilTick() const override { return state_->schedule.next() - now(); }
 
   private:
     struct State {

@@ -8,6 +8,8 @@
 namespace form {
 namespace {
 
+using namespace std::chrono_literals;
+
 struct Counter : ControlObserver {
     int changes = 0;
     void changed(Control&) override { ++changes; }
@@ -59,19 +61,47 @@ TEST(Timer, RestartsOnANewIntervalButNotOnEnablingAgain) {
     simulated::Clock clock;
     Form window("w");
     Timer timer(window, "timer", clock, 100);
-    std::vector<std::int64_t> ticks;
+    std::vector<std::chrono::nanoseconds> ticks;
     timer.Tick.attach([&] { ticks.push_back(clock.now()); });
     timer.Enabled = true;
     clock.advance(60);
     timer.Enabled = true;
     clock.advance(50);
-    EXPECT_EQ(ticks, (std::vector<std::int64_t>{100}));
+    EXPECT_EQ(ticks, (std::vector<std::chrono::nanoseconds>{100ms}));
     timer.Interval = 50; // at 110
     clock.advance(100);
-    EXPECT_EQ(ticks, (std::vector<std::int64_t>{100, 160, 210}));
+    EXPECT_EQ(ticks, (std::vector<std::chrono::nanoseconds>{100ms, 160ms, 210ms}));
     timer.Interval = 0;
     clock.advance(1000);
     EXPECT_EQ(ticks.size(), 3U);
+}
+
+TEST(Timer, KeepsAFinerPeriodUntilIntervalOrEnabledChanges) {
+    simulated::Clock clock;
+    Form window("w");
+    Timer timer(window, "timer", clock, 10);
+    std::vector<std::chrono::nanoseconds> ticks;
+    timer.Tick.attach([&] {
+        ticks.push_back(clock.now());
+        if (ticks.size() == 2) timer.setPeriod(1250us);
+    });
+    timer.setPeriod(1ms);
+    EXPECT_EQ(timer.period(), 0ns) << "it stands";
+    timer.Enabled = true;
+    EXPECT_EQ(timer.period(), 10ms);
+    timer.setPeriod(12'500us);
+    timer.Interval = 10; // no change
+    clock.advance(28);
+    EXPECT_EQ(ticks, (std::vector<std::chrono::nanoseconds>{12'500us, 25ms, 26'250us, 27'500us}));
+    timer.Interval = 20; // at 28
+    clock.advance(20);
+    EXPECT_EQ(ticks.back(), 48ms);
+    timer.setPeriod(1ms);
+    timer.Enabled = false;
+    timer.Enabled = true;
+    clock.advance(20);
+    EXPECT_EQ(ticks.back(), 68ms);
+    EXPECT_EQ(ticks.size(), 6U);
 }
 
 TEST(LinkLabel, TellsItsEndFromEitherSide) {

@@ -96,3 +96,43 @@ TEST(StepSchedule, ATickThatIsHeldUpKeepsItsDistanceToTheNext) {
     // And when it is quick again, the next step still keeps away from the last slow one.
     EXPECT_GE(schedule.next(), began + 5ms + 4ms);
 }
+
+TEST(StepSchedule, ANewIntervalCountsFromTheMomentAtWhichTheLastTickWasDue) {
+    const struct {
+        const char* what;
+        StepSchedule::Time interval, tick, changedAt, newInterval, next, afterThat;
+    } cases[] = {
+        {"on time, longer", 1ms, 1ms, 1010us, 2500us, 3500us, 6ms},
+        {"on time, shorter by a nanosecond", 1ms, 1ms, 1010us, 999'999ns, 1'999'999ns, 2'999'998ns},
+        {"late, made up", 1ms, 1040us, 1050us, 1300us, 2300us, 3600us},
+        {"very late, made up without a burst", 1ms, 2ms, 2010us, 1300us, 2ms + 1170us, 2ms + 2340us},
+        {"over already: at once, and on from there", 10ms, 10ms, 19ms, 1ms, 19ms, 20ms},
+        {"before the first tick", 10ms, 0ms, 3ms, 4ms, 4ms, 8ms},
+    };
+    for (const auto& c : cases) {
+        StepSchedule schedule;
+        schedule.start(0ns, c.interval);
+        if (c.tick > 0ns) schedule.ticked(c.tick);
+        schedule.setInterval(c.changedAt, c.newInterval);
+        EXPECT_EQ(schedule.next(), c.next) << c.what;
+        schedule.ticked(schedule.next());
+        EXPECT_EQ(schedule.next(), c.afterThat) << c.what;
+    }
+}
+
+TEST(StepSchedule, ACurveOfIntervalsKeepsItsTimeThroughLateTicks) {
+    StepSchedule schedule;
+    StepSchedule::Time interval = 5ms, planned = interval, before{};
+    schedule.start(0ns, interval);
+    for (int n = 0; n < 600; ++n) {
+        const auto began = schedule.next() + (n == 50 ? 4ms : 1us * (n % 70));
+        ASSERT_GE(began - before, interval * 9 / 10) << n;
+        before = began;
+        schedule.ticked(began);
+        interval = n < 400 ? interval * 995 / 1000 : interval * 1009 / 1000;
+        schedule.setInterval(began + 20us, interval);
+        schedule.finished(began + 30us);
+        planned += interval;
+    }
+    EXPECT_EQ(schedule.next(), planned);
+}

@@ -249,7 +249,7 @@ TEST_F(BridgeOnSocketsTest, AFloodOfLinesLeavesTheTimersTicking) {
     const auto timer = timers.create([&ticks] { ++ticks; });
     QElapsedTimer clock;
     clock.start();
-    timer->start(1);
+    timer->start(std::chrono::milliseconds(1));
     peer->write(flood.data(), static_cast<qint64>(flood.size()));
     ASSERT_TRUE(EventLoop::until([this] { return changes == 200000; }, 60000));
     // One a millisecond; a machine that is busy elsewhere may take some of them.

@@ -29,7 +29,7 @@ TEST_F(KernelTimers, HoldTheMeanRateThroughHandlersAndStalls) {
             if (ticks == 100) std::this_thread::sleep_for(8ms);
         });
         const auto begin = Clock::now();
-        timer->start(1);
+        timer->start(1ms);
         ASSERT_TRUE(EventLoop::until([&] { return ticks >= kTicks; }));
         took = Clock::now() - begin;
         EXPECT_GE(took, 399ms);
@@ -40,7 +40,7 @@ TEST_F(KernelTimers, HoldTheMeanRateThroughHandlersAndStalls) {
 TEST_F(KernelTimers, NoTickComesAfterStop) {
     int ticks = 0;
     const auto timer = timers.create([&] { ++ticks; });
-    timer->start(1);
+    timer->start(1ms);
     std::this_thread::sleep_for(20ms); // a tick is due, and has not been taken
     timer->stop();
     EventLoop::runFor(30);
@@ -50,10 +50,10 @@ TEST_F(KernelTimers, NoTickComesAfterStop) {
 TEST_F(KernelTimers, StartAnewCountsFromNow) {
     int ticks = 0;
     const auto timer = timers.create([&] { ++ticks; });
-    timer->start(1);
+    timer->start(1ms);
     std::this_thread::sleep_for(20ms);
     const auto begin = Clock::now();
-    timer->start(40);
+    timer->start(40ms);
     ASSERT_TRUE(EventLoop::until([&] { return ticks > 0; }));
     EXPECT_GE(Clock::now() - begin, 40ms);
 }
@@ -67,15 +67,15 @@ TEST_F(KernelTimers, ATickMayStopRestartOrDestroyItsTimer) {
     });
     second = timers.create([&, big = std::vector<int>(1000, 1)] {
         restarted += big.front();
-        second->start(5);
+        second->start(5ms);
     });
     third = timers.create([&, big = std::vector<int>(1000, 1)] {
         third.reset();
         destroyed += big.front(); // what the tick holds is still there
     });
-    first->start(1);
-    second->start(1);
-    third->start(1);
+    first->start(1ms);
+    second->start(1ms);
+    third->start(1ms);
     ASSERT_TRUE(EventLoop::until([&] { return restarted >= 4; }));
     EXPECT_EQ(stopped, 1);
     EXPECT_EQ(destroyed, 1);
@@ -87,7 +87,7 @@ TEST_F(KernelTimers, GoOnWhileATickRunsAnEventLoopOfItsOwn) {
     const auto timer = timers.create([&] {
         if (++ticks == 1) nested = EventLoop::until([&] { return ticks >= 5; });
     });
-    timer->start(2);
+    timer->start(2ms);
     ASSERT_TRUE(EventLoop::until([&] { return nested; }));
 }
 
@@ -98,7 +98,7 @@ TEST_F(KernelTimers, ATickThatIsHeldUpKeepsItsDistanceToTheNext) {
         if (moved.size() == 2) std::this_thread::sleep_for(kInterval * 3 / 4);
         moved.push_back(Clock::now());
     });
-    timer->start(10);
+    timer->start(kInterval);
     ASSERT_TRUE(EventLoop::until([&] { return moved.size() >= 6; }));
     for (std::size_t n = 1; n < moved.size(); ++n)
         EXPECT_GE(moved[n] - moved[n - 1], kInterval * 85 / 100);
