@@ -16,7 +16,7 @@
 #include "engine/stepper.h"
 #include "memory/automatic_recall.h"
 #include "memory/memory_slots.h"
-#include "radio/frequency_source.h"
+#include "radio/frequency_sources.h"
 #include "radio/tuner_connections.h"
 #include "rotor/satellite_connections.h"
 #include "rotor/thresholds.h"
@@ -51,7 +51,7 @@ struct Controller::Subsystems {
     memory::MemorySlots slots{form, boxes, file, ports.sound};
     memory::AutomaticRecall recall{form, boxes, slots, file, ports.sound};
     radio::Logger32 logger32{ports.station};
-    radio::FrequencySource source{form, logger32, ports.udp};
+    radio::FrequencySources sources{form, logger32, ports.udp};
     rotor::Thresholds thresholds{form, file};
     rotor::TrackingServer trackingServer{form, ports.tcp, ports.hardware.get().settings().trackingServer};
     rotor::TrackingLinks trackingLinks{form, boxes};
@@ -61,7 +61,7 @@ struct Controller::Subsystems {
     AutoOutputsOff outputsOff{form, file, slots};
     HelpMenu help{form, boxes, ports.shell};
     Startup startup{form, boxes, file, outputs, functions, slots, thresholds};
-    Shutdown shutdown{form, boxes, file, outputs, source, startup};
+    Shutdown shutdown{form, boxes, file, outputs, sources, startup};
 };
 
 Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::path& directory)
@@ -70,11 +70,11 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
     boxes.onOpening = [this] { motion.releaseJogs(); };
     motion.subResetPressedMem = [this] { slots.subResetPressedMem(); };
     recall.armOutputsOff = [this] { outputsOff.arm(); };
-    recall.subSelTunerProgr = [this] { source.subSelTunerProgr(); };
-    recall.subFreqLog32 = [this] { source.subFreqLog32(); };
-    startup.subSelTunerProgr = [this] { source.subSelTunerProgr(); };
+    recall.chosenSource = [this] { return sources.chosen(); };
+    recall.subSelTunerProgr = [this] { sources.subSelTunerProgr(); };
+    startup.subSelTunerProgr = [this] { sources.subSelTunerProgr(); };
     configurations.beforeLoad = [this] {
-        source.disconnect();
+        sources.disconnect();
         form.cmdAlt.Click.raise();
         form.cmdAltB.Click.raise();
     };
@@ -109,7 +109,7 @@ void Controller::Subsystems::mnuGenSet_Click() {
 }
 
 void Controller::Subsystems::mnuTunConn_Click() {
-    source.disconnect();
+    sources.disconnect();
     form::FrmTunerConn dialog(ports.timers, ports.links);
     dialog.onError = form.onError;
     radio::TunerConnections connections(form, dialog, file, logger32, ports.udp);

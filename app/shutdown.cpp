@@ -24,8 +24,8 @@ std::string tableText(float value) {
 } // namespace
 
 Shutdown::Shutdown(form::Form1& form, form::Boxes& boxes, config::RecordFile& file,
-                   engine::OutputPorts& outputs, radio::FrequencySource& source, const Startup& startup)
-    : form_(form), boxes_(boxes), file_(file), outputs_(outputs), source_(source), startup_(startup) {
+                   engine::OutputPorts& outputs, radio::FrequencySources& sources, const Startup& startup)
+    : form_(form), boxes_(boxes), file_(file), outputs_(outputs), sources_(sources), startup_(startup) {
     form_.mnuUscita.Click.attach([this] { subSalvaInUscita(); });
 }
 
@@ -42,7 +42,7 @@ void Shutdown::end() {
     stopTimers();
     if (!outputs_.offWithoutFail()) boxes_.critical(std::string(engine::kOutputsStillOn) + ".", "Error!");
     boxes_.cancelDialogs();
-    attempt([this] { source_.release(); }, "The frequency program was not told");
+    attempt([this] { sources_.release(); }, "The frequency program was not told");
     attempt(leaveTracking, "The tracking program was not told");
     attempt([this] { save(); }, "The state of this session is not saved");
     file_.seal();

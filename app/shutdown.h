@@ -4,7 +4,7 @@
 #include "config/record_file.h"
 #include "engine/output_ports.h"
 #include "form/boxes.h"
-#include "radio/frequency_source.h"
+#include "radio/frequency_sources.h"
 
 namespace app {
 
@@ -12,7 +12,7 @@ namespace app {
 class Shutdown {
   public:
     Shutdown(form::Form1& form, form::Boxes& boxes, config::RecordFile& file, engine::OutputPorts& outputs,
-             radio::FrequencySource& source, const Startup& startup);
+             radio::FrequencySources& sources, const Startup& startup);
 
     /// Lets go of the tracking programs.
     std::function<void()> leaveTracking;
@@ -32,7 +32,7 @@ class Shutdown {
     form::Boxes& boxes_;
     config::RecordFile& file_;
     engine::OutputPorts& outputs_;
-    radio::FrequencySource& source_;
+    radio::FrequencySources& sources_;
     const Startup& startup_;
     bool ended_ = false;
 };

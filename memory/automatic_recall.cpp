@@ -4,6 +4,7 @@
 #include "runtime/number.h"
 #include "runtime/text.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <utility>
@@ -11,9 +12,6 @@
 namespace memory {
 
 namespace {
-
-constexpr std::size_t kKeyLength = 2;
-constexpr double kKilohertzPerMegahertz = 1000;
 
 constexpr std::array<std::pair<std::string_view, std::string_view>, 12> kBands = {{
     {"29", "10"},
@@ -29,10 +27,6 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 12> kBands =
     {"3.", "80"},
     {"1.", "16"}, // the 160 m band
 }};
-
-std::string keyOf(std::string_view text) {
-    return runtime::formatCharacters(runtime::firstCharacters(text, kKeyLength), "@@");
-}
 
 } // namespace
 
@@ -65,64 +59,37 @@ void AutomaticRecall::tmrFastMem_Timer() {
         if (!sides_.anyRunning()) form_.cmdOff.Click.raise();
     } else {
         subSelTunerProgr();
-        if (!readSource()) return;
-        form_.bolFreqChanged = form_.strFreqPrev != form_.lblFreqRx.Caption.get() &&
-                               form_.strFreqPrev != form_.lblLog32DataM.Caption.get() &&
-                               form_.strFreqPrev != form_.lblFreqN1MM.Caption.get();
+        form::FrequencySource* const source = chosenSource();
+        if (source && !readSource(*source)) return;
+        form_.bolFreqChanged = frequencyChanged(source);
         if (form_.chkBandMode.ticked()) form_.strFreqKey = bandName(form_.strFreqKey);
         recallStep();
     }
-    keepFrequency();
+    if (const form::FrequencySource* const source = chosenSource()) form_.strFreqPrev = source->label.Caption;
 }
 
-bool AutomaticRecall::readSource() {
-    switch (form_.intConnProgrTuner.value()) {
-    case form::kHamRadioDeluxe:
-        readHamRadioDeluxe();
-        return true;
-    case form::kLogger32:
-        readLogger32();
-        return true;
-    case form::kN1mmLogger:
-        return readN1mm();
-    default:
-        return true;
-    }
-}
-
-void AutomaticRecall::readHamRadioDeluxe() {
+bool AutomaticRecall::readSource(form::FrequencySource& source) {
     form_.StatusBar1.Panels(form::kPanelMessage) = "";
-    const std::string& frequency = form_.lblFreqRx.Caption;
-    if (form_.lblFreqRx.LinkMode.get() != form::LinkLabel::kNone) announceChange(frequency);
-    form_.strFreqKey = keyOf(frequency);
-}
-
-void AutomaticRecall::readLogger32() {
-    form_.StatusBar1.Panels(form::kPanelMessage) = "";
-    if (form_.sourceConnected()) announceChange(form_.lblLog32DataM.Caption);
-    if (form_.bolLog32Conn) subFreqLog32();
-    // Below 10 MHz the text begins with a blank.
-    std::string_view frequency = form_.lblLog32DataM.Caption.get();
-    if (frequency.starts_with(' ')) frequency.remove_prefix(1);
-    form_.strFreqKey = runtime::firstCharacters(frequency, kKeyLength);
-}
-
-bool AutomaticRecall::readN1mm() {
-    form_.StatusBar1.Panels(form::kPanelMessage) = "";
-    const std::string& frequency = form_.lblFreqN1MM.Caption;
-    const double kilohertz = runtime::leadingNumber(frequency);
-    if (kilohertz == 0) return false;
-    if (form_.sourceConnected()) announceChange(frequency);
-    form_.strFreqKey = keyOf(runtime::shortestText(kilohertz / kKilohertzPerMegahertz));
-    const std::string digits = runtime::shortestText(runtime::leadingNumber(form_.strFreqKey));
-    if (digits.size() == 1) form_.strFreqKey = digits + ".";
+    if (!source.hasFrequency()) return false;
+    if (source.announcesBands()) announceChange(source.label.Caption);
+    source.poll();
+    form_.strFreqKey = source.key();
     return true;
+}
+
+bool AutomaticRecall::frequencyChanged(const form::FrequencySource* source) const {
+    // Any of these three is enough, whichever program is chosen.
+    const std::array<const form::Label*, 4> labels = {&form_.lblFreqRx, &form_.lblLog32DataM,
+                                                      &form_.lblFreqN1MM, source ? &source->label : nullptr};
+    return std::none_of(labels.begin(), labels.end(), [this](const form::Label* label) {
+        return label && label->Caption == form_.strFreqPrev;
+    });
 }
 
 void AutomaticRecall::announceChange(const std::string& now) {
     if (form_.strFreqPrev.empty()) return;
-    if (runtime::firstCharacters(form_.strFreqPrev, kKeyLength) !=
-        runtime::firstCharacters(now, kKeyLength)) {
+    if (runtime::firstCharacters(form_.strFreqPrev, form::kKeyCharacters) !=
+        runtime::firstCharacters(now, form::kKeyCharacters)) {
         signalBandChange();
     }
 }
@@ -160,24 +127,8 @@ bool AutomaticRecall::matches(int n) {
     const std::string& label = form_.lblFr[n].Caption;
     // A memory without a label cannot be found by frequency, not even by one that reads as 0.
     if (label.empty() || !slots_.isStored(n)) return false;
-    return runtime::leadingNumber(runtime::firstCharacters(label, kKeyLength)) ==
+    return runtime::leadingNumber(runtime::firstCharacters(label, form::kKeyCharacters)) ==
            std::fabs(runtime::leadingNumber(form_.strFreqKey));
-}
-
-void AutomaticRecall::keepFrequency() {
-    switch (form_.intConnProgrTuner.value()) {
-    case form::kHamRadioDeluxe:
-        form_.strFreqPrev = form_.lblFreqRx.Caption;
-        break;
-    case form::kLogger32:
-        form_.strFreqPrev = form_.lblLog32DataM.Caption;
-        break;
-    case form::kN1mmLogger:
-        form_.strFreqPrev = form_.lblFreqN1MM.Caption;
-        break;
-    default:
-        break;
-    }
 }
 
 void AutomaticRecall::tmrBandCh_Timer() {

@@ -2,6 +2,7 @@
 
 #include "engine/side.h"
 #include "form/boxes.h"
+#include "form/frequency_source.h"
 #include "memory/memory_slots.h"
 #include "platform/sound.h"
 
@@ -35,21 +36,18 @@ class AutomaticRecall {
     std::function<void()> armOutputsOff;
     /// Brings the chosen source to the front and names it in the status bar.
     std::function<void()> subSelTunerProgr;
-    /// Polls Logger32.
-    std::function<void()> subFreqLog32;
+    /// The program chosen as source of the frequency; null for none.
+    std::function<form::FrequencySource*()> chosenSource;
 
   private:
     /// Derives the key from the chosen source. False when it has nothing to say and the tick ends here.
-    bool readSource();
-    void readHamRadioDeluxe();
-    void readLogger32();
-    bool readN1mm();
+    bool readSource(form::FrequencySource& source);
+    bool frequencyChanged(const form::FrequencySource* source) const;
     void announceChange(const std::string& now);
     void signalBandChange();
     void recallStep();
     bool matches(int n);
     bool isInUse(int n);
-    void keepFrequency();
     void subAllarme();
 
     form::Form1& form_;

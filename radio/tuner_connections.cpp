@@ -2,7 +2,7 @@
 
 #include "config/records.h"
 #include "form/port_entry.h"
-#include "radio/frequency_source.h"
+#include "radio/ham_radio_deluxe.h"
 #include "radio/n1mm.h"
 
 namespace radio {
@@ -27,11 +27,7 @@ TunerConnections::~TunerConnections() {
 }
 
 void TunerConnections::attachLinkTest() {
-    dialog_.cmdOn.Click.attach([this] {
-        dialog_.lblDDE.LinkTopic = kHrdTopic;
-        dialog_.lblDDE.LinkItem = kHrdItem;
-        dialog_.lblDDE.LinkMode = form::LinkLabel::kAutomatic;
-    });
+    dialog_.cmdOn.Click.attach([this] { linkToHamRadioDeluxe(dialog_.lblDDE); });
     dialog_.cmdOff.Click.attach([this] { dialog_.lblDDE.LinkMode = form::LinkLabel::kNone; });
     dialog_.lblDDE.LinkOpen.attach([this] {
         dialog_.lblConn.BackColor = form::kBrightGreen;

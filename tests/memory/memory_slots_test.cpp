@@ -203,6 +203,38 @@ TEST_F(RecallTest, KeysInBothModes) {
     EXPECT_EQ(f().strFreqKey, "1.");
 }
 
+TEST_F(RecallTest, TwelveBandsHaveANameAndOthersKeepTheirMegahertz) {
+    f().chkBandMode.Value = 1;
+    const std::pair<long, const char*> bands[] = {
+        {2970000, "10"}, {2800000, "10"}, {2718500, "11"}, {2489000, "12"}, {2145000, "15"},
+        {1806800, "17"}, {1400000, "20"}, {1010000, "30"}, {719950, "40"},  {535150, "60"},
+        {350000, "80"},  {181000, "16"},  {5031300, "50"}, {413000, "4."},  {990000, "9."}};
+    for (const auto& [frequency, name] : bands) {
+        settleOn(frequency);
+        EXPECT_EQ(f().strFreqKey, name) << frequency;
+    }
+}
+
+TEST_F(RecallTest, ATickWithoutFrequencyChangesNothing) {
+    settleOn(1402500);
+    f().StatusBar1.Panels(2) = "a message";
+    tune(0);
+    poll();
+    EXPECT_EQ(f().StatusBar1.Panels(2), "");
+    EXPECT_EQ(f().strFreqPrev, "14025");
+    EXPECT_EQ(f().strFreqKey, "14");
+    EXPECT_FALSE(f().lblBandCh.Visible);
+}
+
+TEST_F(RecallTest, AnyProgramsTextThatStandsCountsAsSettled) {
+    settleOn(1402500);
+    f().lblLog32DataM.Caption = "14025";
+    tune(2130000);
+    poll();
+    EXPECT_FALSE(f().bolFreqChanged);
+    EXPECT_EQ(selected(), 3);
+}
+
 TEST_F(RecallTest, MemoriesWithoutLabelOrPositionAreNeverFound) {
     f().cmdAutoMemConn.Click.fire();
     storeMemory(7, 7, 7, "");

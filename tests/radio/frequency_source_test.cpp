@@ -1,5 +1,6 @@
-#include "radio/frequency_source.h"
+#include "radio/frequency_text.h"
 #include "radio/n1mm.h"
+#include "radio/n1mm_source.h"
 #include "tests/desk.h"
 
 namespace {
@@ -20,6 +21,20 @@ TEST(N1mmDatagram, TellsKilohertz) {
         {"<TXFreq>1<TXFreq>2", "0.01"}};
     for (const auto& [datagram, kilohertz] : cases)
         EXPECT_EQ(radio::n1mmKilohertz(datagram), kilohertz) << datagram;
+}
+
+TEST(FrequencyText, KeepsItsFullResolution) {
+    const std::pair<const char*, std::int64_t> megahertz[] = {
+        {"14.0255", 14025500}, {"14,0255", 14025500},  {"14.025.500", 14025500},   {" 7.050.001", 7050001},
+        {"7", 7000000},        {"  .472.000", 472000}, {"432.100.000", 432100000}, {"14.0255009", 14025500}};
+    for (const auto& [text, hertz] : megahertz)
+        EXPECT_EQ(radio::hertzOfMegahertz(text), hertz) << text;
+    for (const char* text : {"", "0", " ", ".", "-14.1", "14.1 MHz", "NaN", "99999999999999999999"})
+        EXPECT_FALSE(radio::hertzOfMegahertz(text)) << text;
+    const std::pair<const char*, const char*> keys[] = {
+        {"7025.5", "7."}, {"14025", "14"}, {"1830", "1."}, {"472", "0."}, {"50313", "50"}};
+    for (const auto& [kilohertz, key] : keys)
+        EXPECT_EQ(radio::keyOfKilohertz(kilohertz), key) << kilohertz;
 }
 
 class SourceTest : public Desk {
@@ -55,10 +70,32 @@ TEST_F(SourceTest, N1mmLoggerListensAndLetsGo) {
     udp.occupy(13000);
     click();
     expectConnected(false, "Error");
+    EXPECT_NE(f().lblAutoMemConn.ToolTip, "");
     choose(0);
     udp.release(13000);
     click();
     expectConnected(false, "Error");
+    choose(form::kHamRadioDeluxe);
+    click();
+    EXPECT_EQ(f().lblAutoMemConn.ToolTip, ""); // the old failure's
+}
+
+TEST_F(SourceTest, N1mmLoggerTellsHertzAndTransmission) {
+    radio::N1mmSource source(f(), udp);
+    const auto send = [this](const std::string& datagram) { udp.send(12060, datagram); };
+    source.connect();
+    EXPECT_FALSE(source.hertz() || source.transmitting());
+    send("<TXFreq>1402551</TXFreq><IsTransmitting>True</IsTransmitting>");
+    EXPECT_EQ(source.hertz(), 14025510);
+    EXPECT_TRUE(source.transmitting());
+    send("<TXFreq>14432005</TXFreq>"); // says nothing about transmitting
+    EXPECT_EQ(source.hertz(), 144320050);
+    EXPECT_TRUE(source.transmitting());
+    send("<TXFreq>99999999999999999999</TXFreq><IsTransmitting>False</IsTransmitting>");
+    EXPECT_FALSE(source.hertz() || source.transmitting());
+    send("<TXFreq>1402551</TXFreq><IsTransmitting>True</IsTransmitting>");
+    source.release();
+    EXPECT_FALSE(source.hertz() || source.transmitting());
 }
 
 TEST_F(SourceTest, HamRadioDeluxeIsALink) {
@@ -83,6 +120,24 @@ TEST_F(SourceTest, HamRadioDeluxeIsALink) {
     EXPECT_EQ(f().cmdAutoMemConn.Caption, "I");
     click();
     expectConnected(false, "Connect");
+}
+
+TEST_F(SourceTest, AnOpenLinkToHamRadioDeluxeIsEnded) {
+    choose(form::kHamRadioDeluxe);
+    links.run(kHrd);
+    click();
+    links.poke(kHrd, "HRD_FREQUENCY", "14.025.000");
+    f().chkAutoMemOnOff.userClick();
+    poll();
+    click();
+    expectConnected(false, "Connect");
+    EXPECT_FALSE(f().chkAutoMemOnOff.ticked());
+    links.poke(kHrd, "HRD_FREQUENCY", "21.025.000");
+    EXPECT_EQ(f().lblFreqRx.Caption, "");
+    poll();
+    EXPECT_FALSE(f().lblBandCh.Visible); // an ended link announces no band
+    click();
+    expectConnected(true, "Connected");
 }
 
 TEST_F(SourceTest, Logger32IsSubscribedWheneverItAppears) {

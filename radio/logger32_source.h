@@ -1,0 +1,30 @@
+#pragma once
+
+#include "form/form1.h"
+#include "form/frequency_source.h"
+#include "radio/logger32.h"
+
+namespace radio {
+
+/// Logger32: window messages bring the frequency, in megahertz with points.
+class Logger32Source : public form::FrequencySource {
+  public:
+    Logger32Source(form::Form1& form, Logger32& logger32);
+
+    /// The subscription follows with the next poll.
+    void connect() override;
+    void release() override;
+    void poll() override;
+    bool announcesBands() const override { return form_.sourceConnected(); }
+    std::string key() const override;
+    std::optional<std::int64_t> hertz() const override;
+
+    /// One look at Logger32, whose window comes and goes.
+    void subFreqLog32();
+
+  private:
+    form::Form1& form_;
+    Logger32& logger32_;
+};
+
+} // namespace radio
