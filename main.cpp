@@ -1,21 +1,9 @@
-#include "app/controller.h"
+#include "app/outside.h"
 #include "app/version.h"
-#include "chosen_hardware.h"
-#include "config/hardware_settings.h"
-#include "platform/linux/bridge_dde_links.h"
-#include "platform/linux/bridge_station_messages.h"
-#include "platform/linux/realtime.h"
-#include "platform/linux/signals.h"
-#include "platform/linux/timers.h"
-#include "platform/linux/udp_sockets.h"
-#include "platform/linux/work_folder.h"
 #include "platform/qt/dialogs.h"
-#include "platform/qt/fd_watcher.h"
-#include "platform/qt/realtime_kit.h"
 #include "platform/qt/shell.h"
 #include "platform/qt/sound.h"
 #include "platform/qt/tcp_clients.h"
-#include "platform/trace/traced_outputs.h"
 #include "runtime/errors.h"
 #include "ui/command_line.h"
 #include "ui/display.h"
@@ -28,33 +16,79 @@
 
 namespace {
 
-in_addr listenAddress(const platform::HardwareSettings& settings) {
-    const auto address = linux_ports::parseAddress(settings.n1mmListen);
-    if (!address) throw runtime::ObjectError("\"" + settings.n1mmListen + "\" is no IPv4 address");
-    return *address;
-}
+/// The window and all behind it, from the start to the end.
+class Program {
+  public:
+    explicit Program(std::unique_ptr<app::Outside> outside) : outside_(std::move(outside)) {
+        controller_.form().onUnload = [this] { leave(); };
+        window_.onCloseRequested = [this] { controller_.close(); };
+        outside_->attend({.end = [this] { end(); },
+                          .fail = [this](const std::string& why) { fail(why); },
+                          .stepClock = [this](const std::string& state) { showStepClock(state); }});
+        QObject::connect(qApp, &QGuiApplication::commitDataRequest, &window_, [this] { end(); });
+    }
 
-linux_ports::BridgeAddress bridgeAddress(const platform::HardwareSettings& settings) {
-    const auto endpoint = config::parseEndpoint(settings.bridge, bridge::kPort);
-    if (!endpoint) throw runtime::ObjectError("\"" + settings.bridge + "\" is no address of a bridge");
-    return {endpoint->host, endpoint->port};
-}
+    int run() {
+        window_.show();
+        controller_.start();
+        if (!outside_->notice().empty()) ui::notify(outside_->notice());
+        return ended_ ? EXIT_SUCCESS : QApplication::exec();
+    }
+
+  private:
+    /// Leaves every event loop, those of open boxes too, and the main one even where it has not begun yet.
+    void leave() {
+        ended_ = true;
+        QCoreApplication::exit();
+    }
+
+    void end() {
+        controller_.form().mnuUscita.Click.fire();
+        leave();
+    }
+
+    /// The display has gone, and nothing is destroyed on this way out.
+    void endWithoutDisplay() {
+        dialogs_.useStandardError();
+        controller_.form().mnuUscita.Click.fire();
+        // The board may not have been sent its last byte yet.
+        controller_.form().guard([this] { ports_.usb.get().closeDevice(); });
+        outside_->closeTrace();
+    }
+
+    void fail(const std::string& why) {
+        controller_.form().guard([&why] { throw runtime::ObjectError(why); });
+    }
+
+    void showStepClock(const std::string& state) {
+        form::Label& clock = controller_.form().lblClock;
+        clock.Caption = state;
+        clock.ToolTip = state;
+        clock.Visible = true;
+    }
+
+    qt_ports::TcpClients tcp_;
+    qt_ports::Dialogs dialogs_;
+    qt_ports::Shell shell_{TWINSTEP_DATA_FOLDER};
+    qt_ports::Sound sound_{TWINSTEP_DATA_FOLDER};
+    const std::unique_ptr<app::Outside> outside_;
+    const app::Ports ports_ =
+        outside_->ports({.tcp = tcp_, .dialogs = dialogs_, .shell = shell_, .sound = sound_});
+    app::Controller controller_{ports_, outside_->folder()};
+    ui::MainWindow window_{controller_.form(), controller_.boxes()};
+    const ui::Heartbeat heartbeat_{controller_.form(), [this](bool runs) { outside_->beat(runs); }};
+    const ui::LastWish lastWish_{[this] { endWithoutDisplay(); }};
+    bool ended_ = false;
+};
 
 ui::CommandLine readCommandLine(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     return ui::parseCommandLine(QCoreApplication::arguments());
 }
 
-int run(int argc, char** argv, const ui::Options& options) {
-    const auto started = trace::TraceFile::Clock::now();
-    linux_ports::EndSignals endSignals;
-    const linux_ports::WorkFolder folder(options.directory);
-    if (!folder.held()) {
-        std::cerr << "twinstep: the file system of this folder cannot keep a second Twinstep out of it\n";
-    }
-    std::unique_ptr<trace::TraceFile> opened;
-    if (options.trace) opened = std::make_unique<trace::TraceFile>(*options.trace, started, ui::notify);
-    ChosenHardware hardware(options.hardware, qt_ports::SettingsFile(folder.path() / kSettingsFile));
+int run(int argc, char** argv, const app::Options& options) {
+    // Before there is a window, so that what is refused is told where the program was started.
+    auto outside = app::Outside::open(options, ui::notify);
 
     const auto usualHandler = qInstallMessageHandler(ui::tellOfNoDisplay);
     QApplication application(argc, argv);
@@ -62,102 +96,7 @@ int run(int argc, char** argv, const ui::Options& options) {
     QApplication::setApplicationName("twinstep");
     QApplication::setWindowIcon(QIcon::fromTheme("twinstep"));
     QApplication::setApplicationVersion(app::kVersion.data());
-    const auto traceFile = std::move(opened); // ends before the application, to which it reports
-
-    qt_ports::FdWatcher watcher;
-    linux_ports::Timers timers(watcher);
-    linux_ports::UdpSockets udp(watcher, listenAddress(hardware.settings()));
-    qt_ports::TcpClients tcp;
-    linux_ports::BridgeConnection bridge(tcp, timers, std::string(app::kVersion),
-                                         bridgeAddress(hardware.settings()));
-    linux_ports::BridgeDdeLinks links(bridge, timers);
-    linux_ports::BridgeStationMessages station(bridge, timers);
-    qt_ports::Dialogs dialogs;
-    qt_ports::Shell shell(TWINSTEP_DATA_FOLDER);
-    qt_ports::Sound sound(TWINSTEP_DATA_FOLDER);
-    std::optional<trace::TracedPrinterPort> tracedPort;
-    std::optional<trace::TracedUsbBoard> tracedUsb;
-    if (traceFile) {
-        tracedPort.emplace(hardware.printer(), *traceFile);
-        tracedUsb.emplace(hardware.board(), *traceFile);
-    }
-    platform::PrinterPort& printer = tracedPort ? *tracedPort : hardware.printer();
-    platform::UsbBoard& board = tracedUsb ? static_cast<platform::UsbBoard&>(*tracedUsb) : hardware.board();
-    hardware.bridgeState = [&bridge] { return bridge.stateText(); };
-    // A bridge that the user has named is looked for at once; the usual one, when something asks for it.
-    const auto lookForBridge = [&] {
-        bridge.stayConnected(hardware.isFixed(&platform::HardwareSettings::bridge) ||
-                             hardware.settings().bridge != platform::HardwareSettings().bridge);
-    };
-    hardware.onUse = [&](const platform::HardwareSettings& settings) {
-        udp.setAddress(listenAddress(settings));
-        bridge.setAddress(bridgeAddress(settings));
-        lookForBridge();
-    };
-    lookForBridge();
-    app::Controller controller({.printer = printer,
-                                .usb = board,
-                                .timers = timers,
-                                .links = links,
-                                .station = station,
-                                .udp = udp,
-                                .tcp = tcp,
-                                .dialogs = dialogs,
-                                .shell = shell,
-                                .sound = sound,
-                                .hardware = hardware},
-                               folder.path());
-    ui::MainWindow window(controller.form(), controller.boxes());
-
-    // Leaves every event loop, those of open boxes too, and the main one even where it has not begun yet.
-    bool ended = false;
-    const auto leave = [&ended] {
-        ended = true;
-        QCoreApplication::exit();
-    };
-    controller.form().onUnload = leave;
-    const auto end = [&] {
-        controller.form().mnuUscita.Click.fire();
-        leave();
-    };
-    window.onCloseRequested = [&controller] { controller.close(); };
-    const ui::LastWish lastWish([&] {
-        dialogs.useStandardError();
-        controller.form().mnuUscita.Click.fire();
-        // The board may not have been sent its last byte yet, and nothing is destroyed on this way out.
-        controller.form().guard([&board] { board.closeDevice(); });
-        if (traceFile) traceFile->close();
-    });
-    const auto fail = [&controller](const std::string& why) {
-        controller.form().guard([&why] { throw runtime::ObjectError(why); });
-    };
-    std::unique_ptr<linux_ports::FdWatch> watchdogWatch;
-    std::optional<ui::Heartbeat> heartbeat;
-    hardware.withWatchdog([&](linux_ports::Watchdog& watchdog) {
-        watchdogWatch = watchdog.watch(
-            watcher, [&fail] { fail("The program did not answer for two seconds while an engine ran"); },
-            fail);
-        heartbeat.emplace(controller.form(), [&watchdog](bool engineRuns) { watchdog.beat(engineRuns); });
-    });
-    qt_ports::RealtimeKit realtimeKit;
-    std::optional<linux_ports::Realtime> realtime;
-    if (options.realtime) {
-        const auto show = [&controller](const linux_ports::Realtime::State& state) {
-            form::Label& clock = controller.form().lblClock;
-            clock.Caption = state.text();
-            clock.ToolTip = state.text();
-            clock.Visible = true;
-        };
-        realtime.emplace(watcher, realtimeKit, show);
-        show(realtime->state());
-    }
-    const auto signalWatch = endSignals.deliver(watcher, end);
-    QObject::connect(&application, &QGuiApplication::commitDataRequest, &window, end);
-
-    window.show();
-    controller.start();
-    if (!hardware.notice().empty()) ui::notify(hardware.notice());
-    return ended ? EXIT_SUCCESS : QApplication::exec();
+    return Program(std::move(outside)).run();
 }
 
 } // namespace

@@ -25,63 +25,56 @@ std::filesystem::path path(const QString& text) {
     return QFile::encodeName(text).toStdString();
 }
 
-} // namespace
-
-CommandLine parseCommandLine(const QStringList& arguments) {
-    const QCommandLineOption directory(
-        "directory", "Folder that holds save.cfg and twinstep.ini (default: the current folder).", "DIR");
-    const QCommandLineOption userData("user-data", "Keep save.cfg and twinstep.ini in your data folder, "
+/// In the order of the help.
+struct Words {
+    const QCommandLineOption directory{
+        "directory", "Folder that holds save.cfg and twinstep.ini (default: the current folder).", "DIR"};
+    const QCommandLineOption userData{"user-data", "Keep save.cfg and twinstep.ini in your data folder, "
                                                    "mostly ~/.local/share/twinstep, made when missing; the "
-                                                   "entry in the desktop's menu does so.");
-    const QCommandLineOption port(
+                                                   "entry in the desktop's menu does so."};
+    const QCommandLineOption port{
         "port",
         "Where the outputs go: simulated, a printer port /dev/parportN, an I/O address such as 0x378, or "
         "auto (default: auto, which is /dev/parport0 where it can be claimed, else simulated).",
-        "PORT");
-    const QCommandLineOption usb(
+        "PORT"};
+    const QCommandLineOption usb{
         "usb",
         "USB board: none, k8055 or k8055:0 to k8055:3, or simulated, which is always found (default: none).",
-        "BOARD");
-    const QCommandLineOption trace("trace", "Record every access to the outputs in this file.", "FILE");
-    const QCommandLineOption realtime(
+        "BOARD"};
+    const QCommandLineOption trace{"trace", "Record every access to the outputs in this file.", "FILE"};
+    const QCommandLineOption realtime{
         "realtime",
         "Ask the system to run the step clock before other programs; the status bar says whether it "
-        "does.");
-    const QCommandLineOption listen("n1mm-listen",
+        "does."};
+    const QCommandLineOption listen{"n1mm-listen",
                                     "Address at which N1MM Logger's datagrams are taken (default: 127.0.0.1, "
                                     "this computer alone; 0.0.0.0: from everywhere).",
-                                    "ADDRESS");
-    const QCommandLineOption server("tracking-server",
-                                    "Host of the satellite tracking server (default: 127.0.0.1).", "HOST");
-    const QCommandLineOption bridge(
+                                    "ADDRESS"};
+    const QCommandLineOption server{"tracking-server",
+                                    "Host of the satellite tracking server (default: 127.0.0.1).", "HOST"};
+    const QCommandLineOption bridge{
         "bridge",
         "Where twinstep-bridge runs, beside Ham Radio Deluxe, Logger32, Orbitron or SatPC32 (default: "
         "127.0.0.1:7380).",
-        "HOST[:PORT]");
-    const QCommandLineOption version("version", "Show the version.");
-    const QCommandLineOption help("help", "Show this help.");
+        "HOST[:PORT]"};
+    const QCommandLineOption version{"version", "Show the version."};
+    const QCommandLineOption help{"help", "Show this help."};
 
-    QCommandLineParser parser;
-    parser.setApplicationDescription("Twinstep drives the two stepper motors of an antenna tuner or rotor.");
-    parser.addOptions(
-        {directory, userData, port, usb, trace, realtime, listen, server, bridge, version, help});
-    const bool understood = parser.parse(arguments);
-    if (parser.isSet(help)) return print(parser.helpText().toStdString());
-    if (parser.isSet(version)) return print("twinstep " + std::string(app::kVersion) + "\n");
-    if (!understood) return refuse(parser.errorText().remove(QChar('.')));
-    if (!parser.positionalArguments().isEmpty()) {
-        return refuse("unexpected argument '" + parser.positionalArguments().constFirst() + "'");
+    QList<QCommandLineOption> all() const {
+        return {directory, userData, port, usb, trace, realtime, listen, server, bridge, version, help};
     }
+};
 
-    Options options;
-    if (parser.isSet(userData)) {
-        if (parser.isSet(directory)) return refuse("--directory and --user-data name two folders");
+CommandLine read(const QCommandLineParser& parser, const Words& words) {
+    app::Options options;
+    if (parser.isSet(words.userData)) {
+        if (parser.isSet(words.directory)) return refuse("--directory and --user-data name two folders");
         options.directory = qt_ports::userDataFolder();
         options.fromDesktop = true;
     }
-    if (parser.isSet(directory)) {
-        if (parser.value(directory).isEmpty()) return refuse("--directory names no folder");
-        options.directory = path(parser.value(directory));
+    if (parser.isSet(words.directory)) {
+        if (parser.value(words.directory).isEmpty()) return refuse("--directory names no folder");
+        options.directory = path(parser.value(words.directory));
     }
     for (const config::HardwareField& field : config::kHardwareFields) {
         if (!parser.isSet(field.name)) continue;
@@ -91,12 +84,29 @@ CommandLine parseCommandLine(const QStringList& arguments) {
         }
         options.hardware[field.name] = text;
     }
-    if (parser.isSet(trace)) {
-        if (parser.value(trace).isEmpty()) return refuse("--trace names no file");
-        options.trace = path(parser.value(trace));
+    if (parser.isSet(words.trace)) {
+        if (parser.value(words.trace).isEmpty()) return refuse("--trace names no file");
+        options.trace = path(parser.value(words.trace));
     }
-    options.realtime = parser.isSet(realtime);
+    options.realtime = parser.isSet(words.realtime);
     return {options, {}, 0};
+}
+
+} // namespace
+
+CommandLine parseCommandLine(const QStringList& arguments) {
+    const Words words;
+    QCommandLineParser parser;
+    parser.setApplicationDescription("Twinstep drives the two stepper motors of an antenna tuner or rotor.");
+    parser.addOptions(words.all());
+    const bool understood = parser.parse(arguments);
+    if (parser.isSet(words.help)) return print(parser.helpText().toStdString());
+    if (parser.isSet(words.version)) return print("twinstep " + std::string(app::kVersion) + "\n");
+    if (!understood) return refuse(parser.errorText().remove(QChar('.')));
+    if (!parser.positionalArguments().isEmpty()) {
+        return refuse("unexpected argument '" + parser.positionalArguments().constFirst() + "'");
+    }
+    return read(parser, words);
 }
 
 } // namespace ui

@@ -1,4 +1,4 @@
-#include "chosen_hardware.h"
+#include "platform/linux/chosen_hardware.h"
 
 #include "config/hardware_settings.h"
 #include "platform/linux/direct_port.h"
@@ -10,10 +10,14 @@
 #include <algorithm>
 #include <filesystem>
 
+namespace linux_ports {
+
 using platform::HardwareSettings;
 
 namespace {
+
 constexpr const char* kUsualPort = "/dev/parport0";
+
 } // namespace
 
 /// A printer port that is behind the outputs now, under the name of its device.
@@ -32,7 +36,7 @@ class ChosenHardware::Port : public platform::PrinterPort {
         } else if (setting == config::kAutomatic) {
             return open(std::filesystem::exists(kUsualPort) ? kUsualPort : config::kSimulated);
         } else if (const auto address = config::ioAddress(setting)) {
-            auto port = std::make_unique<linux_ports::DirectPort>(*address);
+            auto port = std::make_unique<DirectPort>(*address);
             owner_.watchdog().guardPortAddress(*address);
             hold(std::move(port));
         } else {
@@ -96,9 +100,9 @@ class ChosenHardware::Board : public platform::UsbBoard {
     /// `setting` as in platform::HardwareSettings. The board before it is closed.
     void choose(const std::string& setting) {
         if (const auto card = config::cardAddress(setting)) {
-            behind_ = std::make_unique<linux_ports::K8055>(
+            behind_ = std::make_unique<K8055>(
                 *card,
-                linux_ports::K8055::Observer{
+                K8055::Observer{
                     .opened = [this](const std::string& device) { owner_.watchdog().guardBoard(device); },
                     .closed =
                         [this] {
@@ -238,15 +242,17 @@ std::string ChosenHardware::outputsName() const {
     return port_->name();
 }
 
-linux_ports::Watchdog& ChosenHardware::watchdog() {
+Watchdog& ChosenHardware::watchdog() {
     if (!watchdog_) {
-        watchdog_ = std::make_unique<linux_ports::Watchdog>();
+        watchdog_ = std::make_unique<Watchdog>();
         if (onWatchdog_) onWatchdog_(*watchdog_);
     }
     return *watchdog_;
 }
 
-void ChosenHardware::withWatchdog(std::function<void(linux_ports::Watchdog&)> use) {
+void ChosenHardware::withWatchdog(std::function<void(Watchdog&)> use) {
     onWatchdog_ = std::move(use);
     if (watchdog_) onWatchdog_(*watchdog_);
 }
+
+} // namespace linux_ports

@@ -11,6 +11,8 @@
 #include <memory>
 #include <string>
 
+namespace linux_ports {
+
 /// Where the user's choices live, beside "save.cfg".
 inline constexpr const char* kSettingsFile = "twinstep.ini";
 
@@ -47,7 +49,7 @@ class ChosenHardware : public platform::Hardware {
     std::function<void(const platform::HardwareSettings&)> onUse;
     /// Hands the watchdog over when the first real device needs one, or at once; it lives as long as this
     /// object.
-    void withWatchdog(std::function<void(linux_ports::Watchdog&)> use);
+    void withWatchdog(std::function<void(Watchdog&)> use);
 
   private:
     class Port;
@@ -56,14 +58,16 @@ class ChosenHardware : public platform::Hardware {
     void readFile();
     /// As Port::open; simulates where that throws.
     void openOrSimulate(const std::string& setting);
-    linux_ports::Watchdog& watchdog();
+    Watchdog& watchdog();
 
     const Texts given_;
     qt_ports::SettingsFile file_;
     platform::HardwareSettings settings_;
     std::string notice_;
-    std::unique_ptr<linux_ports::Watchdog> watchdog_; // outlives the devices
+    std::unique_ptr<Watchdog> watchdog_; // outlives the devices
     std::unique_ptr<Port> port_;
     std::unique_ptr<Board> board_;
-    std::function<void(linux_ports::Watchdog&)> onWatchdog_;
+    std::function<void(Watchdog&)> onWatchdog_;
 };
+
+} // namespace linux_ports

@@ -1,0 +1,165 @@
+// The program's outside on Linux. This file and chosen_hardware.* are part of the program and not of a
+// library: they choose among adapters, the toolkit's included.
+
+#include "app/outside.h"
+
+#include "app/version.h"
+#include "config/hardware_settings.h"
+#include "platform/linux/bridge_dde_links.h"
+#include "platform/linux/bridge_station_messages.h"
+#include "platform/linux/chosen_hardware.h"
+#include "platform/linux/realtime.h"
+#include "platform/linux/signals.h"
+#include "platform/linux/timers.h"
+#include "platform/linux/udp_sockets.h"
+#include "platform/linux/work_folder.h"
+#include "platform/qt/fd_watcher.h"
+#include "platform/qt/realtime_kit.h"
+#include "platform/trace/traced_outputs.h"
+#include "runtime/errors.h"
+
+#include <iostream>
+#include <optional>
+
+namespace linux_ports {
+
+namespace {
+
+using platform::HardwareSettings;
+
+in_addr listenAddress(const HardwareSettings& settings) {
+    const auto address = parseAddress(settings.n1mmListen);
+    if (!address) throw runtime::ObjectError("\"" + settings.n1mmListen + "\" is no IPv4 address");
+    return *address;
+}
+
+BridgeAddress bridgeAddress(const HardwareSettings& settings) {
+    const auto endpoint = config::parseEndpoint(settings.bridge, bridge::kPort);
+    if (!endpoint) throw runtime::ObjectError("\"" + settings.bridge + "\" is no address of a bridge");
+    return {endpoint->host, endpoint->port};
+}
+
+/// Clocks and links: what needs the event loop.
+struct Connections {
+    Connections(FdWatcher& watcher, platform::TcpClients& tcp, const HardwareSettings& settings)
+        : timers(watcher), udp(watcher, listenAddress(settings)),
+          bridge(tcp, timers, std::string(app::kVersion), bridgeAddress(settings)) {}
+
+    Timers timers;
+    UdpSockets udp;
+    BridgeConnection bridge;
+    BridgeDdeLinks links{bridge, timers};
+    BridgeStationMessages station{bridge, timers};
+};
+
+/// Every access to the outputs, recorded.
+struct Trace {
+    Trace(const std::filesystem::path& path, trace::TraceFile::Clock::time_point start,
+          const app::Outside::Tell& failure, ChosenHardware& hardware)
+        : file(path, start, failure), printer(hardware.printer(), file), board(hardware.board(), file) {}
+
+    trace::TraceFile file;
+    trace::TracedPrinterPort printer;
+    trace::TracedUsbBoard board;
+};
+
+class Outside : public app::Outside {
+  public:
+    Outside(const app::Options& options, const Tell& notify)
+        : folder_(options.directory),
+          hardware_(options.hardware, qt_ports::SettingsFile(folder_.path() / kSettingsFile)),
+          wantsRealtime_(options.realtime) {
+        if (!folder_.held())
+            std::cerr << "twinstep: the file system of this folder cannot keep a second Twinstep out of it\n";
+        if (options.trace) trace_.emplace(*options.trace, started_, notify, hardware_);
+    }
+
+    const std::filesystem::path& folder() const override { return folder_.path(); }
+    const std::string& notice() const override { return hardware_.notice(); }
+
+    app::Ports ports(const app::ToolkitPorts& toolkit) override {
+        Connections& connections = connections_.emplace(watcher_, toolkit.tcp, hardware_.settings());
+        hardware_.bridgeState = [&bridge = connections.bridge] { return bridge.stateText(); };
+        hardware_.onUse = [this](const HardwareSettings& settings) { use(settings); };
+        lookForBridge();
+        app::Ports ports{.printer = hardware_.printer(),
+                         .usb = hardware_.board(),
+                         .timers = connections.timers,
+                         .links = connections.links,
+                         .station = connections.station,
+                         .udp = connections.udp,
+                         .tcp = toolkit.tcp,
+                         .dialogs = toolkit.dialogs,
+                         .shell = toolkit.shell,
+                         .sound = toolkit.sound,
+                         .hardware = hardware_};
+        if (trace_) {
+            ports.printer = trace_->printer;
+            ports.usb = trace_->board;
+        }
+        return ports;
+    }
+
+    void attend(Events events) override {
+        events_ = std::move(events);
+        hardware_.withWatchdog([this](Watchdog& watchdog) {
+            watchdog_ = &watchdog;
+            watchdogWatch_ = watchdog.watch(
+                watcher_,
+                [this] { events_.fail("The program did not answer for two seconds while an engine ran"); },
+                events_.fail);
+            watchdog.beat(engineRuns_);
+        });
+        if (wantsRealtime_) {
+            const auto show = [this](const Realtime::State& state) { events_.stepClock(state.text()); };
+            realtime_.emplace(watcher_, realtimeKit_, show);
+            show(realtime_->state());
+        }
+        signalWatch_ = signals_.deliver(watcher_, events_.end);
+    }
+
+    void beat(bool engineRuns) override {
+        engineRuns_ = engineRuns;
+        if (watchdog_) watchdog_->beat(engineRuns);
+    }
+
+    void closeTrace() override {
+        if (trace_) trace_->file.close();
+    }
+
+  private:
+    void use(const HardwareSettings& settings) {
+        connections_->udp.setAddress(listenAddress(settings));
+        connections_->bridge.setAddress(bridgeAddress(settings));
+        lookForBridge();
+    }
+
+    /// A bridge that the user has named is looked for at once, the default one when something asks for it.
+    void lookForBridge() {
+        connections_->bridge.stayConnected(hardware_.isFixed(&HardwareSettings::bridge) ||
+                                           hardware_.settings().bridge != HardwareSettings().bridge);
+    }
+
+    const trace::TraceFile::Clock::time_point started_ = trace::TraceFile::Clock::now();
+    EndSignals signals_; // first, so that no signal is lost
+    WorkFolder folder_;
+    ChosenHardware hardware_;
+    std::optional<Trace> trace_;
+    qt_ports::FdWatcher watcher_;
+    std::optional<Connections> connections_;
+    Events events_;
+    Watchdog* watchdog_ = nullptr; // none as long as all outputs are simulated
+    bool engineRuns_ = false;
+    std::unique_ptr<FdWatch> watchdogWatch_, signalWatch_;
+    const bool wantsRealtime_;
+    qt_ports::RealtimeKit realtimeKit_;
+    std::optional<Realtime> realtime_;
+};
+
+} // namespace
+
+} // namespace linux_ports
+
+std::unique_ptr<app::Outside> app::Outside::open(const Options& options, Tell notify) {
+    return std::make_unique<linux_ports::Outside>(options, notify);
+}
