@@ -17,4 +17,7 @@ struct Ranges {
     bool operator==(const Ranges&) const = default;
 };
 
+/// The angle between two directions on the sky, 0 to 180 degrees.
+double arc(const Direction& a, const Direction& b);
+
 } // namespace rotor

@@ -1,0 +1,41 @@
+#include "rotor/follower.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace rotor {
+
+Order orderFor(const Axis& axis, double aim, const AxisThresholds& thresholds) {
+    // Positions are singles: what differs by less than this is the same.
+    constexpr double kSame = 1e-4; // degrees
+    const double error = aim - axis.position;
+    const int towards = error > 0 ? 1 : -1;
+    const double off = std::fabs(error);
+    const Order run{towards, thresholds.fast <= 0 || off > thresholds.fast, aim};
+    if (off < kSame) return {};
+    if (axis.running == towards) return run;
+    double start = std::max(thresholds.restart, axis.step);
+    if (axis.last == -towards) start += thresholds.reverse;
+    return off < start - kSame ? Order{} : run;
+}
+
+void Follower::reset() {
+    path_.reset();
+    below_ = false;
+}
+
+void Follower::take(const Direction& target, const Axes& axes, const Settings& settings) {
+    below_ = target.elevation < settings.followFrom;
+    if (below_) path_.endPass();
+    path_.take(target, axes.direction(), settings.machine);
+}
+
+Follower::Orders Follower::look(Time time, const Axes& axes, const Settings& settings) {
+    if (!path_.any() || below_) return {};
+    path_.pass(time, axes.direction(), settings.machine);
+    const Direction aim = path_.aim(settings.machine.ranges);
+    return {orderFor(axes.azimuth, aim.azimuth, settings.azimuth),
+            orderFor(axes.elevation, aim.elevation, settings.elevation)};
+}
+
+} // namespace rotor

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "rotor/path.h"
+
+namespace rotor {
+
+/// An axis of the machine as it stands now.
+struct Axis {
+    double position = 0; // degrees
+    double step = 1;     // degrees of a step, above 0
+    int running = 0;     // 1 upwards, -1 downwards, 0: it stands
+    int last = 0;        // the direction in which it moved last; 0: it has not moved yet
+};
+
+/// When an axis starts, and how fast it runs. Degrees.
+struct AxisThresholds {
+    double restart = 0; // the error at which a standing axis starts; at least a step
+    double fast = 0;    // the error above which it runs fast; 0: always
+    double reverse = 0; // the error beyond the restart at which it turns back
+};
+
+/// What an axis is to do.
+struct Order {
+    int direction = 0; // 1 upwards, -1 downwards, 0: stop
+    bool fast = false;
+    double target = 0; // degrees: it stops on the step that reaches this
+    bool operator==(const Order&) const = default;
+};
+
+/// Whether and how an axis moves towards `aim`. A target that moves on ahead of a running axis is followed
+/// without a stop.
+Order orderFor(const Axis& axis, double aim, const AxisThresholds& thresholds);
+
+/// Follows a target with both axes. Time comes from outside.
+class Follower {
+  public:
+    using Time = Path::Time;
+    struct Settings {
+        Machine machine;
+        double followFrom = -5; // degrees of elevation; below, the antenna stands
+        AxisThresholds azimuth, elevation;
+    };
+    struct Axes {
+        Axis azimuth, elevation;
+        Direction direction() const { return {azimuth.position, elevation.position}; }
+    };
+    struct Orders {
+        Order azimuth, elevation;
+    };
+
+    /// Following begins, or goes on after silence: the next target is the first one.
+    void reset();
+    /// A whole new target.
+    void take(const Direction& target, const Axes& axes, const Settings& settings);
+    /// What both axes are to do, so much time after the last call.
+    Orders look(Time time, const Axes& axes, const Settings& settings);
+
+    const Path& path() const { return path_; }
+    /// The target is too low to be followed.
+    bool below() const { return below_; }
+
+  private:
+    Path path_;
+    bool below_ = false;
+};
+
+} // namespace rotor

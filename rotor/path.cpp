@@ -1,0 +1,170 @@
+#include "rotor/path.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace rotor {
+
+namespace {
+
+constexpr double kTurn = 360;
+constexpr double kOnItsBack = 180; // elevation and azimuth of an antenna that lies over
+constexpr double kLeap = 90;       // degrees of azimuth at once
+constexpr double kEqual = 0.05;    // degrees; shorter differences decide nothing
+// Near the zenith another way is taken for a clear gain alone, or two ways would take turns.
+constexpr double kClearGain = 0.7;
+constexpr double kClearSeconds = 1;
+
+double outside(double value, double min, double max) {
+    return std::max({0.0, min - value, value - max});
+}
+
+} // namespace
+
+void Path::reset() {
+    *this = Path();
+}
+
+Direction Path::position(const Way& way) const {
+    return {target_->azimuth + way.turn, way.flipped ? kOnItsBack - target_->elevation : target_->elevation};
+}
+
+Direction Path::aim(const Ranges& ranges) const {
+    const Direction place = position(way_);
+    return {std::clamp(place.azimuth, ranges.azimuthMin, ranges.azimuthMax),
+            std::clamp(place.elevation, ranges.elevationMin, ranges.elevationMax)};
+}
+
+double Path::beyondEnd(const Ranges& ranges) const {
+    return outside(position(way_).azimuth, ranges.azimuthMin, ranges.azimuthMax);
+}
+
+bool Path::waiting(const Ranges& ranges) const {
+    return target_ && beyondEnd(ranges) > 0;
+}
+
+Path::Worth Path::worth(const Way& way, const Direction& antenna, const Machine& machine) const {
+    const Ranges& ranges = machine.ranges;
+    const Direction place = position(way);
+    // Below the horizon elevation waits at its end, which reaches the target as well as can be.
+    const double horizon =
+        way.flipped ? std::min(place.elevation, kOnItsBack) : std::max(place.elevation, 0.0);
+    const double room = drift_.value_or(0) > 0   ? ranges.azimuthMax - place.azimuth
+                        : drift_.value_or(0) < 0 ? place.azimuth - ranges.azimuthMin
+                                                 : kPass;
+    // A flipped antenna must be able to come down on the other side.
+    const bool comesDown = !way.flipped || ranges.elevationMax >= kOnItsBack;
+    const double azimuth = std::clamp(place.azimuth, ranges.azimuthMin, ranges.azimuthMax);
+    const double elevation = std::clamp(place.elevation, ranges.elevationMin, ranges.elevationMax);
+    return {.outside = outside(place.azimuth, ranges.azimuthMin, ranges.azimuthMax) +
+                       outside(horizon, ranges.elevationMin, ranges.elevationMax),
+            .holds = comesDown ? std::clamp(room, 0.0, kPass) : 0,
+            .seconds = std::max(std::fabs(azimuth - antenna.azimuth) / machine.azimuthSpeed,
+                                std::fabs(elevation - antenna.elevation) / machine.elevationSpeed)};
+}
+
+void Path::choose(const Direction& antenna, const Machine& machine, Reason reason) {
+    const auto better = [](const Worth& a, const Worth& b) {
+        if (std::fabs(a.outside - b.outside) > kEqual) return a.outside < b.outside;
+        if (std::fabs(a.holds - b.holds) > kEqual) return a.holds > b.holds;
+        return a.seconds < b.seconds;
+    };
+    const double north = kTurn * std::floor(target_->azimuth / kTurn);
+    Way best = way_;
+    Worth bestWorth = worth(best, antenna, machine);
+    // Flipped only where the elevation range reaches that far.
+    const bool over = kOnItsBack - std::max(target_->elevation, 0.0) <= machine.ranges.elevationMax;
+    for (const bool flipped : {false, true}) {
+        if (flipped && !over) continue;
+        for (const int turns : {-2, -1, 0, 1, 2}) {
+            const Way way{kTurn * turns - north + (flipped ? kOnItsBack : 0), flipped};
+            const Worth its = worth(way, antenna, machine);
+            if (!better(its, bestWorth)) continue;
+            best = way;
+            bestWorth = its;
+        }
+    }
+    if (best == way_ && reason_ != Reason::kNone) return;
+    way_ = best;
+    reason_ = reason;
+    beyond_ = {};
+}
+
+void Path::crossZenith(const Direction& antenna, const Machine& machine) {
+    const double now = worth(way_, antenna, machine).seconds;
+    Way best = way_;
+    double soonest = std::min(now * kClearGain, now - kClearSeconds);
+    for (const int halfTurns : {-2, -1, 1, 2}) {
+        const Way way{way_.turn + kTurn / 2 * halfTurns, (halfTurns % 2 != 0) != way_.flipped};
+        const Worth its = worth(way, antenna, machine);
+        if (its.outside > 0 || its.holds <= 0 || its.seconds >= soonest) continue;
+        best = way;
+        soonest = its.seconds;
+    }
+    if (best == way_) return;
+    way_ = best;
+    reason_ = Reason::kZenith;
+    beyond_ = {};
+}
+
+double Path::continued(double azimuth, const Ranges& ranges) const {
+    const double change = std::remainder(azimuth - target_->azimuth, kTurn);
+    // Over the zenith both ways round are nearly as long: the one inside the range is taken.
+    const double around = change > 0 ? change - kTurn : change + kTurn;
+    const auto leaves = [&](double by) {
+        return outside(position(way_).azimuth + by, ranges.azimuthMin, ranges.azimuthMax) > 0;
+    };
+    const bool leap = std::fabs(change) > kLeap && target_->elevation >= kNearZenith;
+    return target_->azimuth + (leap && leaves(change) && !leaves(around) ? around : change);
+}
+
+void Path::take(const Direction& target, const Direction& antenna, const Machine& machine) {
+    const bool first = !target_;
+    const bool other = !first && arc(*target_, target) > kOtherTarget;
+    Direction next = target;
+    // On through north: the nearest azimuth to the one before.
+    if (!first) next.azimuth = continued(target.azimuth, machine.ranges);
+    const bool rises = first || next.elevation >= target_->elevation;
+    target_ = next;
+    if (first || other) {
+        driftFrom_ = next;
+        drift_.reset();
+        risen_ = false;
+        reason_ = Reason::kNone;
+        choose(antenna, machine, first ? Reason::kFirst : Reason::kOtherTarget);
+    }
+    const bool wasKnown = drift_.has_value();
+    if (arc(driftFrom_, next) >= kDriftKnown) {
+        const double moved = next.azimuth - driftFrom_.azimuth;
+        drift_ = moved > 0 ? 1 : moved < 0 ? -1 : 0;
+        driftFrom_ = next;
+    }
+    if (drift_ && !wasKnown) {
+        choose(antenna, machine, Reason::kDrift);
+    } else if (next.elevation < kPassBegins && !risen_ && rises && drift_) {
+        choose(antenna, machine, Reason::kRising);
+    }
+    if (next.elevation >= kPassBegins) risen_ = true;
+    if (next.elevation >= kNearZenith) crossZenith(antenna, machine);
+}
+
+bool Path::pass(Time time, const Direction& antenna, const Machine& machine) {
+    if (!target_ || beyondEnd(machine.ranges) < kBeyondEnd) {
+        beyond_ = {};
+        return false;
+    }
+    beyond_ += time;
+    if (beyond_ < kBeyondTime) return false;
+    const Path before = *this;
+    choose(antenna, machine, Reason::kTurnRound);
+    if (way_ == before.way_) return false;
+    // Between two ends that are nearly as far off nothing is gained.
+    const double gain =
+        before.worth(before.way_, antenna, machine).outside - worth(way_, antenna, machine).outside;
+    if (gain >= kBeyondEnd) return true;
+    *this = before;
+    return false;
+}
+
+} // namespace rotor
