@@ -43,12 +43,12 @@ struct Controller::Subsystems {
 
     engine::OutputPorts outputs{form, boxes, ports.printer, ports.usb};
     ErrorBoundary errors{form, boxes, outputs};
-    engine::Stepper stepper{form, boxes, outputs};
     engine::Motion motion{form, boxes};
-    engine::Parameters parameters{form, boxes, file};
+    engine::Stepper stepper{form, boxes, outputs, motion};
+    engine::Parameters parameters{form, boxes, file, motion};
     engine::PositionEntry positionEntry{form, boxes};
 
-    memory::MemorySlots slots{form, boxes, file, ports.sound};
+    memory::MemorySlots slots{form, boxes, file, ports.sound, motion};
     memory::AutomaticRecall recall{form, boxes, slots, file, ports.sound};
     radio::Logger32 logger32{ports.station};
     radio::FrequencySources sources{form, logger32, ports.udp};
@@ -57,10 +57,10 @@ struct Controller::Subsystems {
     rotor::TrackingLinks trackingLinks{form, boxes};
     config::NamedConfigurations configurations{form, boxes, file};
 
-    Functions functions{form, slots};
+    Functions functions{form, slots, motion};
     AutoOutputsOff outputsOff{form, file, slots};
     HelpMenu help{form, boxes, ports.shell};
-    Startup startup{form, boxes, file, outputs, functions, slots, thresholds};
+    Startup startup{form, boxes, file, outputs, motion, functions, slots, thresholds};
     Shutdown shutdown{form, boxes, file, outputs, sources, startup};
 };
 
@@ -75,8 +75,7 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
     startup.subSelTunerProgr = [this] { sources.subSelTunerProgr(); };
     configurations.beforeLoad = [this] {
         sources.disconnect();
-        form.cmdAlt.Click.raise();
-        form.cmdAltB.Click.raise();
+        motion.stopBoth();
     };
     shutdown.leaveTracking = [this] {
         trackingLinks.close();

@@ -23,8 +23,8 @@ void ErrorBoundary::handle(const std::exception& error) {
     // Directly, and not through the stop commands, which could fail again.
     for (form::Timer* timer : sides_.timers())
         timer->Enabled = false;
-    form_.bolMemA = false;
-    form_.bolMemB = false;
+    form_.bolMemA = form_.bolMemB = false;
+    form_.bolTargetAz = form_.bolTargetEl = false;
     form_.cmdOff.Enabled = true;
     const bool allOff = outputs_.offWithoutFail();
     // An error behind the box of another one adds nothing for the user.

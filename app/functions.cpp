@@ -12,7 +12,8 @@ struct Functions::Texts {
     const char* unitsPerTurn;
 };
 
-Functions::Functions(form::Form1& form, memory::MemorySlots& slots) : form_(form), slots_(slots) {
+Functions::Functions(form::Form1& form, memory::MemorySlots& slots, engine::Motion& motion)
+    : form_(form), slots_(slots), motion_(motion) {
     form_.mnuCoilTuner.Click.attach([this] { mnuCoilTuner_Click(); });
     form_.mnuAmpli.Click.attach([this] { mnuAmpli_Click(); });
     form_.mnuSat.Click.attach([this] { mnuSat_Click(); });
@@ -59,8 +60,7 @@ void Functions::switchOn(int function) {
     if (rotor || tuner) {
         slots_.subAzzeraLabel();
     } else {
-        form_.cmdAlt.Click.raise();
-        form_.cmdAltB.Click.raise();
+        motion_.stopBoth();
     }
     // A port that fails is told by the error boundary; the function is on all the same.
     form_.cmdOff.Click.fire();

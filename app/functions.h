@@ -10,7 +10,7 @@ namespace app {
 /// The three functions: the same two engines under other names and units.
 class Functions {
   public:
-    Functions(form::Form1& form, memory::MemorySlots& slots);
+    Functions(form::Form1& form, memory::MemorySlots& slots, engine::Motion& motion);
 
     /// Told the function that has been switched on.
     std::function<void(int)> onChange;
@@ -32,6 +32,7 @@ class Functions {
 
     form::Form1& form_;
     memory::MemorySlots& slots_;
+    engine::Motion& motion_;
 };
 
 } // namespace app

@@ -28,10 +28,10 @@ std::string recordName(int number) {
 } // namespace
 
 Startup::Startup(form::Form1& form, form::Boxes& boxes, config::RecordFile& file,
-                 engine::OutputPorts& outputs, Functions& functions, memory::MemorySlots& slots,
-                 rotor::Thresholds& thresholds)
-    : form_(form), boxes_(boxes), file_(file), outputs_(outputs), functions_(functions), slots_(slots),
-      thresholds_(thresholds), sides_(form) {}
+                 engine::OutputPorts& outputs, engine::Motion& motion, Functions& functions,
+                 memory::MemorySlots& slots, rotor::Thresholds& thresholds)
+    : form_(form), boxes_(boxes), file_(file), outputs_(outputs), motion_(motion), functions_(functions),
+      slots_(slots), thresholds_(thresholds), sides_(form) {}
 
 void Startup::Form_Load() {
     form_.bolAvvisoReset = false;
@@ -70,7 +70,8 @@ void Startup::readFile() {
 
 void Startup::resetEngines() {
     for (const engine::Side* side : {&sides_.a, &sides_.b}) {
-        side->cmdStop.Click.raise();
+        motion_.stop(*side);
+        side->entryNotice.Caption = "";
         side->intDir = 0;
         // The half-step index has no start value: it stays where it stood.
         side->intFase = 1;
@@ -111,7 +112,7 @@ void Startup::loadSpeeds() {
     for (const engine::Side* side : {&sides_.a, &sides_.b}) {
         side->forward.Interval = side->intTickBassa.value();
         side->backward.Interval = side->intTickBassa.value();
-        side->cmdSlow.Click.raise();
+        motion_.slow(*side);
     }
 }
 

@@ -18,7 +18,8 @@ namespace app {
 class Startup {
   public:
     Startup(form::Form1& form, form::Boxes& boxes, config::RecordFile& file, engine::OutputPorts& outputs,
-            Functions& functions, memory::MemorySlots& slots, rotor::Thresholds& thresholds);
+            engine::Motion& motion, Functions& functions, memory::MemorySlots& slots,
+            rotor::Thresholds& thresholds);
 
     /// At start, and again whenever a named configuration has been loaded. A file that cannot be read, or is
     /// damaged, is told in one box.
@@ -51,6 +52,7 @@ class Startup {
     form::Boxes& boxes_;
     config::RecordFile& file_;
     engine::OutputPorts& outputs_;
+    engine::Motion& motion_;
     Functions& functions_;
     memory::MemorySlots& slots_;
     rotor::Thresholds& thresholds_;

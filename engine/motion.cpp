@@ -2,6 +2,7 @@
 
 #include "engine/position.h"
 #include "runtime/number.h"
+#include "runtime/text.h"
 
 namespace engine {
 
@@ -12,10 +13,18 @@ void paintSpeedButtons(const Side& side, bool fast) {
     side.cmdSlow.BackColor = fast ? form::kButtonFace : form::kRed;
 }
 
-/// Sets the period of the current direction's timer; the other keeps the one it had.
-void setPeriod(const Side& side, form::Int16 milliseconds) {
-    if (side.intDir == form::kForward) side.forward.Interval = milliseconds.value();
-    if (side.intDir == form::kBackward) side.backward.Interval = milliseconds.value();
+int opposite(int direction) {
+    return direction == form::kForward ? form::kBackward : form::kForward;
+}
+
+/// Milliseconds; 0 or below where the speed has no period.
+int period(const Side& side, bool fast) {
+    return (fast ? side.intTickAlta : side.intTickBassa).value();
+}
+
+/// The speed that is run when this one is chosen: a speed without a period gives way to one that has one.
+bool usableSpeed(const Side& side, bool fast) {
+    return period(side, fast) > 0 || period(side, !fast) <= 0 ? fast : !fast;
 }
 
 /// A reversal picks the phases up beside the last ones written. They may lie outside the tables here.
@@ -47,20 +56,67 @@ Motion::Motion(form::Form1& form, form::Boxes& boxes) : form_(form), boxes_(boxe
     }
 }
 
-void Motion::run(const Side& side, int direction) {
+bool Motion::run(const Side& side, int direction) {
+    side.bolTargetRotor = false;
+    return start(side, direction);
+}
+
+bool Motion::moveTo(const Side& side, float target) {
+    (isRotor() ? side.sngTargetRotor : side.sngTarget) = target;
+    (isRotor() ? side.bolTargetRotor : side.bolMem) = true;
+    const int direction = directionTo(side, target);
+    if (direction == 0) {
+        // A recall lets an engine that runs make the step that tells it so.
+        if (isRotor() || !side.running()) stop(side);
+        return true;
+    }
+    // A recall sets the direction first: the run command sees no reversal, and the phase indexes stay. The
+    // rotor would lose its place over the many turns of a pass.
+    if (!isRotor()) side.intDir = direction;
+    return start(side, direction);
+}
+
+bool Motion::canMoveTo(const Side& side, float target) {
+    return directionTo(side, target) == 0 || canStart(side);
+}
+
+int Motion::directionTo(const Side& side, float target) const {
+    // A stored position has two decimals, so a recall compares no more of them.
+    const float here =
+        isRotor() ? side.sngPosRotor : runtime::parseSingle(runtime::formatStored(side.sngPos));
+    if (here == target) return 0;
+    return side.ascends(form::kForward) == (here < target) ? form::kForward : form::kBackward;
+}
+
+bool Motion::canStart(const Side& side) {
+    std::string missing;
+    if (side.sngMMGiro == 0) missing = side.units.label.Caption;
+    if (side.intSteps == 0) missing = side.steps.label.Caption;
+    if (period(side, false) <= 0 && period(side, true) <= 0) {
+        missing = side.slow.label.Caption.get() + " or " + side.fast.label.Caption.get() + " speed";
+    }
+    if (missing.empty()) return true;
+    form_.notice.tell(side.lblEngine.Caption.get() + " does not start: enter its " + missing);
+    return false;
+}
+
+bool Motion::start(const Side& side, int direction) {
+    if (!canStart(side)) {
+        stop(side);
+        return false;
+    }
     form::Button& button = direction == form::kForward ? side.cmdRunForward : side.cmdRunBackward;
     form::Timer& timer = side.timer(direction);
-    const int opposite = direction == form::kForward ? form::kBackward : form::kForward;
-
     button.Enabled = true;
     // A timer that has never been given a period takes the slow one, or the engine would not step at all.
-    if (timer.Interval <= 0) timer.Interval = side.intTickBassa.value();
+    if (timer.Interval <= 0) timer.Interval = period(side, usableSpeed(side, false));
     paintSpeedButtons(side, timer.Interval != side.intTickBassa.value());
-    if (side.intDir == opposite) stepBackPhases(side, direction);
+    if (side.intDir == opposite(direction)) stepBackPhases(side, direction);
     side.intDir = direction;
-    side.timer(opposite).Enabled = false;
+    side.timer(opposite(direction)).Enabled = false;
     timer.Enabled = true;
     updateOff();
+    return true;
 }
 
 void Motion::jogDown(const Side& side, int direction) {
@@ -69,10 +125,10 @@ void Motion::jogDown(const Side& side, int direction) {
         form_.chkAutoMemOnOff.Value = 0;
         form_.bolAutoMemByJog = true;
     }
-    jogHeld(side) = true;
     // A jog takes the engine out of a recall: the old target must not stop it.
     side.bolMem = false;
-    (direction == form::kForward ? side.cmdRunForward : side.cmdRunBackward).Click.raise();
+    if (!run(side, direction)) return;
+    jogHeld(side) = true;
     side.bolManual = true;
     side.lblUso.Caption = "Manual";
     if (!form_.chkFastMemory.ticked() && subResetPressedMem) subResetPressedMem();
@@ -85,7 +141,7 @@ void Motion::jogUp(const Side& side) {
         side.bolVelAlta = false;
         side.bolManual = false;
     } else {
-        side.cmdStop.Click.raise();
+        stop(side);
     }
 }
 
@@ -95,28 +151,42 @@ void Motion::releaseJogs() {
     }
 }
 
-void Motion::selectFast(const Side& side) {
-    side.bolVelAlta = true;
-    paintSpeedButtons(side, true);
-    setPeriod(side, side.intTickAlta);
+void Motion::selectSpeed(const Side& side, bool fast) {
+    const bool chosen = usableSpeed(side, fast);
+    side.bolVelAlta = chosen;
+    paintSpeedButtons(side, chosen);
+    // The timer of the current direction; the other keeps the period that it had.
+    const bool hasDirection = side.intDir == form::kForward || side.intDir == form::kBackward;
+    if (hasDirection && period(side, chosen) > 0) {
+        side.timer(side.intDir.value()).Interval = period(side, chosen);
+    }
+    if (chosen == fast || !side.running()) return;
+    const Parameter& missing = fast ? side.fast : side.slow;
+    form_.notice.tell(side.lblEngine.Caption.get() + " has no " + missing.label.Caption.get() +
+                      " speed: it runs at the other one");
 }
 
-void Motion::selectSlow(const Side& side) {
-    side.bolVelAlta = false;
-    paintSpeedButtons(side, false);
-    setPeriod(side, side.intTickBassa);
+void Motion::userStop(const Side& side) {
+    stop(side);
+    if (onUserStop) onUserStop();
+}
+
+void Motion::stopBoth() {
+    stop(sides_.a);
+    stop(sides_.b);
 }
 
 void Motion::stop(const Side& side) {
     side.forward.Enabled = false;
     side.backward.Enabled = false;
     side.bolMem = false;
+    side.bolTargetRotor = false;
     side.cmdRunForward.Enabled = true;
     side.cmdRunBackward.Enabled = true;
     updateOff();
     if (!isRotor()) return;
     try {
-        side.intVelRot = runtime::parseInt16(side.txtSlow.Text.get());
+        side.intVelRot = runtime::parseInt16(side.slow.box.Text.get());
     } catch (const runtime::RunTimeError&) {
         // An entry is half typed: a stop never fails over it, and the last speed stays.
     }

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "config/record_file.h"
-#include "form/boxes.h"
-#include "form/form1.h"
+#include "engine/motion.h"
 
 #include <functional>
 #include <vector>
@@ -13,37 +12,47 @@ namespace engine {
 form::Int16 stepPeriod(form::Int16 speed);
 
 /// The four parameters of each engine: a double-click on a label opens the entry beside it, a second one or
-/// Enter confirms it and writes it to "save.cfg".
+/// Enter confirms it and writes it to "save.cfg". What is refused, by the check or by the file, stays open
+/// with the reason beside it, and the old value holds.
 class Parameters {
   public:
-    Parameters(form::Form1& form, form::Boxes& boxes, config::RecordFile& file);
+    Parameters(form::Form1& form, form::Boxes& boxes, config::RecordFile& file, Motion& motion);
 
   private:
+    /// A text that has been understood, not in force yet.
+    struct Value {
+        std::string text; // corrected
+        config::Record record;
+        std::function<void()> apply;
+    };
     struct Entry {
-        form::Label& label;
-        form::TextBox& box;
-        /// Corrects a text that is out of range, stores the value, and returns its record. Throws what a text
-        /// that is no value throws, with nothing stored.
-        std::function<config::Record(form::TextBox& box)> store;
+        const Side& side;
+        const Parameter& parameter;
+        const char* wanted; // what may be entered
+        /// Throws what a text that is no value throws.
+        std::function<Value(const std::string& text)> read;
+        /// Runs after a value has been taken.
         std::function<void()> afterwards = {};
-        bool saysWhenRefused = true;
-        bool takesFractions = false;
         /// Runs at the end of every double-click, whichever way it went.
         std::function<void()> always = {};
     };
-    Entry speed(form::Label& label, form::TextBox& box, form::Int16& speed, form::Int16& period, int record,
-                const std::function<bool(form::Int16)>& isTooLow);
-    Entry steps(form::Label& label, form::TextBox& box, form::Int16& steps, int record);
-    Entry units(form::Label& label, form::TextBox& box, float& units, int record);
-    void confirm(Entry& entry);
+    void addEntries(const Side& side);
+    static Entry speed(const Side& side, bool fast);
+    static Entry steps(const Side& side);
+    static Entry units(const Side& side);
+    void attach(Entry& entry);
     void labelDblClick(Entry& entry);
+    void confirm(Entry& entry);
+    void refuse(Entry& entry, const std::string& reason);
     /// Lets the user type, with the text selected.
     static void open(Entry& entry);
-    void recomputeStepsGiroA();
+    void recomputeStepsGiroA(const Side& side);
 
     form::Form1& form_;
     form::Boxes& boxes_;
     config::RecordFile& file_;
+    Motion& motion_;
+    Sides sides_;
     std::vector<Entry> entries_;
 };
 

@@ -6,16 +6,38 @@
 
 namespace engine {
 
-/// One engine: the names of Form1 that are A's or B's, and every deliberate difference between the two.
-struct Side {
-    // Differences.
-    int motor;            // number towards the USB board
-    int firstOutput;      // the engine's lowest output
-    int usbFactor;        // shifts engine A's USB values into this engine's half of the byte
-    bool rotorHasNoLimit; // the limit before a step does not hold in Satellite Rotor
-    bool roundsEndOfRun;  // the end of run after a step compares the rounded position
-    float rotorEnd;       // degrees at which Satellite Rotor ends a forward move
+/// What is done with a speed too low for a step period, before it is stored.
+enum class LowSpeed {
+    Kept,           // also 0, which leaves the speed without a period
+    ZeroBecomesOne, // a negative one, which only pasting brings, is kept
+    BelowOneBecomesOne
+};
 
+/// Every deliberate difference between the engines. Their values stand side by side in side.cpp.
+struct Differences {
+    int motor;                   // number towards the USB board
+    int firstOutput;             // the engine's lowest output
+    int usbFactor;               // shifts engine A's USB values into this engine's half of the byte
+    float rotorEnd;              // degrees at which Satellite Rotor ends a move towards larger positions
+    bool rotorHasNoLimit;        // the limit before a step does not hold in Satellite Rotor
+    bool roundsEndOfRun;         // the end of run after a step compares the rounded position
+    LowSpeed lowFast, lowSlow;   // how an entry of a speed is corrected
+    bool takesSlowAtOnce;        // an entry of the slow speed also selects it
+    bool takesFractions;         // units per revolution may be typed with a point
+    bool keepsTurn;              // an entry of the units recomputes the steps of a turn (dblStepsGiroA)
+    bool mustNotRecallBelowZero; // a recall is refused while the engine stands below zero
+    bool asksWithEndOfEngineA;   // the question before storing shows the end of engine A's old text
+};
+
+/// One of the parameters of an engine: a double-click on the label opens the entry beside it.
+struct Parameter {
+    form::Label& label;
+    form::TextBox& box;
+    int record;
+};
+
+/// The names of Form1 that are A's or B's.
+struct Names {
     // State.
     float& sngPos;      // user units
     float& sngPosRotor; // degrees
@@ -28,8 +50,12 @@ struct Side {
     form::Int16& intUltFaseHalf;
     bool& bolMem;
     float& sngTarget;
+    bool& bolTargetRotor;
+    float& sngTargetRotor;
     form::Int16& intSteps;
     float& sngMMGiro;
+    form::Int16& intVelAlta;
+    form::Int16& intVelBassa;
     form::Int16& intTickAlta;
     form::Int16& intTickBassa;
     form::Int16& intVelRot;
@@ -50,13 +76,24 @@ struct Side {
     form::Button& cmdJogBackward;
     form::Button& cmdFast;
     form::Button& cmdSlow;
-    form::Button& cmdStop;
     form::Button& cmdReset;
     form::CheckBox& chkHalfStep;
-    form::TextBox& txtSlow;
+    Parameter fast;
+    Parameter slow;
+    Parameter steps;
+    Parameter units;
+    form::Label& entryNotice;
+};
 
+/// One engine.
+struct Side : Differences, Names {
     bool running() const { return forward.Enabled || backward.Enabled; }
     form::Timer& timer(int direction) const { return direction == form::kForward ? forward : backward; }
+    /// Whether steps in this direction lead to larger positions. With units or steps per revolution below 0
+    /// those backward do.
+    bool ascends(int direction) const {
+        return (direction == form::kForward) == ((sngMMGiro < 0) == (intSteps < 0));
+    }
 };
 
 Side sideA(form::Form1& form);

@@ -20,8 +20,8 @@ form::Int16 nextIndex(form::Int16 index, int direction, int phases) {
 
 } // namespace
 
-Stepper::Stepper(form::Form1& form, form::Boxes& boxes, OutputPorts& outputs)
-    : form_(form), boxes_(boxes), outputs_(outputs), sides_(form) {
+Stepper::Stepper(form::Form1& form, form::Boxes& boxes, OutputPorts& outputs, Motion& motion)
+    : form_(form), boxes_(boxes), outputs_(outputs), motion_(motion), sides_(form) {
     form_.Timer1.Tick.attach([this] { Timer1_Timer(); });
     form_.Timer2.Tick.attach([this] { Timer2_Timer(); });
     form_.Timer3.Tick.attach([this] { Timer3_Timer(); });
@@ -38,7 +38,7 @@ void Stepper::tick(const Side& side, int direction) {
     if (!ready) return;
     side.timer(direction == form::kForward ? form::kBackward : form::kForward).Enabled = false;
     if (atLimit(side, direction)) {
-        side.cmdStop.Click.raise();
+        motion_.stop(side);
         return;
     }
     // The index and the step count advance whether or not the coils were written.
@@ -63,7 +63,7 @@ bool Stepper::atLimit(const Side& side, int direction) const {
     // Engine B's limit holds in Satellite Rotor too, although B moves another position there.
     if (side.rotorHasNoLimit && isRotor()) return false;
     const form::Int16 rounded = runtime::roundToInt16(side.sngPos);
-    return direction == form::kForward ? rounded >= kEndOfRun : rounded <= -kEndOfRun;
+    return side.ascends(direction) ? rounded >= kEndOfRun : rounded <= -kEndOfRun;
 }
 
 template <class Sequence>
@@ -95,27 +95,21 @@ void Stepper::move(const Side& side, int direction) {
     position = runtime::toSingle(direction == form::kForward ? double{position} + distance
                                                              : double{position} - distance);
     showPosition(form_, side);
+    if (arrived(side, direction)) motion_.stop(side);
+}
+
+bool Stepper::arrived(const Side& side, int direction) const {
+    const bool ascends = side.ascends(direction);
+    const auto reached = [ascends](float position, float target) {
+        return ascends ? position >= target : position <= target;
+    };
     if (isRotor()) {
-        if (direction == form::kForward && position >= side.rotorEnd) side.cmdStop.Click.raise();
-    } else if (atEndOfRun(side, direction)) {
-        side.cmdStop.Click.raise();
-    } else {
-        stopAtTarget(side, direction);
+        return (ascends && side.sngPosRotor >= side.rotorEnd) ||
+               (side.bolTargetRotor && reached(side.sngPosRotor, side.sngTargetRotor));
     }
-}
-
-bool Stepper::atEndOfRun(const Side& side, int direction) const {
-    // A rounds, B does not.
+    const float end = ascends ? kEndOfRun : -kEndOfRun;
     const float position = side.roundsEndOfRun ? runtime::roundToInt16(side.sngPos).value() : side.sngPos;
-    return direction == form::kForward ? position >= kEndOfRun : position <= -kEndOfRun;
-}
-
-void Stepper::stopAtTarget(const Side& side, int direction) {
-    if (!side.bolMem) return;
-    const bool reached =
-        direction == form::kForward ? side.sngPos >= side.sngTarget : side.sngPos <= side.sngTarget;
-    // cmdOff stays disabled while the other engine is still on its way: the stop command sees to it.
-    if (reached) side.cmdStop.Click.raise();
+    return reached(position, end) || (side.bolMem && reached(side.sngPos, side.sngTarget));
 }
 
 void Stepper::applyStepMode(const Side& side) {

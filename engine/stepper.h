@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/motion.h"
 #include "engine/output_ports.h"
 #include "engine/side.h"
 #include "engine/step_rate.h"
@@ -13,7 +14,7 @@ constexpr int kEndOfRun = 999;
 /// outputs have not taken an engine's last pattern, its ticks pass by, so that the rate follows the device.
 class Stepper {
   public:
-    Stepper(form::Form1& form, form::Boxes& boxes, OutputPorts& outputs);
+    Stepper(form::Form1& form, form::Boxes& boxes, OutputPorts& outputs, Motion& motion);
 
     void Timer1_Timer() { tick(sides_.a, form::kForward); }
     void Timer2_Timer() { tick(sides_.a, form::kBackward); }
@@ -36,16 +37,17 @@ class Stepper {
     /// Writes phase `index` of a sequence and moves the position. False when the sequence has no such phase.
     template <class Sequence>
     bool writePhase(const Side& side, int direction, const Sequence& sequence, form::Int16 index);
-    /// subApos, subAneg, subBpos and subBneg in one: once for each written step.
+    /// subApos, subAneg, subBpos and subBneg in one: once for each step that was made.
     void move(const Side& side, int direction);
-    bool atEndOfRun(const Side& side, int direction) const;
-    void stopAtTarget(const Side& side, int direction);
+    /// Whether the step that was made has reached the end of run or the target.
+    bool arrived(const Side& side, int direction) const;
     void changeStepMode(const Side& side);
     bool isRotor() const { return form_.intFunzione == form::kSatelliteRotor; }
 
     form::Form1& form_;
     form::Boxes& boxes_;
     OutputPorts& outputs_;
+    Motion& motion_;
     Sides sides_;
     StepRate rate_;
 };

@@ -46,6 +46,10 @@ struct EnginePanel {
     bool bolMemA = false, bolMemB = false; // running towards the target
     float sngTargetA = 0, sngTargetB = 0;
 
+    // Targets in degrees, where Satellite Rotor moves to one.
+    bool bolTargetAz = false, bolTargetEl = false; // running towards the target
+    float sngTargetAz = 0, sngTargetEl = 0;
+
     // Parameters: full steps per revolution, units per revolution, steps per second, milliseconds per step.
     Int16 intStepsA, intStepsB;
     float sngMMGiroA = 0, sngMMGiroB = 0;
@@ -99,6 +103,9 @@ struct EnginePanel {
     TextBox txtBassaVelA{form_, "txtBassaVelA", "0"}, txtBassaVelB{form_, "txtBassaVelB", "0"};
     TextBox txtSteps{form_, "txtSteps", "0"}, txtStepsB{form_, "txtStepsB", "0"};
     TextBox txtMMGiro{form_, "txtMMGiro", "0"}, txtMMGiroB{form_, "txtMMGiroB", "0"};
+
+    Label entryNoticeA{form_, "entryNoticeA"},
+        entryNoticeB{form_, "entryNoticeB"}; // why an entry was refused
 
     Button cmdOff{form_, "cmdOff", "Out Off"};
     CheckBox chkUsbOn{form_, "chkUsbOn", "USB Off"};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "form/controls.h"
+#include "form/notice.h"
 #include "form/timer.h"
 #include "runtime/checked.h"
 
@@ -25,7 +26,8 @@ enum Panel {
 
 /// The frame around the subsystems: function, menus, status bar, automatic outputs-off, configuration.
 struct ShellPanel {
-    ShellPanel(Form& form, platform::Timers& timers) : form_(form), tmrAutoOff(form, "tmrAutoOff", timers) {
+    ShellPanel(Form& form, platform::Timers& timers)
+        : form_(form), tmrAutoOff(form, "tmrAutoOff", timers), notice(form, "notice", timers) {
         framSat.Visible = false;
         lblClock.Visible = false;
     }
@@ -57,6 +59,7 @@ struct ShellPanel {
 
     Frame framTuner{form_, "framTuner"}, framSat{form_, "framSat"};
     StatusBar StatusBar1{form_, "StatusBar1"};
+    Notice notice;                     // why something did not start, where panel 2 would be cleared too soon
     Label lblClock{form_, "lblClock"}; // how the step clock is scheduled, where the user asked for real time
 
     Menu mnuLoadConfig{form_, "mnuLoadConfig", "&Load Config…"};

@@ -16,15 +16,19 @@ constexpr std::size_t kLabelShown = 6;
 } // namespace
 
 bool standsBelowZero(form::Form1& form, form::Boxes& boxes, bool both) {
-    const bool below = runtime::leadingNumber(form.Label2.Caption.get()) < 0 ||
-                       (both && runtime::leadingNumber(form.Label8.Caption.get()) < 0);
+    bool below = false;
+    const engine::Sides sides(form);
+    for (const engine::Side* side : {&sides.a, &sides.b}) {
+        const bool counts = both || side->mustNotRecallBelowZero;
+        below = below || (counts && runtime::leadingNumber(side->lblPos.Caption.get()) < 0);
+    }
     if (below) boxes.critical("Reset the system to zero", "End of run");
     return below;
 }
 
 MemorySlots::MemorySlots(form::Form1& form, form::Boxes& boxes, config::RecordFile& file,
-                         platform::Sound& sound)
-    : form_(form), boxes_(boxes), file_(file), sound_(sound), sides_(form) {
+                         platform::Sound& sound, engine::Motion& motion)
+    : form_(form), boxes_(boxes), file_(file), sound_(sound), motion_(motion), sides_(form) {
     for (int n = 1; n <= form::Form1::kMemories; ++n) {
         form_.lblMem[n].Caption = std::to_string(n);
         form_.lblMem[n].DblClick.attach([this, n] { lblMem_DblClick(n); });
@@ -45,9 +49,12 @@ bool MemorySlots::isStored(int n) {
 
 void MemorySlots::lblMem_DblClick(int n) {
     if (isRotor()) return;
-    // The old B value shown is the end of the stored A text.
-    const std::string prompt = "Old Engine data: A=" + runtime::firstCharacters(form_.strMemPosA(n), 5) +
-                               " B=" + runtime::lastCharacters(form_.strMemPosA(n), 5) +
+    const auto old = [this, n](const engine::Side& side) {
+        const std::string& text = form_.strMemPosA(n);
+        return side.asksWithEndOfEngineA ? runtime::lastCharacters(text, 5)
+                                         : runtime::firstCharacters(text, 5);
+    };
+    const std::string prompt = "Old Engine data: A=" + old(sides_.a) + " B=" + old(sides_.b) +
                                ". New Engine data: A=" + form_.Label2.Caption.get() +
                                " B=" + form_.Label8.Caption.get() + " ";
     const bool confirmed = boxes_.confirm(prompt, "Confirm new Data Memory #" + std::to_string(n) + " ?");
@@ -80,7 +87,8 @@ void MemorySlots::showToolTip(int n, const std::string& label) {
 }
 
 void MemorySlots::Option_Click(int n) {
-    int before = 0;
+    // The click has selected n already: what was selected before is another one, or n again.
+    int before = selected_ == n ? n : 0;
     for (int other = 1; other <= form::Form1::kMemories; ++other) {
         if (other != n && form_.Option[other].Value) before = other;
     }
@@ -96,6 +104,7 @@ bool MemorySlots::recallAndSelect(int n) {
 }
 
 void MemorySlots::select(int n) {
+    selected_ = n;
     for (int other = 1; other <= form::Form1::kMemories; ++other)
         form_.Option[other].Value.load(other == n);
 }
@@ -105,43 +114,35 @@ void MemorySlots::subResetPressedMem() {
 }
 
 bool MemorySlots::recall(int n) {
-    // Only engine A is tested: a negative position of B does not stand in the way.
     if (standsBelowZero(form_, boxes_, false)) return false;
-    form_.sngTargetA = runtime::parseSingle(form_.strMemPosA(n));
-    form_.bolMemA = true;
-    subStartDaMemA();
-    form_.sngTargetB = runtime::parseSingle(form_.strMemPosB(n));
-    form_.bolMemB = true;
-    subStartDaMemB();
+    const float targetA = runtime::parseSingle(form_.strMemPosA(n));
+    const float targetB = runtime::parseSingle(form_.strMemPosB(n));
+    // Both engines go, or none.
+    if (!motion_.canMoveTo(sides_.a, targetA) || !motion_.canMoveTo(sides_.b, targetB)) return false;
+    startFromMemory(sides_.a, targetA);
+    startFromMemory(sides_.b, targetB);
     form_.lblUsoA.Caption = form_.lblFr[n].Caption;
     form_.lblUsoB.Caption = form_.lblFr[n].Caption;
     return true;
 }
 
-void MemorySlots::startFromMemory(const engine::Side& side) {
-    const float rounded = runtime::parseSingle(runtime::formatStored(side.sngPos));
-    // The direction is set first, so that the run command sees no reversal and keeps the phase indexes.
-    if (rounded < side.sngTarget) {
-        side.intDir = form::kForward;
-        side.cmdRunForward.Click.raise();
-    } else if (rounded > side.sngTarget) {
-        side.intDir = form::kBackward;
-        side.cmdRunBackward.Click.raise();
-    } else if (!side.running()) {
-        side.bolMem = false;
+void MemorySlots::startFromMemory(const engine::Side& side, float target) {
+    motion_.moveTo(side, target);
+    const bool near = std::fabs(side.sngPos - target) < static_cast<float>(form_.intMemSlowDist.value());
+    if (near) {
+        motion_.slow(side);
+    } else {
+        motion_.fast(side);
     }
-    const bool near =
-        std::fabs(side.sngPos - side.sngTarget) < static_cast<float>(form_.intMemSlowDist.value());
-    (near ? side.cmdSlow : side.cmdFast).Click.raise();
 }
 
 void MemorySlots::subAzzeraLabel() {
-    form_.cmdAlt.Click.raise();
-    form_.cmdAltB.Click.raise();
+    motion_.stopBoth();
     if (form_.bolCaricaInAvvio) return;
     for (const engine::Side* side : {&sides_.a, &sides_.b}) {
         side->sngPos = 0;
         side->lblPos.Caption = "0";
+        side->lblUso.Caption = ""; // nothing stands where a memory has led it
     }
 }
 

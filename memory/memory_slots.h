@@ -1,7 +1,7 @@
 #pragma once
 
 #include "config/record_file.h"
-#include "engine/side.h"
+#include "engine/motion.h"
 #include "form/boxes.h"
 #include "platform/sound.h"
 
@@ -10,7 +10,8 @@ namespace memory {
 /// The ten memories: storing, recalling, and the fast store.
 class MemorySlots {
   public:
-    MemorySlots(form::Form1& form, form::Boxes& boxes, config::RecordFile& file, platform::Sound& sound);
+    MemorySlots(form::Form1& form, form::Boxes& boxes, config::RecordFile& file, platform::Sound& sound,
+                engine::Motion& motion);
 
     /// Stores memory n (1 to 10) after a confirmation; asks for its label.
     void lblMem_DblClick(int n);
@@ -21,8 +22,8 @@ class MemorySlots {
     bool recallAndSelect(int n);
     /// No memory is selected any longer.
     void subResetPressedMem();
-    /// Stops both engines; unless a start keeps the loaded positions, those in user units become 0. Azimuth
-    /// and elevation stay.
+    /// Stops both engines; unless a start keeps the loaded positions, those in user units become 0 and
+    /// no memory is in use. Azimuth and elevation stay.
     void subAzzeraLabel();
     /// Stores the positions into the selected memory, if there is one; its label stays. Does nothing when
     /// both texts are stored already.
@@ -36,9 +37,8 @@ class MemorySlots {
   private:
     bool recall(int n);
     void select(int n);
-    void startFromMemory(const engine::Side& side);
-    void subStartDaMemA() { startFromMemory(sides_.a); }
-    void subStartDaMemB() { startFromMemory(sides_.b); }
+    /// subStartDaMemA and subStartDaMemB in one.
+    void startFromMemory(const engine::Side& side, float target);
     void showToolTip(int n, const std::string& label);
     void subAlarmMemUp();
     bool isRotor() const { return form_.intFunzione == form::kSatelliteRotor; }
@@ -47,7 +47,9 @@ class MemorySlots {
     form::Boxes& boxes_;
     config::RecordFile& file_;
     platform::Sound& sound_;
+    engine::Motion& motion_;
     engine::Sides sides_;
+    int selected_ = 0; // the memory that is selected, 0 for none
 };
 
 /// Tells, with a box, when engine A (and with `both` engine B) stands below zero, where no recall may start.

@@ -40,6 +40,7 @@ EngineControls engineA(form::Form1& f) {
         .slowSpeed = {f.lblBassaA, f.txtBassaVelA},
         .steps = {f.lblMemSteps, f.txtSteps},
         .units = {f.lblMMGiro, f.txtMMGiro},
+        .entryNotice = f.entryNoticeA,
         .slowKey = "F4",
         .fastKey = "F5",
         .stopKey = "F6",
@@ -70,6 +71,7 @@ EngineControls engineB(form::Form1& f) {
         .slowSpeed = {f.lblBassaB, f.txtBassaVelB},
         .steps = {f.lblMemStepsB, f.txtStepsB},
         .units = {f.lblMMGiroB, f.txtMMGiroB},
+        .entryNotice = f.entryNoticeB,
         .slowKey = "F8",
         .fastKey = "F9",
         .stopKey = "F7",
@@ -209,7 +211,12 @@ void EngineView::layOutSpeeds() {
                                  {"Fast speed of %1", "%1 runs at its fast speed.", engine_.fastKey}, "MMMM"),
                 engine_.fastKey));
     speeds->addLayout(pair);
-    speeds->addStretch(1);
+    // Right above the entries, in room that is free anyway.
+    CaptionLabel* refused = adapters_.label(
+        engine_.entryNotice,
+        {"Refused entry of %1", "Why the last entry was not taken: the old value holds."}, "");
+    refused->setAlignment((engine_.mirrored ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
+    speeds->addWidget(refused, 1);
     speeds->addWidget(adapters_.checkBox(
         engine_.stepMode,
         {"Half steps of %1", "Ticked, %1 makes half steps: finer, and half as fast.", kSpace},

@@ -33,6 +33,7 @@ struct EngineControls {
     form::CheckBox& stepMode;
     form::Button& reset;
     Parameter fastSpeed, slowSpeed, steps, units;
+    form::Label& entryNotice; // why an entry was refused
     const char* slowKey;
     const char* fastKey;
     const char* stopKey;

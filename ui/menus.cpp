@@ -4,6 +4,7 @@
 
 #include <QActionGroup>
 #include <QMenuBar>
+#include <QStackedLayout>
 #include <QStatusBar>
 
 namespace ui {
@@ -70,12 +71,21 @@ void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
 
 namespace {
 
-constexpr int kRateStretch = 4, kClockStretch = 3;
+constexpr int kNoticeStretch = 6, kClockStretch = 3;
 
-/// Empty most of the time: beside the messages, which are too.
-CaptionLabel* rateNotice(form::Form1& form, Adapters& adapters) {
-    return adapters.label(form.rateNotice,
-                          {"Measured rate", "The steps per second that the USB board can take."}, "");
+/// One place for two that are empty most of the time: a notice for as long as it lasts, else the rate.
+QWidget* notices(form::Form1& form, Adapters& adapters) {
+    CaptionLabel* rate = adapters.label(
+        form.rateNotice, {"Measured rate", "The steps per second that the USB board can take."}, "");
+    CaptionLabel* notice = adapters.label(form.notice, {"Notice", "What did not happen, and why."}, "");
+    auto* place = new QWidget;
+    auto* pile = new QStackedLayout(place);
+    pile->addWidget(rate);
+    pile->addWidget(notice);
+    adapters.of(form.notice).onDrawn = [&form, pile, rate, notice] {
+        pile->setCurrentWidget(form.notice.Caption.get().empty() ? rate : notice);
+    };
+    return place;
 }
 
 } // namespace
@@ -88,7 +98,7 @@ void layOutStatusBar(QMainWindow& window, form::Form1& form, Adapters& adapters)
     };
     static constexpr PanelWords kPanels[form::StatusBar::kPanels] = {
         {"The function that is on.", "Choose a function", 3},
-        {"Messages.", "Message", 2},
+        {"Messages.", "Message", 0},
         {"The program that reports the frequency.", "N1MM Logger", 2},
         {"The port of the tracking server.", "00000", 1},
         {"The configuration that was loaded or saved.", "MMMMMMMM", 2},
@@ -109,7 +119,7 @@ void layOutStatusBar(QMainWindow& window, form::Form1& form, Adapters& adapters)
         panels.push_back(panel);
         bar->addPermanentWidget(panel, words.stretch);
         if (panels.size() == form::kPanelMessage)
-            bar->addPermanentWidget(rateNotice(form, adapters), kRateStretch);
+            bar->addPermanentWidget(notices(form, adapters), kNoticeStretch);
     }
     CaptionLabel* clock =
         adapters.label(form.lblClock, {"Step clock", "Whether the step clock goes before other programs."},

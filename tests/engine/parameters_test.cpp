@@ -45,42 +45,67 @@ TEST_F(ParametersTest, SpeedsAreClampedEachInItsOwnWay) {
 }
 
 TEST_F(ParametersTest, OnlyEngineATakesANewSlowSpeedAtOnce) {
+    startTuner();
     for (form::Button* run : {&f().cmdAv, &f().cmdAvB})
         run->Click.fire();
     enter(f().lblBassaA, f().txtBassaVelA, "50");
     enter(f().lblBassaB, f().txtBassaVelB, "50");
     EXPECT_EQ(f().Timer1.Interval, 20);
-    EXPECT_EQ(f().Timer4.Interval, 0);
-    // A timer without a period takes the slow one when it is told to run.
-    f().cmdAvB.Click.fire();
+    EXPECT_EQ(f().Timer4.Interval, 10);
+    f().cmdBassaB.Click.fire();
     EXPECT_EQ(f().Timer4.Interval, 20);
 }
 
 TEST_F(ParametersTest, WhatIsNoValueIsRefusedAndTheEntryStaysOpen) {
-    for (const auto& [label, box] :
-         {std::pair(&f().lblMemAltaA, &f().txtAltaVelA), std::pair(&f().lblBassaB, &f().txtBassaVelB),
-          std::pair(&f().lblMemSteps, &f().txtSteps)}) {
+    const std::tuple<form::Label*, form::TextBox*, form::Label*, const char*> cases[] = {
+        {&f().lblMemAltaA, &f().txtAltaVelA, &f().entryNoticeA, "fast: enter a whole number from 1 to 1000"},
+        {&f().lblBassaB, &f().txtBassaVelB, &f().entryNoticeB, "slow: enter a whole number from 1 to 1000"},
+        {&f().lblMemSteps, &f().txtSteps, &f().entryNoticeA, "steps/r: enter a whole number up to 32767"},
+        {&f().lblMMGiro, &f().txtMMGiro, &f().entryNoticeA, "units/r: enter a number"},
+        {&f().lblMMGiroB, &f().txtMMGiroB, &f().entryNoticeB, "units/r: enter a number"}};
+    for (const auto& [label, box, notice, reason] : cases) {
+        enter(*label, *box, "3");
         const std::string before = bytesOf(file.path());
-        for (const char* text : {"", " ", "  ", "abc", "40000", "1e9"}) {
-            label->DblClick.fire();
+        label->DblClick.fire();
+        for (const char* text : {"", " "}) {
             box->Text.load(text);
             label->DblClick.fire();
-            EXPECT_EQ(dialogs.takeMessages(), std::vector{kNoData}) << text;
-            EXPECT_TRUE(box->Enabled) << text;
-            EXPECT_EQ(bytesOf(file.path()), before);
-            box->Enabled = false;
+            EXPECT_EQ(dialogs.takeMessages(), std::vector{kNoData});
+            EXPECT_TRUE(box->Enabled);
+            EXPECT_EQ(notice->Caption, "");
         }
+        for (const char* text : {"  ", "abc", "1/2", "1e99"}) {
+            box->Text.load(text);
+            label->DblClick.fire();
+            EXPECT_TRUE(box->Enabled) << text;
+            EXPECT_EQ(notice->Caption, reason) << text;
+            EXPECT_EQ(box->Text, text);
+        }
+        EXPECT_EQ(bytesOf(file.path()), before);
+        box->Text.load("3");
+        label->DblClick.fire();
+        EXPECT_FALSE(box->Enabled);
+        EXPECT_EQ(notice->Caption, "");
     }
-    // Units: an empty text is asked for again, one that cannot be converted ends without a box.
-    f().lblMMGiro.DblClick.fire();
-    f().txtMMGiro.Text.load("1/2");
-    f().lblMMGiro.DblClick.fire();
     EXPECT_TRUE(dialogs.takeMessages().empty());
-    EXPECT_TRUE(f().txtMMGiro.Enabled);
-    EXPECT_EQ(f().sngMMGiroA, 0);
-    f().txtMMGiro.Text.load("");
-    f().lblMMGiro.DblClick.fire();
-    EXPECT_EQ(dialogs.takeMessages(), std::vector{kNoData});
+}
+
+TEST_F(ParametersTest, WhatCannotBeWrittenStaysOpenAndIsNotInForce) {
+    startTuner();
+    f().cmdAv.Click.fire();
+    std::filesystem::remove(file.path());
+    std::filesystem::create_directory(file.path());
+    for (const auto& [label, box] :
+         {std::pair(&f().lblBassaA, &f().txtBassaVelA), std::pair(&f().lblMMGiro, &f().txtMMGiro)}) {
+        enter(*label, *box, "50");
+        EXPECT_TRUE(box->Enabled);
+        EXPECT_NE(f().entryNoticeA.Caption.get().find("save.cfg"), std::string::npos);
+    }
+    EXPECT_EQ(f().intVelBassaA, 100);
+    EXPECT_EQ(f().Timer1.Interval, 10);
+    EXPECT_EQ(f().sngMMGiroA, 10);
+    EXPECT_TRUE(f().Timer1.Enabled) << "no engine stops for it";
+    EXPECT_TRUE(dialogs.takeMessages().empty());
 }
 
 TEST_F(ParametersTest, StepsAndUnitsAreStoredAndOnlyUnitsRecomputeTheTurn) {

@@ -1,0 +1,19 @@
+#include "form/notice.h"
+
+namespace form {
+
+Notice::Notice(Form& form, const std::string& name, platform::Timers& timers)
+    : Label(form, name), age_(form, name + "Age", timers, kMilliseconds) {
+    age_.Tick.attach([this] {
+        age_.Enabled = false;
+        Caption = "";
+    });
+}
+
+void Notice::tell(const std::string& text) {
+    Caption = text;
+    age_.Enabled = false;
+    age_.Enabled = true;
+}
+
+} // namespace form

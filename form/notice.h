@@ -1,0 +1,22 @@
+#pragma once
+
+#include "form/controls.h"
+#include "form/timer.h"
+
+namespace form {
+
+/// A short message in the status bar: why something did not happen, or what the program does instead. It goes
+/// by itself once it could be read; a newer message takes its place.
+class Notice : public Label {
+  public:
+    static constexpr int kMilliseconds = 8000;
+
+    Notice(Form& form, const std::string& name, platform::Timers& timers);
+
+    void tell(const std::string& text);
+
+  private:
+    Timer age_;
+};
+
+} // namespace form
