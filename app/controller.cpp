@@ -9,6 +9,7 @@
 #include "config/general_settings.h"
 #include "config/hardware_and_links.h"
 #include "config/named_configurations.h"
+#include "engine/approach.h"
 #include "engine/motion.h"
 #include "engine/output_ports.h"
 #include "engine/parameters.h"
@@ -44,11 +45,12 @@ struct Controller::Subsystems {
     engine::OutputPorts outputs{form, boxes, ports.printer, ports.usb};
     ErrorBoundary errors{form, boxes, outputs};
     engine::Motion motion{form, boxes};
+    engine::Approach approach{form, motion};
     engine::Stepper stepper{form, boxes, outputs, motion};
     engine::Parameters parameters{form, boxes, file, motion};
     engine::PositionEntry positionEntry{form, boxes};
 
-    memory::MemorySlots slots{form, boxes, file, ports.sound, motion};
+    memory::MemorySlots slots{form, boxes, file, ports.sound, motion, approach};
     memory::AutomaticRecall recall{form, boxes, slots, file, ports.sound};
     radio::Logger32 logger32{ports.station};
     radio::FrequencySources sources{form, logger32, ports.udp};

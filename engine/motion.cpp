@@ -141,7 +141,7 @@ void Motion::jogUp(const Side& side) {
         side.bolVelAlta = false;
         side.bolManual = false;
     } else {
-        stop(side);
+        release(side);
     }
 }
 
@@ -171,6 +171,12 @@ void Motion::userStop(const Side& side) {
     if (onUserStop) onUserStop();
 }
 
+void Motion::arrive(const Side& side) {
+    const auto goOn = onArrival ? onArrival(side) : nullptr;
+    stop(side);
+    if (goOn) goOn();
+}
+
 void Motion::stopBoth() {
     stop(sides_.a);
     stop(sides_.b);
@@ -184,6 +190,7 @@ void Motion::stop(const Side& side) {
     side.cmdRunForward.Enabled = true;
     side.cmdRunBackward.Enabled = true;
     updateOff();
+    if (onStop) onStop(side);
     if (!isRotor()) return;
     try {
         side.intVelRot = runtime::parseInt16(side.slow.box.Text.get());

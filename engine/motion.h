@@ -26,6 +26,10 @@ class Motion {
     bool canMoveTo(const Side& side, float target);
     /// At once. The outputs keep the last pattern.
     void stop(const Side& side);
+    /// A held jog button or key has been let go.
+    void release(const Side& side) { stop(side); }
+    /// The engine has made the step that reaches its target.
+    void arrive(const Side& side);
     void stopBoth();
     /// Selects a speed, for this move or the next in the same direction. A speed without a period gives way
     /// to the other one.
@@ -50,6 +54,12 @@ class Motion {
 
     /// A jog begins and fast memory store is off: no memory is selected any longer.
     std::function<void()> subResetPressedMem;
+    /// An engine has made a step in `direction`.
+    std::function<void(const Side& side, int direction)> onStep;
+    /// An engine was stopped, by whomever.
+    std::function<void(const Side& side)> onStop;
+    /// Asked before an engine stops at its target: what is to follow at once; empty where it is to stand.
+    std::function<std::function<void()>(const Side& side)> onArrival;
     /// The user has pressed Stop: the engine stands. No stop by the program comes here.
     std::function<void()> onUserStop;
 

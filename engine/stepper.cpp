@@ -95,21 +95,26 @@ void Stepper::move(const Side& side, int direction) {
     position = runtime::toSingle(direction == form::kForward ? double{position} + distance
                                                              : double{position} - distance);
     showPosition(form_, side);
-    if (arrived(side, direction)) motion_.stop(side);
+    if (motion_.onStep) motion_.onStep(side, direction);
+    if (atEndOfRun(side, direction)) {
+        motion_.stop(side);
+    } else if (atTarget(side, direction)) {
+        motion_.arrive(side);
+    }
 }
 
-bool Stepper::arrived(const Side& side, int direction) const {
+bool Stepper::atEndOfRun(const Side& side, int direction) const {
     const bool ascends = side.ascends(direction);
-    const auto reached = [ascends](float position, float target) {
-        return ascends ? position >= target : position <= target;
-    };
-    if (isRotor()) {
-        return (ascends && side.sngPosRotor >= side.rotorEnd) ||
-               (side.bolTargetRotor && reached(side.sngPosRotor, side.sngTargetRotor));
-    }
-    const float end = ascends ? kEndOfRun : -kEndOfRun;
+    if (isRotor()) return ascends && side.sngPosRotor >= side.rotorEnd;
     const float position = side.roundsEndOfRun ? runtime::roundToInt16(side.sngPos).value() : side.sngPos;
-    return reached(position, end) || (side.bolMem && reached(side.sngPos, side.sngTarget));
+    return ascends ? position >= kEndOfRun : position <= -kEndOfRun;
+}
+
+bool Stepper::atTarget(const Side& side, int direction) const {
+    if (!(isRotor() ? side.bolTargetRotor : side.bolMem)) return false;
+    const float position = isRotor() ? side.sngPosRotor : side.sngPos;
+    const float target = isRotor() ? side.sngTargetRotor : side.sngTarget;
+    return side.ascends(direction) ? position >= target : position <= target;
 }
 
 void Stepper::applyStepMode(const Side& side) {

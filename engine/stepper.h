@@ -39,8 +39,9 @@ class Stepper {
     bool writePhase(const Side& side, int direction, const Sequence& sequence, form::Int16 index);
     /// subApos, subAneg, subBpos and subBneg in one: once for each step that was made.
     void move(const Side& side, int direction);
-    /// Whether the step that was made has reached the end of run or the target.
-    bool arrived(const Side& side, int direction) const;
+    /// Whether the step that was made has reached the end of run, or the target.
+    bool atEndOfRun(const Side& side, int direction) const;
+    bool atTarget(const Side& side, int direction) const;
     void changeStepMode(const Side& side);
     bool isRotor() const { return form_.intFunzione == form::kSatelliteRotor; }
 

@@ -27,8 +27,9 @@ bool standsBelowZero(form::Form1& form, form::Boxes& boxes, bool both) {
 }
 
 MemorySlots::MemorySlots(form::Form1& form, form::Boxes& boxes, config::RecordFile& file,
-                         platform::Sound& sound, engine::Motion& motion)
-    : form_(form), boxes_(boxes), file_(file), sound_(sound), motion_(motion), sides_(form) {
+                         platform::Sound& sound, engine::Motion& motion, engine::Approach& approach)
+    : form_(form), boxes_(boxes), file_(file), sound_(sound), motion_(motion), approach_(approach),
+      sides_(form) {
     for (int n = 1; n <= form::Form1::kMemories; ++n) {
         form_.lblMem[n].Caption = std::to_string(n);
         form_.lblMem[n].DblClick.attach([this, n] { lblMem_DblClick(n); });
@@ -119,21 +120,11 @@ bool MemorySlots::recall(int n) {
     const float targetB = runtime::parseSingle(form_.strMemPosB(n));
     // Both engines go, or none.
     if (!motion_.canMoveTo(sides_.a, targetA) || !motion_.canMoveTo(sides_.b, targetB)) return false;
-    startFromMemory(sides_.a, targetA);
-    startFromMemory(sides_.b, targetB);
+    approach_.moveTo(sides_.a, targetA);
+    approach_.moveTo(sides_.b, targetB);
     form_.lblUsoA.Caption = form_.lblFr[n].Caption;
     form_.lblUsoB.Caption = form_.lblFr[n].Caption;
     return true;
-}
-
-void MemorySlots::startFromMemory(const engine::Side& side, float target) {
-    motion_.moveTo(side, target);
-    const bool near = std::fabs(side.sngPos - target) < static_cast<float>(form_.intMemSlowDist.value());
-    if (near) {
-        motion_.slow(side);
-    } else {
-        motion_.fast(side);
-    }
 }
 
 void MemorySlots::subAzzeraLabel() {

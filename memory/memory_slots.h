@@ -1,7 +1,7 @@
 #pragma once
 
 #include "config/record_file.h"
-#include "engine/motion.h"
+#include "engine/approach.h"
 #include "form/boxes.h"
 #include "platform/sound.h"
 
@@ -11,7 +11,7 @@ namespace memory {
 class MemorySlots {
   public:
     MemorySlots(form::Form1& form, form::Boxes& boxes, config::RecordFile& file, platform::Sound& sound,
-                engine::Motion& motion);
+                engine::Motion& motion, engine::Approach& approach);
 
     /// Stores memory n (1 to 10) after a confirmation; asks for its label.
     void lblMem_DblClick(int n);
@@ -37,8 +37,6 @@ class MemorySlots {
   private:
     bool recall(int n);
     void select(int n);
-    /// subStartDaMemA and subStartDaMemB in one.
-    void startFromMemory(const engine::Side& side, float target);
     void showToolTip(int n, const std::string& label);
     void subAlarmMemUp();
     bool isRotor() const { return form_.intFunzione == form::kSatelliteRotor; }
@@ -48,6 +46,7 @@ class MemorySlots {
     config::RecordFile& file_;
     platform::Sound& sound_;
     engine::Motion& motion_;
+    engine::Approach& approach_;
     engine::Sides sides_;
     int selected_ = 0; // the memory that is selected, 0 for none
 };

@@ -1,0 +1,78 @@
+#include "engine/approach.h"
+
+#include "runtime/number.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace engine {
+
+namespace {
+
+/// User units of a step, above 0; 0 where an engine cannot step.
+double stepDistance(const Side& side) {
+    const double stepsPerTurn = side.bytMolt.value() * side.intSteps.value();
+    return stepsPerTurn == 0 ? 0 : std::fabs(side.sngMMGiro / stepsPerTurn);
+}
+
+} // namespace
+
+Approach::Approach(form::Form1& form, Motion& motion) : form_(form), motion_(motion), sides_(form) {
+    motion_.onStep = [this](const Side& side, int direction) {
+        of(side).backlash.stepped(side.ascends(direction) ? 1 : -1);
+    };
+    motion_.onStop = [this](const Side& side) { of(side).target.reset(); };
+    motion_.onArrival = [this](const Side& side) -> std::function<void()> {
+        const auto target = of(side).target;
+        if (!target) return nullptr;
+        return [this, &side, target = *target] { leg(side, target); };
+    };
+}
+
+void Approach::setBacklash(int play1, int play2) {
+    engines_[0].backlash.setPlay(play1);
+    engines_[1].backlash.setPlay(play2);
+}
+
+std::string Approach::faultOfPlace() const {
+    for (const Side* side : {&sides_.a, &sides_.b}) {
+        if (of(*side).backlash.takenUp()) continue;
+        return side->lblEngine.Caption.get() + " was last moved down: move it up to its place";
+    }
+    return {};
+}
+
+double Approach::stepsTo(const Side& side, float target) {
+    const double distance = stepDistance(side);
+    return distance == 0 ? 0 : (double{target} - side.sngPos) / distance;
+}
+
+bool Approach::moveTo(const Side& side, float target) {
+    of(side).target.reset();
+    const auto steps = static_cast<int>(std::lround(stepsTo(side, target)));
+    const int toZero = static_cast<int>(std::ceil(stepsTo(side, 0)));
+    const Backlash& backlash = of(side).backlash;
+    const int dip = backlash.dip(steps, toZero);
+    if (dip == steps) return leg(side, target);
+    const bool started = leg(side, runtime::toSingle(side.sngPos + dip * stepDistance(side)));
+    if (!started) return false;
+    of(side).target = target;
+    if (steps - dip < backlash.play()) {
+        form_.notice.tell(side.lblEngine.Caption.get() + " cannot go below 0 to take its backlash up");
+    }
+    return true;
+}
+
+bool Approach::leg(const Side& side, float target) {
+    const bool started = motion_.moveTo(side, target);
+    const bool near = std::fabs(side.sngPos - target) < static_cast<float>(form_.intMemSlowDist.value());
+    if (near) {
+        motion_.slow(side);
+    } else {
+        motion_.fast(side);
+    }
+    return started;
+}
+
+} // namespace engine

@@ -1,0 +1,23 @@
+#include "engine/backlash.h"
+
+#include <algorithm>
+
+namespace engine {
+
+void Backlash::setPlay(int play) {
+    play_ = std::max(play, 0);
+    taken_ = 0;
+}
+
+void Backlash::stepped(int direction) {
+    taken_ = std::clamp(taken_ + direction, 0, play_);
+}
+
+int Backlash::dip(int steps, int floor) const {
+    const bool fromBelow = steps >= play_ - taken_ && steps > 0;
+    if (steps == 0 || play_ == 0 || fromBelow) return steps;
+    // Never above the target, and not up at all: a target below the floor keeps its own place.
+    return std::min({steps, 0, std::max(steps - play_, floor)});
+}
+
+} // namespace engine
