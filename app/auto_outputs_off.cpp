@@ -4,6 +4,12 @@
 
 namespace app {
 
+namespace {
+
+constexpr int kFirstDelay = 8; // seconds, for a user who has never set one
+
+} // namespace
+
 AutoOutputsOff::AutoOutputsOff(form::Form1& form, config::RecordFile& file, memory::MemorySlots& slots)
     : form_(form), file_(file), slots_(slots), sides_(form) {
     form_.tmrAutoOff.Tick.attach([this] { tmrAutoOff_Timer(); });
@@ -34,6 +40,8 @@ void AutoOutputsOff::tmrAutoOff_Timer() {
 
 void AutoOutputsOff::chkAutoCmdOff_Click() {
     form_.bolAutoCmdOff = form_.chkAutoCmdOff.ticked();
+    // Without a delay it would never act.
+    if (form_.bolAutoCmdOff && form_.intAutoCmdOffSec == 0) form_.hScrCmdOff.set(kFirstDelay);
 }
 
 void AutoOutputsOff::hScrCmdOff_Change() {

@@ -159,9 +159,9 @@ void Startup::loadOutputsOff() {
     form_.hScrCmdOff.load(seconds);
     const int usable = form_.hScrCmdOff.Value;
     if (seconds != 0 && seconds != usable) damage_.push_back(recordName(record::kAutoOffSeconds));
-    form_.lblAutoCmdOff.Caption = std::to_string(usable);
-    // A delay that was never set never fires, although the bar shows its minimum.
+    // A delay that was never set never fires, although the bar stands at its minimum.
     form_.intAutoCmdOffSec = seconds == 0 ? 0 : usable;
+    form_.lblAutoCmdOff.Caption = std::to_string(form_.intAutoCmdOffSec.value());
     form_.tmrAutoOff.Interval = AutoOutputsOff::countdown(form_.intAutoCmdOffSec);
 }
 

@@ -43,7 +43,7 @@ struct ShellPanel {
     runtime::Int16 intAutoCmdOffSec; // seconds
     CheckBox chkAutoCmdOff{form_, "chkAutoCmdOff", "Enable &Auto Out Off"};
     ScrollBar hScrCmdOff{form_, "hScrCmdOff", {1, 32, 1, 5}}; // 33 s and more overflow the interval
-    Label lblAutoCmdOff{form_, "lblAutoCmdOff", "1"};
+    Label lblAutoCmdOff{form_, "lblAutoCmdOff", "0"};
     Timer tmrAutoOff;
 
     // Configuration.

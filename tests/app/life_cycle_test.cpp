@@ -196,36 +196,62 @@ TEST_F(LifeCycleTest, AFileThatCannotBeReadOrSavedIsToldAndTheProgramGoesOn) {
     EXPECT_EQ(closed, 1);
 }
 
-TEST_F(LifeCycleTest, FunctionsRelabelTheEnginesAndClearPositions) {
+TEST_F(LifeCycleTest, EachFunctionNamesEnginesUnitsAndResets) {
+    startTuner();
+    struct Case {
+        form::Menu& menu;
+        const char *panel, *engineA, *engineB, *resetA, *resetB, *unit, *perTurn;
+        bool rotor;
+    };
+    const Case cases[] = {
+        {f().mnuAmpli, "Tune & Load", "Tune", "Load", "Reset Tn", "Reset Ld", "dots:", "dots/r", false},
+        {f().mnuSat, "Satellite Rotor", "Azimuth", "Elevation", "Reset Az", "Reset El", "deg:", "deg/r",
+         true},
+        {f().mnuCoilTuner, "Coil Tuner", "Engine 1", "Engine 2", "Reset 1", "Reset 2", "mm:", "mm/r", false}};
+    for (const Case& c : cases) {
+        c.menu.Click.fire();
+        EXPECT_EQ(f().StatusBar1.Panels(1), c.panel);
+        EXPECT_EQ(f().lblEngineA.Caption, c.engineA);
+        EXPECT_EQ(f().lblEngineB.Caption, c.engineB);
+        EXPECT_EQ(f().cmdResetA.Caption, c.resetA);
+        EXPECT_EQ(f().cmdResetB.Caption, c.resetB);
+        EXPECT_EQ(f().lblUnitA.Caption.get() + f().lblUnitB.Caption.get(), std::string(c.unit) + c.unit);
+        EXPECT_EQ(f().lblMMGiro.Caption.get() + f().lblMMGiroB.Caption.get(),
+                  std::string(c.perTurn) + c.perTurn);
+        for (const form::Menu* menu : {&f().mnuAmpli, &f().mnuSat, &f().mnuCoilTuner})
+            EXPECT_EQ(menu->Checked, menu == &c.menu) << c.panel;
+        for (const form::Control* shown : std::initializer_list<const form::Control*>{
+                 &f().framSat, &f().lblAzimut, &f().lblElev, &f().cmdAv, &f().cmdInd, &f().cmdAvB,
+                 &f().cmdIndB, &f().lblAzRx, &f().HScOffsetA})
+            EXPECT_EQ(shown->Visible, c.rotor) << c.panel << shown->name();
+        for (const form::Control* shown : std::initializer_list<const form::Control*>{
+                 &f().framTuner, &f().Label2, &f().Label8, &f().lblUsoA, &f().lblUsoB})
+            EXPECT_EQ(shown->Visible, !c.rotor) << c.panel << shown->name();
+        EXPECT_EQ(f().mnuTunConn.Enabled, !c.rotor);
+        EXPECT_EQ(f().mnuSatConn.Enabled, c.rotor);
+    }
+}
+
+TEST_F(LifeCycleTest, ASwitchOfFunctionStopsSwitchesOffAndClears) {
     startTuner();
     f().sngPosA = 5;
     f().mnuCoilTuner.Click.fire(); // on already
     EXPECT_EQ(f().sngPosA, 5);
     f().cmdAv.Click.fire();
     port.takeAccesses();
+    f().Option[1].Value.load(true);
+    f().lblUsoA.Caption = f().lblUsoB.Caption = "7.050";
     f().mnuAmpli.Click.fire();
-    EXPECT_EQ(port.takeAccesses().size(), 8U);
+    EXPECT_EQ(port.data(), 255);
     EXPECT_FALSE(f().Timer1.Enabled);
     EXPECT_EQ(f().sngPosA, 0);
     EXPECT_EQ(f().Label2.Caption, "0");
-    EXPECT_EQ(f().lblEngineA.Caption.get() + f().lblEngineB.Caption.get(), "TuneLoad");
-    EXPECT_EQ(f().cmdResetB.Caption, "Reset Ld");
-    EXPECT_EQ(f().lblUnitA.Caption, "dots:");
-    EXPECT_EQ(f().lblMMGiroB.Caption, "dots/r");
-    EXPECT_TRUE(f().mnuAmpli.Checked);
-    EXPECT_FALSE(f().mnuCoilTuner.Checked || f().cmdAv.Visible || f().cmdIndB.Visible);
-    f().Option[1].Value.load(true);
+    EXPECT_EQ(f().lblUsoA.Caption.get() + f().lblUsoB.Caption.get(), ""); // no memory has led them there
     f().mnuSat.Click.fire();
     EXPECT_FALSE(f().Option[1].Value);
-    EXPECT_TRUE(f().framSat.Visible && f().lblAzimut.Visible && f().cmdAv.Visible);
-    EXPECT_FALSE(f().framTuner.Visible || f().Label2.Visible || f().mnuTunConn.Enabled);
-    EXPECT_EQ(f().StatusBar1.Panels(1), "Satellite Rotor");
     f().HScroll4.userScroll(33);
     EXPECT_EQ(file.read().integer(33), 33);
     EXPECT_EQ(f().lblHiSpOnEL.Caption, "33");
-    f().mnuCoilTuner.Click.fire();
-    EXPECT_EQ(f().lblEngineA.Caption, "Engine 1");
-    EXPECT_TRUE(f().mnuTunConn.Enabled);
 }
 
 TEST_F(LifeCycleTest, APortThatFailsAtTheStartDoesNotStopTheLoad) {

@@ -58,6 +58,48 @@ TEST_F(OutputsOffTest, APortThatIsGoneIsToldOnceAndNotAtEachCountdown) {
     EXPECT_EQ(port.data(), 255);
 }
 
+TEST_F(OutputsOffTest, TheTickAfterItFiredOnlySwitchesOffOnceMore) {
+    storeMemory(1, 30, 30, "14.020");
+    connectN1mm();
+    f().chkAutoMemOnOff.userClick();
+    f().sngPosA = f().sngPosB = 0;
+    while (!f().bolAutoOffFire)
+        clock.advance(1);
+    leaveACoilOn();
+    tune(1402500);
+    poll();
+    EXPECT_EQ(port.data(), 255);
+    EXPECT_FALSE(f().bolAutoOffFire);
+    EXPECT_FALSE(f().Timer1.Enabled); // it neither read nor recalled
+    poll();
+    EXPECT_TRUE(f().Timer1.Enabled);
+
+    f().bolAutoOffFire = true; // an engine that has started since keeps its coils
+    clock.advance(form::Form1::kPollMilliseconds);
+    EXPECT_NE(port.data(), 255);
+    EXPECT_FALSE(f().bolAutoOffFire);
+}
+
+TEST_F(OutputsOffTest, ADelayThatWasNeverSetShowsAs0UntilTheBoxIsTicked) {
+    file.write({config::integerRecord(config::record::kAutoOffSeconds, 0)});
+    start();
+    EXPECT_EQ(f().lblAutoCmdOff.Caption, "0");
+    EXPECT_EQ(f().tmrAutoOff.Interval, 0);
+    f().chkAutoCmdOff.userClick();
+    EXPECT_EQ(f().hScrCmdOff.Value, 8);
+    EXPECT_EQ(f().lblAutoCmdOff.Caption, "8");
+    EXPECT_EQ(file.read().integer(42), 8);
+    leaveACoilOn();
+    clock.advance(8500);
+    EXPECT_EQ(port.data(), 255);
+    f().hScrCmdOff.userScroll(3);
+    f().chkAutoCmdOff.userClick();
+    f().chkAutoCmdOff.userClick();
+    EXPECT_EQ(f().lblAutoCmdOff.Caption, "3");
+    start(); // record 42 holds what was set
+    EXPECT_EQ(f().lblAutoCmdOff.Caption, "3");
+}
+
 TEST_F(OutputsOffTest, SatelliteRotorKeepsItsOutputs) {
     f().mnuSat.Click.fire();
     leaveACoilOn();

@@ -85,6 +85,20 @@ TEST_F(MemoryTest, ARecallOfWhereItStandsStartsNothingButChoosesASpeed) {
     EXPECT_EQ(f().lblUsoA.Caption, "14.020");
 }
 
+TEST_F(MemoryTest, ARecallIsSlowOnlyWithinTheDistance) {
+    for (const auto& [position, interval] :
+         {std::pair(1.01F, 5), std::pair(1.0F, 5), std::pair(0.99F, 10), std::pair(0.0F, 10)}) {
+        storeMemory(1, position, position, "7.050");
+        f().sngPosA = f().sngPosB = 0;
+        f().intDirA = f().intDirB = form::kForward;
+        f().Option[1].userClick();
+        EXPECT_EQ(f().Timer1.Interval, interval) << position;
+        EXPECT_EQ(f().Timer4.Interval, interval) << position;
+        f().cmdAlt.Click.fire();
+        f().cmdAltB.Click.fire();
+    }
+}
+
 TEST_F(MemoryTest, ARecallSeesNoReversal) {
     storeMemory(1, 3, 0, "7.050");
     f().sngPosA = 5;
@@ -122,14 +136,28 @@ TEST_F(MemoryTest, InSatelliteRotorMemoriesNeitherMoveNorChange) {
     EXPECT_TRUE(dialogs.takeMessages().empty());
 }
 
-TEST_F(MemoryTest, ARefusedRecallSelectsNothingThatFastStoreCouldOverwrite) {
+TEST_F(MemoryTest, ARefusedRecallKeepsTheSelection) {
     storeMemory(1, 3, 3, "7.050");
-    storeMemory(2, 3, 3, "14.020");
+    storeMemory(2, 4, 4, "14.020");
+    f().sngPosA = f().sngPosB = 0;
     f().Option[1].userClick();
+    f().cmdAlt.Click.fire();
+    f().cmdAltB.Click.fire();
     f().Label2.Caption = "-0.01";
-    f().Option[2].userClick();
-    EXPECT_TRUE(f().Option[1].Value);
-    EXPECT_FALSE(f().Option[2].Value);
+    const auto expectKept = [this] {
+        for (const int clicked : {1, 2}) {
+            f().Option[clicked].userClick();
+            EXPECT_TRUE(f().Option[1].Value) << clicked;
+            EXPECT_FALSE(f().Option[2].Value) << clicked; // fast store would overwrite it
+            EXPECT_EQ(f().lblUsoA.Caption, "7.050");
+        }
+    };
+    expectKept();
+    f().Label2.Caption = "0.00";
+    f().sngMMGiroB = 0; // one engine that cannot go keeps the other where it is
+    expectKept();
+    EXPECT_FALSE(f().Timer1.Enabled || f().Timer4.Enabled);
+    EXPECT_EQ(f().notice.Caption, "Engine 2 does not start: enter its mm/r");
 }
 
 TEST_F(MemoryTest, AFailedWriteLeavesTheMemoryAsItWas) {
@@ -183,6 +211,38 @@ TEST_F(RecallTest, RecallsOnceTheFrequencyHasSettled) {
     clock.advance(2500);
     EXPECT_FALSE(f().lblBandCh.Visible);
     EXPECT_FALSE(f().tmrBandCh.Enabled);
+}
+
+TEST_F(RecallTest, AMemoryInUseIsNotDrivenAnew) {
+    f().sngPosA = f().sngPosB = 200;
+    settleOn(1402500);
+    EXPECT_EQ(f().Timer2.Interval, 5);
+    f().cmdBassa.Click.fire(); // a choice that a second recall would undo
+    clock.advance(2000);
+    EXPECT_TRUE(f().Timer2.Enabled);
+    EXPECT_EQ(f().Timer2.Interval, 10);
+    f().cmdAlt.Click.fire();
+    f().cmdAltB.Click.fire();
+    clock.advance(2000);
+    EXPECT_FALSE(f().Timer2.Enabled || f().Timer3.Enabled);
+    f().lblUsoB.Caption = "Manual"; // in use is what both engines show
+    poll();
+    EXPECT_TRUE(f().Timer2.Enabled && f().Timer3.Enabled);
+    EXPECT_EQ(f().lblUsoB.Caption, "14.020");
+    f().mnuAmpli.Click.fire();
+    EXPECT_EQ(f().lblUsoA.Caption.get() + f().lblUsoB.Caption.get(), "");
+    poll(); // the positions are 0 now
+    EXPECT_EQ(f().lblUsoA.Caption, "14.020");
+    EXPECT_TRUE(f().Timer1.Enabled && f().Timer4.Enabled);
+}
+
+TEST_F(RecallTest, AnEngineThatCannotStartEndsAutoInsteadOfTryingAtEachTick) {
+    f().intStepsB = 0;
+    settleOn(1402500);
+    EXPECT_FALSE(f().chkAutoMemOnOff.ticked());
+    EXPECT_FALSE(f().Timer1.Enabled || f().Timer2.Enabled);
+    EXPECT_EQ(f().notice.Caption, "Engine 2 does not start: enter its steps/r");
+    EXPECT_EQ(f().lblUsoA.Caption, "");
 }
 
 TEST_F(RecallTest, KeysInBothModes) {
