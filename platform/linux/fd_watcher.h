@@ -18,6 +18,8 @@ class FdWatcher {
     /// Calls `ready` on the user-interface thread whenever `fd` can be read. The caller keeps the descriptor
     /// open longer than the watch. A call may come although another one has already read all there was.
     virtual std::unique_ptr<FdWatch> watch(int fd, std::function<void()> ready) = 0;
+    /// The same for writing: calls `ready` while `fd` has room for more.
+    virtual std::unique_ptr<FdWatch> watchRoom(int fd, std::function<void()> ready) = 0;
 };
 
 } // namespace linux_ports

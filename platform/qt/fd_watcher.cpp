@@ -9,8 +9,8 @@ namespace {
 
 class Watch : public linux_ports::FdWatch {
   public:
-    Watch(int fd, std::function<void()> ready)
-        : notifier_(new QSocketNotifier(fd, QSocketNotifier::Read, QCoreApplication::instance())) {
+    Watch(int fd, QSocketNotifier::Type type, std::function<void()> ready)
+        : notifier_(new QSocketNotifier(fd, type, QCoreApplication::instance())) {
         QObject::connect(notifier_, &QSocketNotifier::activated, notifier_,
                          [ready = std::move(ready)] { ready(); });
     }
@@ -30,7 +30,11 @@ class Watch : public linux_ports::FdWatch {
 } // namespace
 
 std::unique_ptr<linux_ports::FdWatch> FdWatcher::watch(int fd, std::function<void()> ready) {
-    return std::make_unique<Watch>(fd, std::move(ready));
+    return std::make_unique<Watch>(fd, QSocketNotifier::Read, std::move(ready));
+}
+
+std::unique_ptr<linux_ports::FdWatch> FdWatcher::watchRoom(int fd, std::function<void()> ready) {
+    return std::make_unique<Watch>(fd, QSocketNotifier::Write, std::move(ready));
 }
 
 } // namespace qt_ports

@@ -8,6 +8,7 @@ namespace qt_ports {
 class FdWatcher : public linux_ports::FdWatcher {
   public:
     std::unique_ptr<linux_ports::FdWatch> watch(int fd, std::function<void()> ready) override;
+    std::unique_ptr<linux_ports::FdWatch> watchRoom(int fd, std::function<void()> ready) override;
 };
 
 } // namespace qt_ports

@@ -1,0 +1,154 @@
+#include "platform/linux/tcp_servers.h"
+
+#include "platform/linux/file_descriptor.h"
+#include "runtime/errors.h"
+
+#include <arpa/inet.h>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+#include <utility>
+
+namespace linux_ports {
+
+namespace {
+
+/// Bytes read in one turn: one or two short lines, so that even many clients ask for a fraction of a step.
+constexpr std::size_t kPiece = 16;
+constexpr int kWaiting = 16; // connections that the kernel keeps until they are accepted
+
+void set(int fd, int level, int option, int value) {
+    ::setsockopt(fd, level, option, &value, sizeof value);
+}
+
+/// A peer that vanishes without a word is noticed within half a minute.
+void noticeSilentEnd(int fd) {
+    set(fd, SOL_SOCKET, SO_KEEPALIVE, 1);
+    set(fd, IPPROTO_TCP, TCP_KEEPIDLE, 10); // seconds of silence before the first probe
+    set(fd, IPPROTO_TCP, TCP_KEEPINTVL, 5); // seconds between probes
+    set(fd, IPPROTO_TCP, TCP_KEEPCNT, 3);   // probes without an answer that end the connection
+}
+
+class Connection : public platform::TcpConnection {
+  public:
+    Connection(FdWatcher& watcher, FileDescriptor fd)
+        : state_(std::make_shared<State>(watcher, std::move(fd))) {}
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+    // What runs inside an event outlives the connection.
+    ~Connection() override {
+        state_->end();
+        state_->fd = FileDescriptor();
+    }
+
+    void start(Events events) override {
+        set(state_->fd.get(), IPPROTO_TCP, TCP_NODELAY, 1);
+        noticeSilentEnd(state_->fd.get());
+        state_->events = std::move(events);
+        state_->readWatch = state_->watcher.watch(state_->fd.get(), [state = state_] { receive(*state); });
+    }
+
+    std::size_t send(std::string_view bytes) override {
+        const ssize_t sent = ::send(state_->fd.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        const std::size_t taken = sent > 0 ? static_cast<std::size_t>(sent) : 0;
+        // A connection that is broken ends by its next reading.
+        if (taken < bytes.size() && !state_->roomWatch) {
+            state_->roomWatch = state_->watcher.watchRoom(state_->fd.get(), [state = state_] {
+                state->roomWatch.reset();
+                state->events.writable();
+            });
+        }
+        return taken;
+    }
+
+  private:
+    struct State {
+        State(FdWatcher& watches, FileDescriptor socket) : watcher(watches), fd(std::move(socket)) {}
+        void end() {
+            readWatch.reset();
+            roomWatch.reset();
+        }
+        FdWatcher& watcher;
+        FileDescriptor fd;
+        Events events;
+        std::unique_ptr<FdWatch> readWatch, roomWatch;
+    };
+
+    static void receive(State& state) {
+        std::array<char, kPiece> piece;
+        const ssize_t size = ::recv(state.fd.get(), piece.data(), piece.size(), 0);
+        if (size > 0) {
+            state.events.received({piece.data(), static_cast<std::size_t>(size)});
+        } else if (size == 0 || (errno != EAGAIN && errno != EINTR)) {
+            state.end();
+            state.events.ended();
+        }
+    }
+
+    std::shared_ptr<State> state_;
+};
+
+class Listener : public platform::TcpServer {
+  public:
+    Listener(FdWatcher& watcher, FileDescriptor fd, platform::TcpServers::Accepted accepted)
+        : fd_(std::move(fd)),
+          // What is told may destroy this listener.
+          watch_(watcher.watch(fd_.get(), [&watcher, fd = fd_.get(), accepted = std::move(accepted)] {
+              accept(watcher, fd, accepted);
+          })) {}
+
+  private:
+    static std::string textOf(const sockaddr_in& address) {
+        std::array<char, INET_ADDRSTRLEN> text{};
+        ::inet_ntop(AF_INET, &address.sin_addr, text.data(), text.size());
+        return text.data();
+    }
+
+    static void accept(FdWatcher& watcher, int listening, const platform::TcpServers::Accepted& accepted) {
+        sockaddr_in peer{}, here{};
+        socklen_t size = sizeof peer;
+        FileDescriptor fd(
+            ::accept4(listening, reinterpret_cast<sockaddr*>(&peer), &size, SOCK_NONBLOCK | SOCK_CLOEXEC));
+        if (!fd) return; // the peer has gone again
+        size = sizeof here;
+        ::getsockname(fd.get(), reinterpret_cast<sockaddr*>(&here), &size);
+        accepted(std::make_unique<Connection>(watcher, std::move(fd)), {textOf(peer), textOf(here)});
+    }
+
+    FileDescriptor fd_;
+    std::unique_ptr<FdWatch> watch_;
+};
+
+std::string why(int error) {
+    if (error == EADDRINUSE) return "another program has this port";
+    if (error == EADDRNOTAVAIL) return "this computer does not have this address";
+    return reason(error);
+}
+
+} // namespace
+
+std::unique_ptr<platform::TcpServer> TcpServers::listen(const std::string& address, int port,
+                                                        Accepted accepted) {
+    const auto refuse = [&](int error) {
+        throw runtime::ObjectError("Cannot listen on " + address + ":" + std::to_string(port) + ": " +
+                                   why(error));
+    };
+    FileDescriptor fd(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    if (!fd) refuse(errno);
+    // The port is free again at once when the program starts anew; no second listener gets it by this.
+    set(fd.get(), SOL_SOCKET, SO_REUSEADDR, 1);
+    sockaddr_in name{};
+    name.sin_family = AF_INET;
+    name.sin_port = htons(static_cast<std::uint16_t>(port));
+    if (::inet_pton(AF_INET, address.c_str(), &name.sin_addr) != 1) refuse(EINVAL);
+    if (::bind(fd.get(), reinterpret_cast<const sockaddr*>(&name), sizeof name) != 0 ||
+        ::listen(fd.get(), kWaiting) != 0) {
+        refuse(errno);
+    }
+    return std::make_unique<Listener>(watcher_, std::move(fd), std::move(accepted));
+}
+
+} // namespace linux_ports
