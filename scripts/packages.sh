@@ -6,7 +6,7 @@
 program_packages=(build-essential cmake ninja-build qt6-base-dev qt6-multimedia-dev libhidapi-dev pkg-config)
 # To build and run its tests.
 test_packages=("${program_packages[@]}" libgtest-dev libgmock-dev umockdev libumockdev-dev locales xvfb libbenchmark-dev
-    dbus-daemon)
+    dbus-daemon libhamlib-utils gpredict xdotool)
 # What CI checks beyond the tests.
 check_packages=(clang-format clang-tidy shellcheck)
 # The fuzz targets.
