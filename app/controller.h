@@ -8,6 +8,7 @@
 #include "platform/sound.h"
 #include "platform/station_messages.h"
 #include "platform/tcp_clients.h"
+#include "platform/tcp_server.h"
 #include "platform/udp_sockets.h"
 #include "platform/usb_board.h"
 
@@ -29,6 +30,7 @@ struct Ports {
     Ref<platform::StationMessages> station;
     Ref<platform::UdpSockets> udp;
     Ref<platform::TcpClients> tcp;
+    Ref<platform::TcpServers> tcpServers;
     Ref<platform::Dialogs> dialogs;
     Ref<platform::Shell> shell;
     Ref<platform::Sound> sound;

@@ -39,6 +39,8 @@ constexpr std::array kLinks = {
     Link{&form::FrmHardware::txtN1mmListen, &HardwareSettings::n1mmListen},
     Link{&form::FrmHardware::txtTrackingServer, &HardwareSettings::trackingServer},
     Link{&form::FrmHardware::txtBridge, &HardwareSettings::bridge},
+    Link{&form::FrmHardware::txtRotctld, &HardwareSettings::rotctld},
+    Link{&form::FrmHardware::txtRotctldAllow, &HardwareSettings::rotctldAllow},
 };
 
 void choose(form::ComboBox& box, const std::string& entry) {

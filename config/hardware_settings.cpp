@@ -64,14 +64,28 @@ std::optional<std::string> faultOfBridge(const std::string& text) {
     return quoted(text) + " is not HOST or HOST:PORT, with a port from 1 to 65535";
 }
 
+std::optional<std::string> faultOfRotctld(const std::string& text) {
+    if (text == kOff || listenEndpoint(text)) return std::nullopt;
+    return quoted(text) +
+           " is neither \"off\" nor PORT or ADDRESS:PORT, with an IPv4 address and a port from "
+           "1 to 65535";
+}
+
+std::optional<std::string> faultOfAllowed(const std::string& text) {
+    if (addressList(text)) return std::nullopt;
+    return quoted(text) + " is no list of IPv4 addresses such as 192.168.1.20,192.168.1.21";
+}
+
 } // namespace
 
-const std::array<HardwareField, 5> kHardwareFields = {{
+const std::array<HardwareField, 7> kHardwareFields = {{
     {"port", &HardwareSettings::port, faultOfPort},
     {"usb", &HardwareSettings::usb, faultOfUsb},
     {"n1mm-listen", &HardwareSettings::n1mmListen, faultOfListenAddress},
     {"tracking-server", &HardwareSettings::trackingServer, faultOfHost},
     {"bridge", &HardwareSettings::bridge, faultOfBridge},
+    {"rotctld", &HardwareSettings::rotctld, faultOfRotctld},
+    {"rotctld-allow", &HardwareSettings::rotctldAllow, faultOfAllowed},
 }};
 
 std::optional<std::uint16_t> ioAddress(std::string_view port) {
@@ -110,10 +124,41 @@ std::optional<Endpoint> parseEndpoint(std::string_view text, std::uint16_t usual
     return Endpoint{std::string(host), *port};
 }
 
+std::optional<Endpoint> listenEndpoint(std::string_view text) {
+    const std::string place =
+        text.find(':') == std::string_view::npos ? "127.0.0.1:" + std::string(text) : std::string(text);
+    // A missing port comes out as 0.
+    const auto endpoint = parseEndpoint(place, 0);
+    if (!endpoint || endpoint->port == 0 || !bridge::isAddress(endpoint->host)) return std::nullopt;
+    return endpoint;
+}
+
+std::optional<std::vector<std::string>> addressList(std::string_view text) {
+    std::vector<std::string> addresses;
+    const auto trimmed = [](std::string_view word) {
+        word.remove_prefix(std::min(word.find_first_not_of(' '), word.size()));
+        return word.substr(0, word.find_last_not_of(' ') + 1);
+    };
+    if (trimmed(text).empty()) return addresses;
+    for (std::size_t begin = 0; begin <= text.size();) {
+        const auto end = std::min(text.find(',', begin), text.size());
+        const std::string_view address = trimmed(text.substr(begin, end - begin));
+        if (!bridge::isAddress(address)) return std::nullopt;
+        addresses.emplace_back(address);
+        begin = end + 1;
+    }
+    return addresses;
+}
+
 std::optional<std::string> faultOf(const HardwareSettings& settings) {
     for (const HardwareField& field : kHardwareFields) {
         if (const auto fault = field.fault(settings.*field.value))
             return std::string(field.name) + ": " + *fault;
+    }
+    const auto rotctld = listenEndpoint(settings.rotctld);
+    if (rotctld && isReachable(rotctld->host) && addressList(settings.rotctldAllow)->empty()) {
+        return "rotctld: other computers can reach " + settings.rotctld +
+               "; enter those that may turn the antenna as \"rotctld, allowed\" (--rotctld-allow)";
     }
     return std::nullopt;
 }

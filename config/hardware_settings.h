@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// How the texts of platform::HardwareSettings are read.
 namespace config {
@@ -14,6 +15,7 @@ namespace config {
 inline constexpr const char* kAutomatic = "auto";
 inline constexpr const char* kSimulated = "simulated";
 inline constexpr const char* kNone = "none";
+inline constexpr const char* kOff = "off";
 
 /// The I/O address of a port text such as "0x378", 0x100 to 0xFFF0 and a multiple of 4; nothing when it is
 /// none.
@@ -32,6 +34,18 @@ struct Endpoint {
 /// Nothing when it is neither.
 std::optional<Endpoint> parseEndpoint(std::string_view text, std::uint16_t usualPort);
 
+/// Where a text "ADDRESS:PORT" or "PORT" has this computer listen, with an IPv4 address; without one, for
+/// this computer alone. Nothing when it is neither, as "off" is.
+std::optional<Endpoint> listenEndpoint(std::string_view text);
+
+/// The IPv4 addresses of a text, separated by commas, with blanks around them; nothing when one is none.
+std::optional<std::vector<std::string>> addressList(std::string_view text);
+
+/// Whether other computers can reach what listens at this address.
+inline bool isReachable(std::string_view address) {
+    return !address.starts_with("127.");
+}
+
 /// One of the settings: its name in "twinstep.ini" and on the command line, its place, and what is wrong with
 /// a text for it, in words that follow the name; nothing when all is well.
 struct HardwareField {
@@ -40,9 +54,10 @@ struct HardwareField {
     std::optional<std::string> (*fault)(const std::string& text);
 };
 
-extern const std::array<HardwareField, 5> kHardwareFields;
+extern const std::array<HardwareField, 7> kHardwareFields;
 
-/// The first fault of the settings, with the name before it: "n1mm-listen: ...".
+/// The first fault of the settings, with the name before it: "n1mm-listen: ...". Also where one does not go
+/// with another.
 std::optional<std::string> faultOf(const platform::HardwareSettings& settings);
 
 } // namespace config

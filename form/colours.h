@@ -13,6 +13,7 @@ constexpr Colour kRed = 255;
 constexpr Colour kGreen = 0xC000;       // off, safe, disconnected
 constexpr Colour kBrightGreen = 0xFF00; // a test connection that works
 constexpr Colour kYellow = 0xFFFF;      // an entry being edited
+constexpr Colour kAmber = 0x00BFFF;     // needs a look
 
 constexpr Colour kPaletteBit = 0x80000000;
 constexpr Colour kWindowBackground = 0x80000005;

@@ -111,6 +111,8 @@ struct FrmHardware : Form {
     TextBox txtN1mmListen{*this, "txtN1mmListen"};
     TextBox txtTrackingServer{*this, "txtTrackingServer"};
     TextBox txtBridge{*this, "txtBridge"};
+    TextBox txtRotctld{*this, "txtRotctld"};
+    TextBox txtRotctldAllow{*this, "txtRotctldAllow"};
     Label lblBridge{*this, "lblBridge"}; // the state of the link to the bridge
     Timer tmrBridge;
     Label lblFixed{*this, "lblFixed", "What is grey was given on the command line."};

@@ -44,6 +44,8 @@ struct RotorPanel {
     CheckBox chkOpenCom{form_, "chkOpenCom", "SatPC32"};
     Label lblOpenCom{form_, "lblOpenCom", "Connect"}; // state of the tracking link
 
+    Label lblRotctld{form_, "lblRotctld"}; // where other programs turn the rotor, and how many
+
     Button cmdConnect{form_, "cmdConnect", "0"};          // Orbitron's link: "0" closed, "I" open
     CheckBox chkRotOnOff{form_, "chkRotOnOff", "Follow"}; // automatic following
     ScrollBar HScroll1{form_, "HScroll1", kThreshold};    // record 40

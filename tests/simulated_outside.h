@@ -7,6 +7,7 @@
 #include "platform/simulated/links.h"
 #include "platform/simulated/outputs.h"
 #include "platform/simulated/tcp_clients.h"
+#include "platform/simulated/tcp_servers.h"
 
 /// Everything outside the program, simulated: what tests, benchmarks and fuzz targets run the controller on.
 struct SimulatedOutside {
@@ -17,6 +18,7 @@ struct SimulatedOutside {
     simulated::StationMessages station;
     simulated::UdpSockets udp;
     simulated::TcpClients tcp;
+    simulated::TcpServers tcpServers;
     simulated::Dialogs dialogs;
     simulated::Shell shell;
     simulated::Sound sound;
@@ -31,6 +33,7 @@ struct SimulatedOutside {
                 .station = station,
                 .udp = udp,
                 .tcp = tcp,
+                .tcpServers = tcpServers,
                 .dialogs = dialogs,
                 .shell = shell,
                 .sound = sound,

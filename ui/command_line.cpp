@@ -57,11 +57,20 @@ struct Words {
         "Where twinstep-bridge runs, beside Ham Radio Deluxe, Logger32, Orbitron or SatPC32 (default: "
         "127.0.0.1:7380).",
         "HOST[:PORT]"};
+    const QCommandLineOption rotctld{"rotctld",
+                                     "Where Satellite Rotor listens for programs that turn a rotator through "
+                                     "Hamlib's rotctld, such as Gpredict (default: 127.0.0.1:4533).",
+                                     "[ADDRESS:]PORT|off"};
+    const QCommandLineOption rotctldAllow{
+        "rotctld-allow",
+        "The other computers that may turn the antenna, when --rotctld gives an address that they can reach.",
+        "ADDRESS[,ADDRESS...]"};
     const QCommandLineOption version{"version", "Show the version."};
     const QCommandLineOption help{"help", "Show this help."};
 
     QList<QCommandLineOption> all() const {
-        return {directory, userData, port, usb, trace, realtime, listen, server, bridge, version, help};
+        return {directory, userData, port,    usb,          trace,   realtime, listen,
+                server,    bridge,   rotctld, rotctldAllow, version, help};
     }
 };
 

@@ -72,7 +72,8 @@ Card* devices(form::FrmHardware& form, Adapters& adapters) {
 }
 
 Card* links(form::FrmHardware& form, Adapters& adapters) {
-    auto* card = new Card("Links", "Where frequency and tracking data come from.");
+    auto* card =
+        new Card("Links", "Where frequency and tracking data come from, and who else may turn the antenna.");
     QGridLayout* grid = addGrid(*card);
     struct Link {
         form::TextBox& box;
@@ -91,7 +92,16 @@ Card* links(form::FrmHardware& form, Adapters& adapters) {
                "Host name or address"},
           Link{form.txtBridge, "Bridge",
                "Where twinstep-bridge runs, beside Ham Radio Deluxe, Logger32, Orbitron or SatPC32.",
-               "Host, or host:port"}}) {
+               "Host, or host:port"},
+          Link{form.txtRotctld, "rotctld, listen at",
+               "Where Gpredict and other programs that know Hamlib's rotctld reach the rotor, in Satellite "
+               "Rotor. "
+               "127.0.0.1: from this computer alone; off: not at all.",
+               "Port, address:port, or off"},
+          Link{form.txtRotctldAllow, "rotctld, allowed",
+               "The addresses of the other computers that may turn the antenna, separated by commas. This "
+               "computer always may.",
+               "Addresses of others, or none"}}) {
         grid->addWidget(fixedText(link.name, link.tip), line, kNameColumn);
         grid->addWidget(
             adapters.textBox(link.box, {link.name, link.tip, "Tab"}, "station-computer.local:7380"), line,

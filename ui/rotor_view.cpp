@@ -83,6 +83,13 @@ RotorView::RotorView(form::Form1& form, Adapters& adapters)
         ++place;
     }
     body().addLayout(grid, 1);
+    CaptionLabel* rotctld = adapters.label(
+        form.lblRotctld,
+        {"rotctld", "Where Gpredict and other programs that know rotctld reach the rotor. Set in "
+                    "Hardware and Links."},
+        "rotctld 192.168.100.100:45330, 16 clients");
+    rotctld->setTone(CaptionLabel::Tone::Quiet);
+    body().addWidget(rotctld, 0, Qt::AlignLeft);
 }
 
 void RotorView::layOutLinks(QBoxLayout& line, form::Form1& form, Adapters& adapters) {

@@ -132,6 +132,12 @@ ChosenHardware::ChosenHardware(Texts given, qt_ports::SettingsFile file)
         if (const auto text = given_.find(field.name); text != given_.end())
             settings_.*field.value = text->second;
     }
+    // Each may be well, and the two not fit together.
+    if (const auto fault = config::faultOf(settings_)) {
+        if (isFixed(&HardwareSettings::rotctld)) throw runtime::ObjectError("--" + *fault);
+        notice_ += std::string(kSettingsFile) + ": " + *fault + ". Nobody can turn the antenna from there.\n";
+        settings_.rotctld = config::kOff;
+    }
     // One spelling for each card.
     if (const auto card = config::cardAddress(settings_.usb))
         settings_.usb = "k8055:" + std::to_string(*card);

@@ -10,6 +10,7 @@
 #include "platform/linux/chosen_hardware.h"
 #include "platform/linux/realtime.h"
 #include "platform/linux/signals.h"
+#include "platform/linux/tcp_servers.h"
 #include "platform/linux/timers.h"
 #include "platform/linux/udp_sockets.h"
 #include "platform/linux/work_folder.h"
@@ -42,11 +43,12 @@ BridgeAddress bridgeAddress(const HardwareSettings& settings) {
 /// Clocks and links: what needs the event loop.
 struct Connections {
     Connections(FdWatcher& watcher, platform::TcpClients& tcp, const HardwareSettings& settings)
-        : timers(watcher), udp(watcher, listenAddress(settings)),
+        : timers(watcher), udp(watcher, listenAddress(settings)), tcpServers(watcher),
           bridge(tcp, timers, std::string(app::kVersion), bridgeAddress(settings)) {}
 
     Timers timers;
     UdpSockets udp;
+    TcpServers tcpServers;
     BridgeConnection bridge;
     BridgeDdeLinks links{bridge, timers};
     BridgeStationMessages station{bridge, timers};
@@ -89,6 +91,7 @@ class Outside : public app::Outside {
                          .station = connections.station,
                          .udp = connections.udp,
                          .tcp = toolkit.tcp,
+                         .tcpServers = connections.tcpServers,
                          .dialogs = toolkit.dialogs,
                          .shell = toolkit.shell,
                          .sound = toolkit.sound,

@@ -29,6 +29,13 @@ TEST(HardwareSettings, TextsAreReadOrRefused) {
         {"bridge",
          {"station", "station:7380", "10.0.0.2:1", "[fe80::1]:65535", "[::1]"},
          {"", ":7380", "station:", "station:0", "station:65536", "fe80::1", "[::1", "[::1]7380", "a b"}},
+        {"rotctld",
+         {"off", "4533", "127.0.0.1:4533", "0.0.0.0:65535"},
+         {"", "on", "0", "65536", ":4533", "127.0.0.1", "127.0.0.1:", "localhost:4533", "127.0.0.1:0",
+          "4533 "}},
+        {"rotctld-allow",
+         {"", " ", "192.168.1.20", "192.168.1.20,192.168.1.21", " 10.0.0.1 , 10.0.0.2 "},
+         {",", "shack", "10.0.0.1,", "10.0.0.1 10.0.0.2", "10.0.0.0/8"}},
     };
     for (const config::HardwareField& field : config::kHardwareFields) {
         const auto* const found = std::ranges::find(cases, std::string(field.name), &Case::name);
@@ -42,6 +49,12 @@ TEST(HardwareSettings, TextsAreReadOrRefused) {
     EXPECT_EQ(config::cardAddress("k8055:2"), 2);
     EXPECT_EQ(config::parseEndpoint("[::1]:9", 7), (config::Endpoint{"::1", 9}));
     EXPECT_EQ(config::parseEndpoint("shack", 7), (config::Endpoint{"shack", 7}));
+    EXPECT_EQ(config::listenEndpoint("4534"), (config::Endpoint{"127.0.0.1", 4534}));
+    EXPECT_THAT(*config::addressList(" 10.0.0.1 ,10.0.0.2"), ElementsAre("10.0.0.1", "10.0.0.2"));
+    platform::HardwareSettings settings{.rotctld = "0.0.0.0:4533"};
+    EXPECT_THAT(*config::faultOf(settings), HasSubstr("0.0.0.0:4533"));
+    settings.rotctldAllow = "10.0.0.1";
+    EXPECT_EQ(config::faultOf(settings), std::nullopt);
 }
 
 struct HardwareDialog : Desk {
@@ -85,9 +98,15 @@ TEST_F(HardwareDialog, SavingUsesAndKeepsWhatIsChosen) {
         dialog.txtN1mmListen.Text = "0.0.0.0";
         dialog.txtTrackingServer.Text = "shack";
         dialog.txtBridge.Text = "shack:9";
+        dialog.txtRotctld.Text = "off";
         dialog.cmdSaveHardware.Click.fire();
     });
-    const platform::HardwareSettings wanted{"/dev/parport1", "k8055:2", "0.0.0.0", "shack", "shack:9"};
+    const platform::HardwareSettings wanted{.port = "/dev/parport1",
+                                            .usb = "k8055:2",
+                                            .n1mmListen = "0.0.0.0",
+                                            .trackingServer = "shack",
+                                            .bridge = "shack:9",
+                                            .rotctld = "off"};
     EXPECT_EQ(hardware.settings(), wanted);
     EXPECT_EQ(hardware.kept(), wanted);
     EXPECT_EQ(outputsPanel(), "/dev/parport1");
