@@ -72,6 +72,7 @@ void Startup::resetEngines() {
     for (const engine::Side* side : {&sides_.a, &sides_.b}) {
         motion_.stop(*side);
         side->entryNotice.Caption = "";
+        side->entryNotice.ToolTip = "";
         side->intDir = 0;
         // The half-step index has no start value: it stays where it stood.
         side->intFase = 1;

@@ -16,6 +16,12 @@ void keepNumberCharacters(int& character) {
     form::keepRange(character, ',', '9');
 }
 
+/// A reason of the file may be too long for its place: the tool tip has it whole.
+void showReason(const Side& side, const std::string& reason) {
+    side.entryNotice.Caption = reason;
+    side.entryNotice.ToolTip = reason;
+}
+
 } // namespace
 
 form::Int16 stepPeriod(form::Int16 speed) {
@@ -56,8 +62,7 @@ void Parameters::attach(Entry& entry) {
 Parameters::Entry Parameters::speed(const Side& side, bool fast) {
     const Parameter& parameter = fast ? side.fast : side.slow;
     const LowSpeed low = fast ? side.lowFast : side.lowSlow;
-    return {side, parameter, "a whole number from 1 to 1000",
-            [&side, &parameter, low, fast](const std::string& text) {
+    return {side, parameter, "1 to 1000", [&side, &parameter, low, fast](const std::string& text) {
                 form::Int16 value = runtime::parseInt16(text);
                 if (value > kFastest) value = kFastest;
                 if (low == LowSpeed::ZeroBecomesOne && value == 0) value = 1;
@@ -71,7 +76,7 @@ Parameters::Entry Parameters::speed(const Side& side, bool fast) {
 }
 
 Parameters::Entry Parameters::steps(const Side& side) {
-    return {side, side.steps, "a whole number up to 32767", [&side](const std::string& text) {
+    return {side, side.steps, "at most 32767", [&side](const std::string& text) {
                 const form::Int16 value = runtime::parseInt16(text);
                 return Value{std::to_string(value.value()), config::integerRecord(side.steps.record, value),
                              [&side, value] { side.intSteps = value; }};
@@ -117,13 +122,13 @@ void Parameters::confirm(Entry& entry) {
     }
     box.Enabled = false;
     if (entry.side.entryNotice.Caption.get().starts_with(entry.parameter.label.Caption.get())) {
-        entry.side.entryNotice.Caption = "";
+        showReason(entry.side, "");
     }
     if (entry.afterwards) entry.afterwards();
 }
 
 void Parameters::refuse(Entry& entry, const std::string& reason) {
-    entry.side.entryNotice.Caption = entry.parameter.label.Caption.get() + ": " + reason;
+    showReason(entry.side, entry.parameter.label.Caption.get() + ": " + reason);
     open(entry);
 }
 

@@ -58,9 +58,9 @@ TEST_F(ParametersTest, OnlyEngineATakesANewSlowSpeedAtOnce) {
 
 TEST_F(ParametersTest, WhatIsNoValueIsRefusedAndTheEntryStaysOpen) {
     const std::tuple<form::Label*, form::TextBox*, form::Label*, const char*> cases[] = {
-        {&f().lblMemAltaA, &f().txtAltaVelA, &f().entryNoticeA, "fast: enter a whole number from 1 to 1000"},
-        {&f().lblBassaB, &f().txtBassaVelB, &f().entryNoticeB, "slow: enter a whole number from 1 to 1000"},
-        {&f().lblMemSteps, &f().txtSteps, &f().entryNoticeA, "steps/r: enter a whole number up to 32767"},
+        {&f().lblMemAltaA, &f().txtAltaVelA, &f().entryNoticeA, "fast: enter 1 to 1000"},
+        {&f().lblBassaB, &f().txtBassaVelB, &f().entryNoticeB, "slow: enter 1 to 1000"},
+        {&f().lblMemSteps, &f().txtSteps, &f().entryNoticeA, "steps/r: enter at most 32767"},
         {&f().lblMMGiro, &f().txtMMGiro, &f().entryNoticeA, "units/r: enter a number"},
         {&f().lblMMGiroB, &f().txtMMGiroB, &f().entryNoticeB, "units/r: enter a number"}};
     for (const auto& [label, box, notice, reason] : cases) {
@@ -100,6 +100,7 @@ TEST_F(ParametersTest, WhatCannotBeWrittenStaysOpenAndIsNotInForce) {
         enter(*label, *box, "50");
         EXPECT_TRUE(box->Enabled);
         EXPECT_NE(f().entryNoticeA.Caption.get().find("save.cfg"), std::string::npos);
+        EXPECT_EQ(f().entryNoticeA.ToolTip, f().entryNoticeA.Caption);
     }
     EXPECT_EQ(f().intVelBassaA, 100);
     EXPECT_EQ(f().Timer1.Interval, 10);

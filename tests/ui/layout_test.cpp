@@ -153,6 +153,29 @@ TEST_F(WindowSize, LongTextsEndInDotsAndMoveNothing) {
     EXPECT_EQ(text("lblFr3").toStdString(), longText);
 }
 
+TEST_F(WindowSize, NoticesHaveRoomAndMoveNothing) {
+    const auto places = [this] {
+        QMap<QString, QRect> all;
+        for (const QWidget* child : window().findChildren<QWidget*>()) {
+            if (!child->objectName().isEmpty()) all[child->objectName()] = child->geometry();
+        }
+        return all;
+    };
+    f().notice.tell("shown once"); // its place in the pile is given when it is shown
+    settle();
+    f().notice.Caption = "";
+    settle();
+    const auto before = places();
+    f().notice.Caption = "Elevation does not start: enter its slow or fast speed";
+    f().entryNoticeA.Caption = f().entryNoticeB.Caption = "steps/r: enter at most 32767";
+    settle();
+    EXPECT_EQ(places(), before);
+    for (const char* name : {"notice", "entryNoticeA", "entryNoticeB"}) {
+        EXPECT_TRUE(widget(name).isVisible()) << name;
+        EXPECT_FALSE(widget<ui::CaptionLabel>(name).shortened()) << name;
+    }
+}
+
 class Reach : public WindowFixture {
   protected:
     /// Every visible widget that stands for a control.

@@ -134,7 +134,7 @@ TEST_F(Window, PastedTextReachesTheControlAndIsJudgedThere) {
     EXPECT_EQ(f().txtSteps.Text.get(), "many");
     QTest::keyClick(&box, Qt::Key_Return);
     settle();
-    EXPECT_EQ(text("entryNoticeA"), "steps/r: enter a whole number up to 32767");
+    EXPECT_EQ(text("entryNoticeA"), "steps/r: enter at most 32767");
     EXPECT_TRUE(dialogs.takeMessages().empty());
     EXPECT_TRUE(box.isEnabled());
 }
