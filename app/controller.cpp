@@ -6,6 +6,7 @@
 #include "app/help_menu.h"
 #include "app/shutdown.h"
 #include "app/startup.h"
+#include "app/storage_notice.h"
 #include "config/general_settings.h"
 #include "config/hardware_and_links.h"
 #include "config/named_configurations.h"
@@ -63,11 +64,12 @@ struct Controller::Subsystems {
     AutoOutputsOff outputsOff{form, file, slots};
     HelpMenu help{form, boxes, ports.shell};
     Startup startup{form, boxes, file, outputs, motion, functions, slots, thresholds};
-    Shutdown shutdown{form, boxes, file, outputs, sources, startup};
+    Shutdown shutdown{form, boxes, file, outputs, sources};
+    StorageNotice storageNotice{form, file, ports.timers};
 };
 
 Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::path& directory)
-    : ports(outside), file(directory / "save.cfg") {
+    : ports(outside), file(outside.storage, directory / "save.cfg") {
     form.StatusBar1.Panels(form::kPanelOutputs) = ports.hardware.get().outputsName();
     boxes.onOpening = [this] { motion.releaseJogs(); };
     motion.subResetPressedMem = [this] { slots.subResetPressedMem(); };

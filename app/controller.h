@@ -7,6 +7,7 @@
 #include "platform/shell.h"
 #include "platform/sound.h"
 #include "platform/station_messages.h"
+#include "platform/storage.h"
 #include "platform/tcp_clients.h"
 #include "platform/tcp_server.h"
 #include "platform/udp_sockets.h"
@@ -35,6 +36,7 @@ struct Ports {
     Ref<platform::Shell> shell;
     Ref<platform::Sound> sound;
     Ref<platform::Hardware> hardware;
+    Ref<platform::Storage> storage;
 };
 
 /// The whole program behind its window: the form and all subsystems, wired together.

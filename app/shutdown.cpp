@@ -1,7 +1,7 @@
 #include "app/shutdown.h"
 
 #include "config/display_colours.h"
-#include "config/records.h"
+#include "config/record_table.h"
 #include "engine/side.h"
 #include "runtime/errors.h"
 #include "runtime/number.h"
@@ -21,11 +21,22 @@ std::string tableText(float value) {
     return runtime::firstCharacters(digits.starts_with('-') ? digits : " " + digits, kTableTextMax);
 }
 
+/// What the records hold, each name once.
+std::string namesOf(const std::vector<config::Record>& records) {
+    std::string names, last;
+    for (const config::Record& record : records) {
+        const std::string name = config::recordName(record.number);
+        if (name != last) names += (last.empty() ? "" : "; ") + name;
+        last = name;
+    }
+    return names;
+}
+
 } // namespace
 
 Shutdown::Shutdown(form::Form1& form, form::Boxes& boxes, config::RecordFile& file,
-                   engine::OutputPorts& outputs, radio::FrequencySources& sources, const Startup& startup)
-    : form_(form), boxes_(boxes), file_(file), outputs_(outputs), sources_(sources), startup_(startup) {
+                   engine::OutputPorts& outputs, radio::FrequencySources& sources)
+    : form_(form), boxes_(boxes), file_(file), outputs_(outputs), sources_(sources) {
     form_.mnuUscita.Click.attach([this] { subSalvaInUscita(); });
 }
 
@@ -59,39 +70,66 @@ void Shutdown::attempt(const std::function<void()>& step, const std::string& oth
 }
 
 void Shutdown::save() {
-    if (!startup_.fileWasRead()) {
-        throw runtime::FileError("\"" + file_.path().filename().string() +
-                                 "\" could not be read at the start");
+    const config::Unit unit = state();
+    for (bool again = true; again;) {
+        std::string lost = "Not saved: " + namesOf(unit.records) + ". ";
+        try {
+            file_.write(unit);
+            lost.clear(); // the journal has it, whatever comes now
+            file_.finish();
+            again = false;
+        } catch (const runtime::FileError& error) {
+            again = boxes_.confirm(std::string(error.what()) + ". " + lost + "Try again?", "Error!");
+        }
     }
-    std::vector<config::Record> records = {
-        config::integerRecord(record::kFunction, form_.intFunzione),
-        config::booleanRecord(record::kAutoOffEnabled, form_.bolAutoCmdOff),
-        config::byteRecord(record::kMultiplierA, form_.bytMoltA),
-        config::byteRecord(record::kMultiplierB, form_.bytMoltB),
-        config::textRecord(record::kDisplayColour, runtime::hexText(config::displayColour(form_))),
-        config::textRecord(record::kBackgroundColour, runtime::hexText(config::displayBackground(form_))),
-        config::textRecord(record::kInUseA, form_.lblUsoA.Caption.get()),
-        config::textRecord(record::kInUseB, form_.lblUsoB.Caption.get()),
-        config::booleanRecord(record::kBandMode, form_.bolBandMode),
-        config::taggedTextRecord(record::kConfigName, form_.varConfigName),
-        config::integerRecord(record::kOffsetAzimuth, form_.HScOffsetA.Value.get()),
-        config::integerRecord(record::kOffsetElevation, form_.HScOffsetB.Value.get()),
+}
+
+/// What is saved at the exit. A value that does not fit its record is told and left out.
+config::Unit Shutdown::state() {
+    config::Unit unit;
+    std::vector<config::Record> misfits;
+    const auto add = [&](auto encode, int number, const auto& value) {
+        try {
+            unit.records.push_back(encode(number, value));
+        } catch (const runtime::RunTimeError&) {
+            misfits.push_back({number});
+        }
     };
-    // The count is written with each entry, so an empty table leaves the old count standing.
-    int number = record::kTableFirst;
-    for (const auto& entry : form_.hiResMem) {
-        if (number > record::kLast) throw runtime::SubscriptError();
-        records.push_back(
-            config::integerRecord(record::kTableCount, static_cast<std::int64_t>(form_.hiResMem.size())));
-        for (const float column : entry)
-            records.push_back(config::textRecord(number++, tableText(column)));
+    using namespace config;
+    add(integerRecord, record::kFunction, form_.intFunzione);
+    add(booleanRecord, record::kAutoOffEnabled, form_.bolAutoCmdOff);
+    add(byteRecord, record::kMultiplierA, form_.bytMoltA);
+    add(byteRecord, record::kMultiplierB, form_.bytMoltB);
+    add(textRecord, record::kDisplayColour, runtime::hexText(displayColour(form_)));
+    add(textRecord, record::kBackgroundColour, runtime::hexText(displayBackground(form_)));
+    add(textRecord, record::kInUseA, form_.lblUsoA.Caption.get());
+    add(textRecord, record::kInUseB, form_.lblUsoB.Caption.get());
+    add(booleanRecord, record::kBandMode, form_.bolBandMode);
+    add(taggedTextRecord, record::kConfigName, form_.varConfigName);
+    add(integerRecord, record::kOffsetAzimuth, form_.HScOffsetA.Value.get());
+    add(integerRecord, record::kOffsetElevation, form_.HScOffsetB.Value.get());
+    // An empty table leaves the old count standing.
+    if (form_.hiResMem.size() > record::kTableEntriesMax) {
+        misfits.push_back({record::kTableCount});
+    } else if (!form_.hiResMem.empty()) {
+        add(integerRecord, record::kTableCount, static_cast<int>(form_.hiResMem.size()));
+        int number = record::kTableFirst;
+        for (const auto& entry : form_.hiResMem) {
+            for (const float column : entry)
+                add(textRecord, number++, tableText(column));
+        }
     }
-    file_.write(records);
-    if (!file_.read().boolean(record::kSavePositions)) return;
-    file_.write({config::singleRecord(record::kPositionA, form_.sngPosA),
-                 config::singleRecord(record::kPositionB, form_.sngPosB),
-                 config::singleRecord(record::kAzimuth, form_.sngPosAz),
-                 config::singleRecord(record::kElevation, form_.sngPosEl)});
+    if (file_.read().boolean(record::kSavePositions)) {
+        add(singleRecord, record::kPositionA, form_.sngPosA);
+        add(singleRecord, record::kPositionB, form_.sngPosB);
+        add(singleRecord, record::kAzimuth, form_.sngPosAz);
+        add(singleRecord, record::kElevation, form_.sngPosEl);
+    }
+    if (!misfits.empty()) {
+        boxes_.critical("Too large for the file and not saved: " + namesOf(misfits) + ". The rest is saved.",
+                        "Error!");
+    }
+    return unit;
 }
 
 } // namespace app

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "app/startup.h"
 #include "config/record_file.h"
 #include "engine/output_ports.h"
 #include "form/boxes.h"
@@ -12,7 +11,7 @@ namespace app {
 class Shutdown {
   public:
     Shutdown(form::Form1& form, form::Boxes& boxes, config::RecordFile& file, engine::OutputPorts& outputs,
-             radio::FrequencySources& sources, const Startup& startup);
+             radio::FrequencySources& sources);
 
     /// Lets go of the tracking programs.
     std::function<void()> leaveTracking;
@@ -27,13 +26,13 @@ class Shutdown {
     void stopTimers();
     void attempt(const std::function<void()>& step, const std::string& otherwise);
     void save();
+    config::Unit state();
 
     form::Form1& form_;
     form::Boxes& boxes_;
     config::RecordFile& file_;
     engine::OutputPorts& outputs_;
     radio::FrequencySources& sources_;
-    const Startup& startup_;
     bool ended_ = false;
 };
 

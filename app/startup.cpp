@@ -2,7 +2,7 @@
 
 #include "app/auto_outputs_off.h"
 #include "config/display_colours.h"
-#include "config/records.h"
+#include "config/record_table.h"
 #include "engine/parameters.h"
 #include "engine/position.h"
 #include "engine/stepper.h"
@@ -20,10 +20,6 @@ namespace record = config::record;
 namespace {
 
 constexpr int kHalfStepMultiplier = 2;
-
-std::string recordName(int number) {
-    return "record " + std::to_string(number);
-}
 
 } // namespace
 
@@ -55,13 +51,11 @@ void Startup::Form_Load() {
 }
 
 void Startup::readFile() {
-    fileWasRead_ = false;
     trouble_.clear();
     damage_.clear();
     records_ = {};
     try {
         records_ = file_.read();
-        fileWasRead_ = true;
     } catch (const runtime::FileError& error) {
         trouble_ = std::string(error.what()) + ". The program goes on without its settings.";
     }
@@ -131,8 +125,7 @@ void Startup::loadMemories() {
         slots_.show(n, records_.text(record::kMemoryLabel + n));
     }
     slots_.subResetPressedMem();
-    form_.intMemSlowDist = records_.integer(record::kSlowDistance);
-    form_.HScrMemSpeedCh.load(form_.intMemSlowDist.value());
+    form_.intMemSlowDist = loadBar(form_.HScrMemSpeedCh, record::kSlowDistance);
     form_.lblMemSpeedCh.Caption = std::to_string(form_.intMemSlowDist.value());
     // Only the two stored values of a boolean count; any other leaves the box as it is.
     const form::Int16 bandMode = records_.integer(record::kBandMode);
@@ -143,13 +136,13 @@ void Startup::loadMemories() {
 
 void Startup::loadRotor() {
     for (const rotor::Threshold& threshold : rotor::thresholds(form_)) {
-        threshold.bar.load(records_.integer(threshold.record).value());
+        loadBar(threshold.bar, threshold.record);
     }
     for (std::size_t i = 0; i < form_.spareSettings.size(); ++i) {
         form_.spareSettings.at(i) = records_.integer(record::kSpareFirst + static_cast<int>(i));
     }
-    form_.HScOffsetA.load(records_.integer(record::kOffsetAzimuth).value());
-    form_.HScOffsetB.load(records_.integer(record::kOffsetElevation).value());
+    loadBar(form_.HScOffsetA, record::kOffsetAzimuth);
+    loadBar(form_.HScOffsetB, record::kOffsetElevation);
     thresholds_.show();
 }
 
@@ -159,7 +152,7 @@ void Startup::loadOutputsOff() {
     const int seconds = records_.integer(record::kAutoOffSeconds).value();
     form_.hScrCmdOff.load(seconds);
     const int usable = form_.hScrCmdOff.Value;
-    if (seconds != 0 && seconds != usable) damage_.push_back(recordName(record::kAutoOffSeconds));
+    if (seconds != 0 && seconds != usable) damage_.push_back(config::recordName(record::kAutoOffSeconds));
     // A delay that was never set never fires, although the bar stands at its minimum.
     form_.intAutoCmdOffSec = seconds == 0 ? 0 : usable;
     form_.lblAutoCmdOff.Caption = std::to_string(form_.intAutoCmdOffSec.value());
@@ -212,7 +205,7 @@ void Startup::loadTable() {
         // A bad table ends the table alone. Empty, it is not written at exit, so the file keeps what it
         // holds.
         form_.hiResMem.clear();
-        damage_.emplace_back("the high-resolution table");
+        damage_.push_back(config::recordName(record::kTableCount));
     }
 }
 
@@ -236,20 +229,27 @@ void Startup::loadColours() {
                                    config::colourFromText(background, form::kDefaultDisplayBackground));
 }
 
+int Startup::loadBar(form::ScrollBar& bar, int number) {
+    const int stored = records_.integer(number).value();
+    bar.load(stored);
+    if (bar.Value != stored) damage_.push_back(config::recordName(number));
+    return bar.Value;
+}
+
 float Startup::finiteSingle(int number) {
     const float value = records_.single(number);
     if (std::isfinite(value)) return value;
-    damage_.push_back(recordName(number));
+    damage_.push_back(config::recordName(number));
     return 0;
 }
 
 void Startup::tellTrouble() {
     for (const int number : records_.damaged())
-        damage_.push_back(recordName(number));
+        damage_.push_back(config::recordName(number));
     if (!damage_.empty()) {
         std::string list;
         for (const std::string& what : damage_)
-            list += (list.empty() ? "" : ", ") + what;
+            list += (list.empty() ? "" : "; ") + what;
         trouble_ = "\"" + file_.path().filename().string() + "\" is damaged: " + list +
                    ". All that could be read is in use, and the file was left as it is.";
     }

@@ -24,9 +24,6 @@ class Startup {
     /// At start, and again whenever a named configuration has been loaded. A file that cannot be read, or is
     /// damaged, is told in one box.
     void Form_Load();
-    /// False after a load that could not read the file: it must not be saved over then.
-    bool fileWasRead() const { return fileWasRead_; }
-
     /// Brings the chosen frequency source to the front.
     std::function<void()> subSelTunerProgr;
 
@@ -46,6 +43,8 @@ class Startup {
     void loadFunction();
     void loadColours();
     float finiteSingle(int record);
+    /// Loads a bar; a value outside its range becomes the nearer end, which is what is returned.
+    int loadBar(form::ScrollBar& bar, int record);
     void tellTrouble();
 
     form::Form1& form_;
@@ -60,7 +59,6 @@ class Startup {
     config::RecordImage records_;
     std::string trouble_;             // why the file could not be read
     std::vector<std::string> damage_; // what in it makes no sense
-    bool fileWasRead_ = false;
 };
 
 } // namespace app

@@ -1,5 +1,6 @@
 #include "config/record_file.h"
 #include "config/records.h"
+#include "platform/linux/storage.h"
 #include "tests/simulated_outside.h"
 
 #include <array>
@@ -25,14 +26,19 @@ struct Machine : SimulatedOutside {
     Machine& operator=(const Machine&) = delete;
     ~Machine() { std::filesystem::remove_all(folder); }
 
-    std::unique_ptr<app::Controller> build() { return std::make_unique<app::Controller>(ports(), folder); }
+    std::unique_ptr<app::Controller> build() {
+        app::Ports outside = ports();
+        outside.storage = disk;
+        return std::make_unique<app::Controller>(outside, folder);
+    }
 
     std::filesystem::path folder = std::filesystem::temp_directory_path() / "twinstep-core-bench";
-    config::RecordFile file{folder / "save.cfg"};
+    linux_ports::Storage disk;
+    config::RecordFile file{disk, folder / "save.cfg"};
 };
 
 /// A file in which every record holds something.
-void writeFullFile(const config::RecordFile& file) {
+void writeFullFile(config::RecordFile& file) {
     std::vector<config::Record> records;
     for (int n = 1; n <= form::Form1::kMemories; ++n) {
         records.push_back(config::textRecord(record::kMemoryPosA + n, "012.35"));
@@ -52,6 +58,7 @@ void writeFullFile(const config::RecordFile& file) {
         records.push_back(config::textRecord(number, " 14.25"));
     }
     file.write(records);
+    file.finish();
 }
 
 /// One tick of a step timer, engine A and engine B in turn, forward.
@@ -115,7 +122,7 @@ void loadFullFile(benchmark::State& state) {
 BENCHMARK(loadFullFile)->Name("full save.cfg loaded: ours")->Unit(benchmark::kMicrosecond);
 
 void readBytes(benchmark::State& state) {
-    const Machine machine;
+    Machine machine;
     writeFullFile(machine.file);
     std::vector<char> bytes(record::kLast * config::kRecordLength);
     for (auto _ : state) {
@@ -127,7 +134,7 @@ void readBytes(benchmark::State& state) {
 BENCHMARK(readBytes)->Name("full save.cfg loaded: bare")->Unit(benchmark::kMicrosecond);
 
 void writeSetting(benchmark::State& state) {
-    const Machine machine;
+    Machine machine;
     writeFullFile(machine.file);
     for (auto _ : state)
         machine.file.write({config::integerRecord(record::kSlowA, 150)});
@@ -135,7 +142,7 @@ void writeSetting(benchmark::State& state) {
 BENCHMARK(writeSetting)->Name("one setting written: ours")->Unit(benchmark::kMicrosecond);
 
 void writeBytes(benchmark::State& state) {
-    const Machine machine;
+    Machine machine;
     writeFullFile(machine.file);
     const std::array<char, config::kRecordLength> bytes{};
     for (auto _ : state) {

@@ -12,25 +12,27 @@ NamedConfigurations::NamedConfigurations(form::Form1& form, form::Boxes& boxes, 
 }
 
 void NamedConfigurations::setName(const std::string& name) {
-    form_.varConfigName = runtime::firstCharacters(name, kTaggedTextMax);
+    form_.varConfigName = name;
     form_.StatusBar1.Panels(form::kPanelConfiguration) = form_.varConfigName;
 }
 
 void NamedConfigurations::mnuSaveConfig_Click() {
     const auto name = boxes_.input("Insert a Text (8 characters)", "Configuration Name", "test");
     if (!name) return;
-    setName(*name);
     // The name is in the working file before a file is chosen, and stays there when none is.
-    file_.write({taggedTextRecord(record::kConfigName, form_.varConfigName)});
+    const std::string kept = runtime::firstCharacters(*name, kTaggedTextMax);
+    file_.write({taggedTextRecord(record::kConfigName, kept)});
+    setName(kept);
     if (const auto target = boxes_.saveFile(kConfigFilter)) file_.copyTo(*target);
 }
 
 void NamedConfigurations::mnuLoadConfig_Click() {
     const auto source = boxes_.openFile(kConfigFilter);
     if (!source) return;
+    const std::string bytes = file_.configuration(*source);
     beforeLoad();
-    file_.replaceBy(*source);
-    setName(std::filesystem::path(*source).stem().string());
+    file_.replaceBy(bytes);
+    setName(runtime::firstCharacters(std::filesystem::path(*source).stem().string(), kTaggedTextMax));
     load();
 }
 

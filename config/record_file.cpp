@@ -1,196 +1,259 @@
 #include "config/record_file.h"
 
-#include "config/records.h"
+#include "config/record_table.h"
 #include "runtime/errors.h"
-#include "runtime/text.h"
 
 #include <algorithm>
-#include <bit>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
-#include <sstream>
-#include <system_error>
+#include <iterator>
+#include <utility>
 
 namespace config {
 
 namespace {
 
-// Values are little-endian whatever the machine is.
-template <class Unsigned>
-void put(Record& record, std::size_t offset, Unsigned value) {
-    for (std::size_t i = 0; i < sizeof value; ++i) {
-        record.bytes.at(offset + i) = static_cast<char>(value >> (8 * i) & 0xFFU);
+using Path = std::filesystem::path;
+
+/// Far more than all records take, and soon read.
+constexpr std::size_t kBytesMax = std::size_t{1} << 20U;
+/// A card that takes seconds lets many changes wait in the journal.
+constexpr std::size_t kJournalMax = 16 * kBytesMax;
+
+std::string quoted(const Path& path) {
+    return "\"" + path.filename().string() + "\"";
+}
+
+Path withEnding(Path path, const char* ending) {
+    path += ending;
+    return path;
+}
+
+void putRecords(std::string& bytes, const std::vector<Record>& records) {
+    for (const Record& record : records) {
+        const std::size_t offset = static_cast<std::size_t>(record.number - 1) * kRecordLength;
+        bytes.resize(std::max(bytes.size(), offset + kRecordLength));
+        bytes.replace(offset, kRecordLength, record.bytes.data(), kRecordLength);
     }
 }
 
-template <class Unsigned>
-Unsigned take(const std::array<char, kRecordLength>& bytes, std::size_t offset = 0) {
-    Unsigned value = 0;
-    for (std::size_t i = 0; i < sizeof value; ++i) {
-        const auto byte = static_cast<unsigned char>(bytes.at(offset + i));
-        value = static_cast<Unsigned>(value | static_cast<Unsigned>(byte) << (8 * i));
+/// Where the bytes that differ begin, and how many there are up to the last one. `longer` has no fewer bytes.
+std::pair<std::size_t, std::size_t> difference(std::string_view before, std::string_view longer) {
+    const auto begin = std::mismatch(before.begin(), before.end(), longer.begin()).second;
+    auto end = longer.end();
+    if (before.size() == longer.size()) {
+        end = std::mismatch(longer.rbegin(), std::make_reverse_iterator(begin), before.rbegin()).first.base();
     }
-    return value;
-}
-
-void putText(Record& record, std::size_t offset, std::string_view text, std::size_t max) {
-    const std::string ansi = runtime::toAnsi(text);
-    if (ansi.size() > max) throw runtime::BadRecordLength();
-    put(record, offset, static_cast<std::uint16_t>(ansi.size()));
-    std::copy(ansi.begin(), ansi.end(), record.bytes.begin() + static_cast<std::ptrdiff_t>(offset) + 2);
-}
-
-constexpr std::uint16_t kTagNone = 0;
-constexpr std::uint16_t kTagText = 8;
-
-[[noreturn]] void fail(const std::filesystem::path& path, const std::string& what, int error) {
-    throw runtime::FileError("\"" + path.filename().string() + "\" cannot be " + what + ": " +
-                             std::generic_category().message(error != 0 ? error : EIO));
+    return {static_cast<std::size_t>(begin - longer.begin()), static_cast<std::size_t>(end - begin)};
 }
 
 } // namespace
 
-Record integerRecord(int number, runtime::Int16 value) {
-    Record record{number};
-    put(record, 0, static_cast<std::uint16_t>(value.value()));
-    return record;
+RecordFile::RecordFile(platform::Storage& storage, Path path)
+    : storage_(storage), path_(std::move(path)), journal_(withEnding(path_, ".journal")) {}
+
+RecordImage RecordFile::read() {
+    if (state_ == State::Unread) load();
+    if (state_ == State::Unreadable)
+        throw runtime::FileError(quoted(path_) + " could not be read at the start, so it is not used");
+    const std::lock_guard lock(mutex_);
+    return RecordImage(held_);
 }
 
-Record booleanRecord(int number, bool value) {
-    return integerRecord(number, value ? -1 : 0);
-}
-
-Record byteRecord(int number, runtime::Byte value) {
-    Record record{number};
-    put(record, 0, value.value());
-    return record;
-}
-
-Record singleRecord(int number, float value) {
-    Record record{number};
-    put(record, 0, std::bit_cast<std::uint32_t>(value));
-    return record;
-}
-
-Record textRecord(int number, std::string_view text) {
-    Record record{number};
-    putText(record, 0, text, kTextMax);
-    return record;
-}
-
-Record taggedTextRecord(int number, std::string_view text) {
-    Record record{number};
-    put(record, 0, kTagText);
-    putText(record, 2, text, kTaggedTextMax);
-    return record;
-}
-
-std::array<char, kRecordLength> RecordImage::bytesOf(int number) const {
-    std::array<char, kRecordLength> record{};
-    const std::size_t offset = static_cast<std::size_t>(number - 1) * kRecordLength;
-    if (offset < bytes_.size()) bytes_.copy(record.data(), kRecordLength, offset);
-    return record;
-}
-
-runtime::Int16 RecordImage::integer(int number) const {
-    return static_cast<std::int16_t>(take<std::uint16_t>(bytesOf(number)));
-}
-
-runtime::Byte RecordImage::byte(int number) const {
-    return take<std::uint8_t>(bytesOf(number));
-}
-
-float RecordImage::single(int number) const {
-    return std::bit_cast<float>(take<std::uint32_t>(bytesOf(number)));
-}
-
-std::string RecordImage::textAt(int number, std::size_t offset, std::size_t max) {
-    const auto bytes = bytesOf(number);
-    const std::size_t length = take<std::uint16_t>(bytes, offset);
-    if (length > max) damaged_.push_back(number);
-    return runtime::fromAnsi({bytes.data() + offset + 2, std::min(length, max)});
-}
-
-std::string RecordImage::text(int number) {
-    return textAt(number, 0, kTextMax);
-}
-
-std::string RecordImage::taggedText(int number) {
-    const auto tag = take<std::uint16_t>(bytesOf(number));
-    if (tag == kTagText) return textAt(number, 2, kTaggedTextMax);
-    if (tag != kTagNone) damaged_.push_back(number);
-    return {};
-}
-
-void RecordFile::create() const {
-    errno = 0;
-    const std::ofstream file(path_, std::ios::binary | std::ios::app);
-    if (!file) fail(path_, "created", errno);
-}
-
-RecordImage RecordFile::read() const {
-    std::error_code error;
-    if (!std::filesystem::exists(path_, error)) {
-        create();
-        return {};
+void RecordFile::load() {
+    state_ = State::Unreadable;
+    onDisk_ = storage_.read(path_, kBytesMax);
+    const Journal journal = decodeJournal(storage_.read(journal_, kJournalMax).value_or(""));
+    if (!onDisk_) {
+        storage_.create(path_, "");
+        onDisk_ = "";
     }
-    // A stream opens a folder without complaint and only fails on reading.
-    if (std::filesystem::is_directory(path_, error)) fail(path_, "read", EISDIR);
-    errno = 0;
-    std::ifstream file(path_, std::ios::binary);
-    std::ostringstream bytes;
-    if (!file || (bytes << file.rdbuf(), file.bad())) fail(path_, "read", errno);
-    return RecordImage(bytes.str());
+    state_ = State::Held;
+    held_ = *onDisk_;
+    for (const Unit& unit : journal.units)
+        apply(unit);
+    journalLength_ = journal.length;
+    if (journalLength_ != 0) {
+        later([this] { flush(); });
+    } else { // at most the beginning of a group
+        attempt([this] { storage_.remove(journal_); }, "");
+    }
 }
 
-void RecordFile::write(const std::vector<Record>& records) const {
+void RecordFile::write(const Unit& unit) {
     if (sealed_) return;
-    std::error_code error;
-    if (!std::filesystem::exists(path_, error)) create();
-    errno = 0;
-    std::fstream file;
-    // Unbuffered: each record is one positioned write.
-    file.rdbuf()->pubsetbuf(nullptr, 0);
-    file.open(path_, std::ios::binary | std::ios::in | std::ios::out);
-    if (!file) fail(path_, "written", errno);
-    for (const Record& record : records) {
-        file.seekp(static_cast<std::streamoff>(record.number - 1) *
-                   static_cast<std::streamoff>(kRecordLength));
-        file.write(record.bytes.data(), kRecordLength);
-        if (!file.flush()) fail(path_, "written", errno);
+    read();
+    {
+        const std::lock_guard lock(mutex_);
+        append(encodeUnit(unit));
+        apply(unit);
     }
+    later([this] { flush(); });
 }
 
-void RecordFile::replaceBy(const std::filesystem::path& source) const {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(source, error))
-        fail(source, "read", error ? error.value() : ENOENT);
-    if (std::filesystem::file_size(source, error) > record::kLast * kRecordLength) {
-        throw runtime::FileError("\"" + source.filename().string() +
-                                 "\" is no configuration: it is too long");
+void RecordFile::append(const std::string& group) {
+    if (journalLength_ == 0) {
+        storage_.remove(journal_);
+        storage_.create(journal_, group);
+    } else {
+        // Over what an attempt that failed may have left.
+        storage_.write(journal_, journalLength_, group);
     }
-    if (std::filesystem::equivalent(source, path_, error)) return;
-    RecordFile(source).copyTo(path_);
+    journalLength_ += group.size();
 }
 
-void RecordFile::copyTo(const std::filesystem::path& target) const {
+void RecordFile::apply(const Unit& unit) {
+    for (const auto& [name, bytes] : unit.files) {
+        if (name == path_.filename()) {
+            held_ = bytes;
+        } else {
+            files_[name] = bytes;
+        }
+    }
+    putRecords(held_, unit.records);
+}
+
+void RecordFile::later(std::function<void()> job) {
+    {
+        const std::lock_guard lock(mutex_);
+        ++jobs_;
+    }
+    storage_.later([this, job = std::move(job)] {
+        job();
+        const std::lock_guard lock(mutex_);
+        --jobs_;
+    });
+    if (onBusy) onBusy();
+}
+
+void RecordFile::flush() {
+    const auto bring = [this] {
+        for (;;) {
+            std::unique_lock lock(mutex_);
+            if (journalLength_ == 0) return;
+            const std::string held = held_;
+            const auto files = files_;
+            const std::size_t length = journalLength_;
+            lock.unlock();
+            storage_.sync(journal_);
+            for (const auto& [name, bytes] : files)
+                putWhole(beside(name), bytes);
+            putInPlace(held);
+            lock.lock();
+            // While a change has come in meanwhile, the journal goes on.
+            if (journalLength_ != length) continue;
+            storage_.remove(journal_);
+            journalLength_ = 0;
+            files_.clear();
+            return;
+        }
+    };
+    attempt(bring, ". The changes wait in " + quoted(journal_));
+}
+
+void RecordFile::putInPlace(const std::string& bytes) {
+    const auto known = std::exchange(onDisk_, std::nullopt);
+    std::optional<std::string> found;
+    try {
+        found = storage_.read(path_, kBytesMax);
+    } catch (const runtime::FileError&) { // Something else has taken its place.
+    }
+    if (known && found == known && bytes.size() >= known->size()) {
+        const auto [first, length] = difference(*known, bytes);
+        if (length != 0) storage_.write(path_, first, std::string_view(bytes).substr(first, length));
+        storage_.sync(path_);
+    } else {
+        putWhole(path_, bytes);
+        if (known && found != known) {
+            tell(quoted(path_) +
+                 " was removed or changed by another program. It is written again with the settings in use.");
+        }
+    }
+    onDisk_ = bytes;
+}
+
+void RecordFile::putWhole(const Path& target, std::string_view bytes) {
+    const Path part = withEnding(target, ".part");
+    storage_.remove(part);
+    storage_.create(part, bytes);
+    storage_.sync(part);
+    storage_.rename(part, target);
+    storage_.sync(target);
+}
+
+void RecordFile::finish() {
+    storage_.finish();
+    flush();
+    const std::lock_guard lock(mutex_);
+    if (journalLength_ != 0) throw runtime::FileError(std::exchange(notice_, {}));
+}
+
+std::string RecordFile::configuration(const Path& source) {
+    std::error_code error;
+    if (std::filesystem::equivalent(source, path_, error)) {
+        read();
+        return held_;
+    }
+    const auto bytes = storage_.read(source, kBytesMax);
+    if (!bytes) throw runtime::FileError(quoted(source) + " is not there");
+    if (const auto fault = configurationFault(*bytes))
+        throw runtime::FileError(quoted(source) + " is no configuration: " + *fault);
+    return *bytes;
+}
+
+void RecordFile::replaceBy(const std::string& bytes) {
+    const Path kept = withEnding(path_, ".bak");
+    Unit unit;
+    if (state_ == State::Unreadable) {
+        // It cannot be copied.
+        storage_.rename(path_, kept);
+        storage_.remove(journal_);
+        load();
+    } else {
+        read();
+        unit.files.push_back({kept.filename().string(), held_});
+    }
+    unit.files.push_back({path_.filename().string(), bytes});
+    write(unit);
+}
+
+void RecordFile::copyTo(const Path& target) {
+    read();
     std::error_code error;
     if (std::filesystem::equivalent(path_, target, error)) return;
-    std::filesystem::path part = target;
-    part += ".part";
-    std::filesystem::copy_file(path_, part, std::filesystem::copy_options::overwrite_existing, error);
-    // A copy of a read-only file could not be written to any more.
-    using std::filesystem::perms;
-    if (!error) {
-        std::filesystem::permissions(part, perms::owner_read | perms::owner_write,
-                                     std::filesystem::perm_options::add, error);
+    const Path part = withEnding(target, ".part");
+    storage_.remove(part);
+    storage_.create(part, held_);
+    later([this, part, target] {
+        const auto bring = [&] {
+            storage_.sync(part);
+            storage_.rename(part, target);
+            storage_.sync(target);
+        };
+        attempt(bring, "");
+        attempt([&] { storage_.remove(part); }, ""); // what a failure has left
+    });
+}
+
+void RecordFile::attempt(const std::function<void()>& step, const std::string& otherwise) {
+    try {
+        step();
+    } catch (const runtime::FileError& error) {
+        tell(error.what() + otherwise);
     }
-    if (!error) std::filesystem::rename(part, target, error);
-    if (!error) return;
-    std::error_code ignored;
-    std::filesystem::remove(part, ignored);
-    fail(target, "written", error.value());
+}
+
+void RecordFile::tell(const std::string& words) {
+    const std::lock_guard lock(mutex_);
+    notice_ = words;
+}
+
+bool RecordFile::busy() {
+    const std::lock_guard lock(mutex_);
+    return jobs_ != 0;
+}
+
+std::string RecordFile::takeNotice() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(notice_, {});
 }
 
 } // namespace config

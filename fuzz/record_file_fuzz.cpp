@@ -1,32 +1,20 @@
-// A "save.cfg" of any content: the program starts on it, an engine takes a step, and it saves at exit.
+// A "save.cfg", a journal, or a configuration of any content: the program starts on it, an engine takes a
+// step, and it saves at exit.
 
 #include "tests/simulated_outside.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-
-namespace {
-
-const std::filesystem::path& folder() {
-    static const std::filesystem::path path = [] {
-        std::string name = (std::filesystem::temp_directory_path() / "twinstep-fuzz-XXXXXX").string();
-        static std::filesystem::path made = mkdtemp(name.data());
-        std::atexit([] { std::filesystem::remove_all(made); });
-        return made;
-    }();
-    return path;
-}
-
-} // namespace
+#include <string>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    std::ofstream(folder() / "save.cfg", std::ios::binary)
-        .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
     SimulatedOutside outside;
-    app::Controller controller(outside.ports(), folder());
+    // The first byte says in which file the others stand: the record file, its journal, or one to be loaded.
+    const std::string bytes(reinterpret_cast<const char*>(data), size);
+    static constexpr const char* kFiles[] = {"save.cfg", "save.cfg.journal", "other.cfg"};
+    if (!bytes.empty())
+        outside.storage.put(kFiles[static_cast<unsigned char>(bytes[0]) % 3], bytes.substr(1));
+    app::Controller controller(outside.ports(), "");
     controller.start();
     form::Form1& form = controller.form();
     form.cmdAvMan.MouseDown.fire();
@@ -36,6 +24,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     form.mnuTunConn.Click.fire();
     form.mnuGenSet.Click.fire();
     outside.clock.advance(1100);
+    outside.dialogs.fileAnswers.emplace_back("other.cfg");
+    form.mnuLoadConfig.Click.fire();
     controller.close();
     return 0;
 }

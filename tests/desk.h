@@ -37,13 +37,26 @@ inline std::string bytesOf(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+/// "save.cfg" as another program finds it and leaves it.
+struct SavedFile {
+    simulated::Storage& storage;
+    std::filesystem::path file;
+
+    const std::filesystem::path& path() const { return file; }
+    config::RecordImage read() const { return config::RecordFile(storage, file).read(); }
+    void write(std::vector<config::Record> records) const {
+        config::RecordFile(storage, file).write(std::move(records));
+    }
+};
+
 /// The whole program without a window: real form and subsystems, simulated outside, virtual time.
 class Desk : public ::testing::Test, protected SimulatedOutside {
   protected:
     TemporaryFolder folder;
-    config::RecordFile file{folder.path() / "save.cfg"};
+    SavedFile file{storage, folder.path() / "save.cfg"};
     std::unique_ptr<app::Controller> controller;
 
+    std::string bytesOf(const std::filesystem::path& path) { return storage.bytesOf(path); }
     form::Form1& f() { return controller->form(); }
 
     /// Starts the program on what the folder holds; a program that runs already is abandoned.

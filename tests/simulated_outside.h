@@ -6,6 +6,7 @@
 #include "platform/simulated/hardware.h"
 #include "platform/simulated/links.h"
 #include "platform/simulated/outputs.h"
+#include "platform/simulated/storage.h"
 #include "platform/simulated/tcp_clients.h"
 #include "platform/simulated/tcp_servers.h"
 
@@ -23,6 +24,7 @@ struct SimulatedOutside {
     simulated::Shell shell;
     simulated::Sound sound;
     simulated::Hardware hardware;
+    simulated::Storage storage;
 
     /// The one place that fills them: who wants another adapter for a port assigns it to its member.
     app::Ports ports() {
@@ -37,6 +39,7 @@ struct SimulatedOutside {
                 .dialogs = dialogs,
                 .shell = shell,
                 .sound = sound,
-                .hardware = hardware};
+                .hardware = hardware,
+                .storage = storage};
     }
 };

@@ -1,6 +1,7 @@
 #include "config/record_file.h"
 #include "config/records.h"
 #include "platform/linux/realtime.h"
+#include "platform/linux/storage.h"
 #include "platform/linux/timers.h"
 #include "platform/qt/fd_watcher.h"
 #include "platform/qt/realtime_kit.h"
@@ -31,7 +32,8 @@ constexpr auto kSettled = std::chrono::milliseconds(700);
 
 void writeSettings(const std::filesystem::path& folder) {
     namespace record = config::record;
-    config::RecordFile(folder / "save.cfg")
+    linux_ports::Storage disk;
+    config::RecordFile(disk, folder / "save.cfg")
         .write({config::integerRecord(record::kStepsA, kStepsPerTurn),
                 config::integerRecord(record::kStepsB, kStepsPerTurn),
                 config::singleRecord(record::kUnitsA, kUnitsPerTurn),

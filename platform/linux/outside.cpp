@@ -10,6 +10,7 @@
 #include "platform/linux/chosen_hardware.h"
 #include "platform/linux/realtime.h"
 #include "platform/linux/signals.h"
+#include "platform/linux/storage.h"
 #include "platform/linux/tcp_servers.h"
 #include "platform/linux/timers.h"
 #include "platform/linux/udp_sockets.h"
@@ -95,7 +96,8 @@ class Outside : public app::Outside {
                          .dialogs = toolkit.dialogs,
                          .shell = toolkit.shell,
                          .sound = toolkit.sound,
-                         .hardware = hardware_};
+                         .hardware = hardware_,
+                         .storage = storage_};
         if (trace_) {
             ports.printer = trace_->printer;
             ports.usb = trace_->board;
@@ -146,6 +148,7 @@ class Outside : public app::Outside {
     const trace::TraceFile::Clock::time_point started_ = trace::TraceFile::Clock::now();
     EndSignals signals_; // first, so that no signal is lost
     WorkFolder folder_;
+    Storage storage_; // done with its jobs before the folder is given free
     ChosenHardware hardware_;
     std::optional<Trace> trace_;
     qt_ports::FdWatcher watcher_;

@@ -8,7 +8,7 @@ TEST_F(LifeCycleTest, AnEmptyFolderStartsWithoutABoxAndWritesNothing) {
     start();
     EXPECT_TRUE(dialogs.takeMessages().empty());
     EXPECT_EQ(bytesOf(file.path()), "");
-    EXPECT_TRUE(std::filesystem::exists(file.path()));
+    EXPECT_TRUE(storage.exists(file.path()));
     EXPECT_EQ(port.data(), 255);
     EXPECT_EQ(f().StatusBar1.Panels(1), "Choose a function");
     EXPECT_EQ(f().StatusBar1.Panels(6), "simulated");
@@ -97,8 +97,40 @@ TEST_F(LifeCycleTest, EverySettingIsLoadedAndNothingWritten) {
     EXPECT_EQ(f().StatusBar1.Panels(3), "N1MM Logger");
     EXPECT_EQ(f().Label2.ForeColor, 0xFF00U);
     EXPECT_EQ(f().shpDisplayB.FillColor, 0x10U);
-    EXPECT_EQ(f().hiResMem.size(), 2U);
     EXPECT_EQ(f().strCW2, "d");
+    const std::pair<std::string, std::string> loaded[] = {
+        {f().txtSteps.Text, "200"},
+        {f().txtStepsB.Text, "48"},
+        {f().txtMMGiro.Text, "10"},
+        {f().txtAltaVelA.Text, "400"},
+        {f().txtBassaVelA.Text, "100"},
+        {f().txtAltaVelB.Text, "500"},
+        {f().txtBassaVelB.Text, "50"},
+        {f().lblHiSpOnEL.Caption, "13"},
+        {f().lblAutoRStAz.Caption, "14"},
+        {f().lblAutoRStEl.Caption, "15"},
+        {f().lblAntiRipEl.Caption, "16"},
+        {f().lblAutoCmdOff.Caption, "8"},
+        {f().lblAzimut.Caption, "180.00"},
+        {f().lblElev.Caption, "45.00"},
+        {f().strCCW1 + f().strCW1 + f().strCCW2, "abc"},
+        {f().StatusBar1.Panels(4), "6969"},
+    };
+    for (const auto& [text, expected] : loaded)
+        EXPECT_EQ(text, expected);
+    for (int n = 1; n <= 10; ++n) {
+        EXPECT_EQ(f().strMemPosA(n), "0" + std::to_string(10 + n) + ".50");
+        EXPECT_EQ(f().strMemPosB(n), "1" + std::to_string(10 + n) + ".25");
+    }
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(f().spareSettings.at(static_cast<std::size_t>(i)), i + 1);
+    EXPECT_TRUE(f().bolAllarmi);
+    EXPECT_EQ(f().intPortaN1MM, 12061);
+    EXPECT_EQ(f().intSatSource, 2);
+    EXPECT_EQ(f().intMemSlowDist, 5);
+    ASSERT_EQ(f().hiResMem.size(), 2U);
+    EXPECT_EQ(f().hiResMem[0], (std::array<float, 4>{0.25F, 1.25F, 2.25F, 3.25F}));
+    EXPECT_EQ(f().hiResMem[1], (std::array<float, 4>{4.25F, 5.25F, 6.25F, 7.25F}));
     EXPECT_FALSE(f().bolCaricaInAvvio);
 }
 
@@ -164,25 +196,32 @@ TEST_F(LifeCycleTest, ClosingTheWindowSavesTooAndPositionsOnlyWhenWanted) {
 
 TEST_F(LifeCycleTest, DamageIsToldOnceAndNothingMadeWorse) {
     file.write(fullFile());
-    file.write(
-        {config::integerRecord(3, 300), config::integerRecord(42, 40), config::textRecord(104, "oops")});
-    std::ofstream(file.path(), std::ios::binary | std::ios::app) << "tail";
+    file.write({config::integerRecord(3, 300), config::integerRecord(42, 40), config::textRecord(104, "oops"),
+                config::integerRecord(56, 101), config::integerRecord(66, 20000),
+                config::integerRecord(67, -9001), config::integerRecord(40, -1)});
+    storage.put(file.path(), bytesOf(file.path()) + "tail");
     const std::string before = bytesOf(file.path());
     start();
     const auto messages = dialogs.takeMessages();
     ASSERT_EQ(messages.size(), 1U);
-    for (const char* part : {"save.cfg", "record 3", "record 42", "table", "ends inside"}) {
+    for (const char* part :
+         {"save.cfg", "memory 3, position of engine 1", "delay of Auto Out Off", "high-resolution table",
+          "ends inside", "Slow within", "AZ Offset", "EL Offset", "Acceleration curve"}) {
         EXPECT_NE(messages[0].text.find(part), std::string::npos) << part;
     }
     EXPECT_EQ(bytesOf(file.path()), before);
     EXPECT_EQ(f().intStepsB, 48);
+    EXPECT_EQ(f().intMemSlowDist, 100);
+    EXPECT_EQ(f().lblMemSpeedCh.Caption, "100");
+    EXPECT_EQ(f().lblOffsetA.Caption.get() + f().lblOffsetB.Caption.get(), "180.00-90.00");
+    EXPECT_EQ(f().lblAccCurve.Caption, "0");
     EXPECT_EQ(f().StatusBar1.Panels(5), "Home"); // the table ended, the load went on
     f().mnuUscita.Click.fire();
     EXPECT_EQ(bytesOf(file.path()).substr(98 * 12), before.substr(98 * 12));
 }
 
 TEST_F(LifeCycleTest, AFileThatCannotBeReadOrSavedIsToldAndTheProgramGoesOn) {
-    std::filesystem::create_directory(file.path());
+    storage.breakReading(file.path());
     start();
     EXPECT_EQ(dialogs.takeMessages().size(), 1U);
     f().mnuCoilTuner.Click.fire();
@@ -194,6 +233,54 @@ TEST_F(LifeCycleTest, AFileThatCannotBeReadOrSavedIsToldAndTheProgramGoesOn) {
     f().mnuUscita.Click.fire();
     EXPECT_EQ(dialogs.takeMessages().size(), 1U);
     EXPECT_EQ(closed, 1);
+}
+
+TEST_F(LifeCycleTest, AnExitThatFailsSaysWhatIsNotSavedAndTriesAgain) {
+    file.write(fullFile());
+    const std::string before = bytesOf(file.path());
+    for (const bool again : {false, true}) {
+        start();
+        f().chkAutoCmdOff.userClick();
+        f().cmdAv.Click.fire();
+        clock.advance(100);
+        EXPECT_NE(port.data(), 255);
+        storage.failAt(0, simulated::Storage::Fault::Error);
+        dialogs.okAnswers = {again};
+        dialogs.whileOpen = [&] { EXPECT_EQ(port.data(), 255) << "the outputs are off before it saves"; };
+        f().mnuUscita.Click.fire();
+        const auto messages = dialogs.takeMessages();
+        ASSERT_EQ(messages.size(), 1U);
+        EXPECT_NE(messages[0].text.find("Not saved: function; Enable Auto Out Off; "), std::string::npos)
+            << messages[0].text;
+        EXPECT_EQ(bytesOf(file.path()) == before, !again);
+    }
+    EXPECT_FALSE(file.read().boolean(41));
+}
+
+TEST_F(LifeCycleTest, WhatDoesNotFitIsLeftOutByNameAndTheRestSaved) {
+    file.write(fullFile());
+    start();
+    f().lblUsoA.Caption = "12345678901";
+    f().hiResMem.resize(201);
+    f().HScOffsetA.userScroll(1);
+    f().mnuUscita.Click.fire();
+    const auto messages = dialogs.takeMessages();
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_NE(messages[0].text.find("memory in use, engine 1; high-resolution table."), std::string::npos);
+    EXPECT_EQ(file.read().text(54), "7.050");
+    EXPECT_EQ(file.read().integer(99), 2);
+    EXPECT_EQ(file.read().integer(66), 1);
+}
+
+TEST_F(LifeCycleTest, AFileThatVanishesWhileRunningComesBackWithAWord) {
+    file.write(fullFile());
+    start();
+    storage.take(file.path());
+    f().HScrMemSpeedCh.userScroll(9);
+    EXPECT_EQ(file.read().integer(56), 9);
+    EXPECT_EQ(file.read().integer(11), 200);
+    clock.advance(500);
+    EXPECT_NE(f().notice.Caption.get().find("written again"), std::string::npos);
 }
 
 TEST_F(LifeCycleTest, EachFunctionNamesEnginesUnitsAndResets) {

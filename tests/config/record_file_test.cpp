@@ -1,17 +1,25 @@
 #include "config/record_file.h"
+#include "config/record_table.h"
+#include "platform/simulated/storage.h"
 #include "runtime/errors.h"
-#include "tests/desk.h"
 
-#include <csignal>
-#include <sys/resource.h>
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <map>
 
 namespace config {
 namespace {
 
+using Fault = simulated::Storage::Fault;
+
+constexpr const char* kFile = "save.cfg";
+constexpr const char* kJournal = "save.cfg.journal";
+constexpr const char* kKept = "save.cfg.bak";
+
 class RecordFileTest : public ::testing::Test {
   protected:
-    TemporaryFolder folder;
-    RecordFile file{folder.path() / "save.cfg"};
+    simulated::Storage disk;
+    RecordFile file{disk, kFile};
 };
 
 TEST_F(RecordFileTest, LaysRecordsOutByteByByte) {
@@ -24,8 +32,9 @@ TEST_F(RecordFileTest, LaysRecordsOutByteByByte) {
         std::string("\xFE\xFF\0\0\0\0\0\0\0\0\0\0", 12) + std::string("\xC8\0\0\0\0\0\0\0\0\0\0\0", 12) +
         std::string("\x9A\x99\x45\x41\0\0\0\0\0\0\0\0", 12) +
         std::string("\xFF\xFF\0\0\0\0\0\0\0\0\0\0", 12) + std::string("\x08\0\x04\0Home\0\0\0\0", 12);
-    EXPECT_EQ(bytesOf(file.path()), expected);
-    RecordImage records = file.read();
+    EXPECT_EQ(disk.bytesOf(kFile), expected);
+    EXPECT_FALSE(disk.exists(kJournal));
+    RecordImage records = RecordFile(disk, kFile).read();
     EXPECT_EQ(records.text(1), "ñ1");
     EXPECT_EQ(records.integer(2), -2);
     EXPECT_EQ(records.byte(3), 200);
@@ -35,15 +44,9 @@ TEST_F(RecordFileTest, LaysRecordsOutByteByByte) {
     EXPECT_EQ(records.integer(899), 0);
     EXPECT_EQ(records.text(900), "");
     EXPECT_TRUE(records.damaged().empty());
-}
-
-TEST_F(RecordFileTest, WritesBeyondTheEndLeaveZeros) {
     file.write({integerRecord(10, 1)});
-    EXPECT_EQ(bytesOf(file.path()).size(), 120U);
-    RecordImage records = file.read();
-    EXPECT_EQ(records.text(9), "");
-    EXPECT_EQ(records.taggedText(8), "");
-    EXPECT_FALSE(records.truncated());
+    EXPECT_EQ(disk.bytesOf(kFile),
+              expected + std::string(36, '\0') + std::string("\x01", 1) + std::string(11, '\0'));
 }
 
 TEST_F(RecordFileTest, RefusesWhatARecordCannotHold) {
@@ -54,10 +57,8 @@ TEST_F(RecordFileTest, RefusesWhatARecordCannotHold) {
 }
 
 TEST_F(RecordFileTest, ReadsDamagedRecordsAsFarAsTheyGo) {
-    std::ofstream(file.path(), std::ios::binary) << std::string("\xFF\xFF"
-                                                                "abcdefghij",
-                                                                12)
-                                                 << "\x08";
+    disk.put(kFile, "\xFF\xFF"
+                    "abcdefghij\x08");
     RecordImage records = file.read();
     EXPECT_EQ(records.text(1), "abcdefghij");
     EXPECT_EQ(records.integer(2), 8);
@@ -65,48 +66,201 @@ TEST_F(RecordFileTest, ReadsDamagedRecordsAsFarAsTheyGo) {
     EXPECT_EQ(records.damaged(), std::vector<int>{1});
 }
 
-TEST_F(RecordFileTest, AFolderInItsPlaceIsAnErrorOfItsOwn) {
-    std::filesystem::create_directory(file.path());
-    EXPECT_THROW(file.read(), runtime::FileError);
-    EXPECT_THROW(file.write({integerRecord(1, 1)}), runtime::FileError);
+TEST_F(RecordFileTest, AFileOrJournalThatCannotBeReadIsNeverWrittenTo) {
+    for (const char* unreadable : {kFile, kJournal}) {
+        disk.put(kFile, std::string(24, 'x'));
+        disk.breakReading(unreadable);
+        RecordFile other(disk, kFile);
+        EXPECT_THROW(other.read(), runtime::FileError) << unreadable;
+        disk.restart(); // the card works again, but what the program holds is not what the file held
+        EXPECT_THROW(other.write({integerRecord(1, 1)}), runtime::FileError);
+        EXPECT_EQ(disk.bytesOf(kFile), std::string(24, 'x'));
+        other.replaceBy("abc");
+        EXPECT_EQ(disk.bytesOf(kFile), "abc");
+        EXPECT_EQ(disk.bytesOf(kKept), std::string(24, 'x'));
+    }
 }
 
-TEST_F(RecordFileTest, AFullDiskIsAnErrorAndLeavesTheRestAlone) {
-    file.write({integerRecord(1, 7)});
-    const std::string before = bytesOf(file.path());
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit old{};
-    getrlimit(RLIMIT_FSIZE, &old);
-    const rlimit small{12, old.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-    EXPECT_THROW(file.write({integerRecord(2, 1)}), runtime::FileError);
-    EXPECT_THROW(file.copyTo(folder.path() / "no" / "where.cfg"), runtime::FileError);
-    setrlimit(RLIMIT_FSIZE, &old);
-    EXPECT_EQ(bytesOf(file.path()), before);
+TEST_F(RecordFileTest, WhatVanishedOrWasReplacedIsWrittenWholeAtTheNextChange) {
+    file.write({integerRecord(1, 1), integerRecord(90, 90)});
+    const std::pair<const char*, std::function<void()>> changes[] = {
+        {"gone", [this] { disk.take(kFile); }},
+        {"other", [this] { disk.put(kFile, "other"); }},
+        {"cut", [this] { disk.put(kFile, ""); }}};
+    int value = 1;
+    for (const auto& [name, change] : changes) {
+        change();
+        file.write({integerRecord(1, ++value)});
+        EXPECT_NE(file.takeNotice(), "") << name;
+        EXPECT_EQ(RecordFile(disk, kFile).read().integer(1), value) << name;
+        EXPECT_EQ(RecordFile(disk, kFile).read().integer(90), 90) << name;
+        file.write({integerRecord(1, ++value)});
+        EXPECT_EQ(file.takeNotice(), "") << name;
+    }
 }
 
-TEST_F(RecordFileTest, ACopyReplacesOnlyWhenItIsWhole) {
+TEST_F(RecordFileTest, RefusesWhatIsNoConfigurationByName) {
+    struct Case {
+        std::string bytes;
+        const char* fault;
+    };
+    const std::string good(99 * kRecordLength, '\0');
+    const auto with = [&good](const std::vector<Record>& records) {
+        std::string bytes = good;
+        for (const Record& record : records)
+            bytes.replace(static_cast<std::size_t>(record.number - 1) * 12, 12, record.bytes.data(), 12);
+        return bytes;
+    };
+    const Case cases[] = {
+        {"", "it is empty"},
+        {std::string(899 * 12 + 1, '\0'), "it is too long"},
+        {std::string(5000, 'x'), "out of range"},
+        {with({integerRecord(31, 4), integerRecord(64, -1), integerRecord(81, 3)}), "3 of its settings"},
+        {with({integerRecord(1, 11), byteRecord(43, 3), integerRecord(99, 201)}), "3 of its settings"},
+        {with({integerRecord(31, 4), integerRecord(64, 5)}), nullptr},
+        {with({integerRecord(11, -1), integerRecord(65, -1), integerRecord(66, 32000)}), nullptr},
+        {std::string(12, '\0'), nullptr},
+    };
+    for (const Case& each : cases) {
+        disk.put("field.cfg", each.bytes);
+        std::string fault;
+        try {
+            EXPECT_EQ(file.configuration("field.cfg"), each.bytes);
+        } catch (const runtime::FileError& error) {
+            fault = error.what();
+        }
+        EXPECT_EQ(fault.empty(), !each.fault) << fault;
+        if (!each.fault) continue;
+        EXPECT_NE(fault.find("\"field.cfg\" is no configuration"), std::string::npos) << fault;
+        EXPECT_NE(fault.find(each.fault), std::string::npos) << fault;
+    }
+    EXPECT_THROW(file.configuration("missing.cfg"), runtime::FileError);
+}
+
+TEST_F(RecordFileTest, ACopyStandsWhenItIsWholeAndNothingIsWrittenAfterTheSeal) {
     file.write({integerRecord(1, 7)});
-    file.copyTo(folder.path() / "home.cfg");
-    file.write({integerRecord(1, 8)});
-    EXPECT_THROW(file.replaceBy(folder.path() / "missing.cfg"), runtime::FileError);
-    std::ofstream(folder.path() / "long.cfg") << std::string(20000, 'x');
-    EXPECT_THROW(file.replaceBy(folder.path() / "long.cfg"), runtime::FileError);
-    EXPECT_THROW(file.replaceBy(folder.path()), runtime::FileError);
-    EXPECT_EQ(file.read().integer(1), 8);
-    file.replaceBy(file.path()); // itself
-    EXPECT_EQ(file.read().integer(1), 8);
-    file.replaceBy(folder.path() / "home.cfg");
-    EXPECT_EQ(file.read().integer(1), 7);
-    // A copy of a read-only file can be written to.
-    std::filesystem::permissions(folder.path() / "home.cfg", std::filesystem::perms::owner_read);
-    file.replaceBy(folder.path() / "home.cfg");
-    EXPECT_NE(std::filesystem::status(file.path()).permissions() & std::filesystem::perms::owner_write,
-              std::filesystem::perms::none);
+    disk.put("home.cfg", "old");
+    for (const Fault fault : {Fault::Error, Fault::Short}) {
+        disk.failAt(0, fault);
+        EXPECT_THROW(file.copyTo("home.cfg"), runtime::FileError);
+        EXPECT_EQ(disk.bytesOf("home.cfg"), "old");
+        disk.failAt(1, fault); // on the thread
+        file.copyTo("home.cfg");
+        EXPECT_NE(file.takeNotice(), "");
+        EXPECT_EQ(disk.bytesOf("home.cfg"), "old");
+    }
+    file.copyTo("home.cfg");
+    EXPECT_EQ(disk.bytesOf("home.cfg"), disk.bytesOf(kFile));
+    EXPECT_FALSE(disk.exists("home.cfg.part"));
     file.seal();
     file.write({integerRecord(1, 9)});
-    EXPECT_EQ(file.read().integer(1), 7);
+    EXPECT_EQ(RecordFile(disk, kFile).read().integer(1), 7);
 }
+
+/// A session whose every change writes its own number into all records of its group.
+struct Session {
+    static constexpr int kFirstState = 1;
+    inline static const std::vector<std::vector<int>> kGroups = {
+        {1, 21, 71}, {57, 58, 59, 60}, {32, 33, 90}, {1, 21, 71}, {45, 65}};
+    static constexpr int kReplaced = 2; // before this group, another configuration is loaded
+
+    simulated::Storage& disk;
+    std::map<int, int> told; // by the first record of a group: the last number that was not refused
+
+    static std::string configurationOf(int number) {
+        simulated::Storage scratch;
+        std::vector<Record> records;
+        for (const auto& group : kGroups) {
+            for (const int record : group)
+                records.push_back(integerRecord(record, number));
+        }
+        RecordFile(scratch, kFile).write(records);
+        return scratch.bytesOf(kFile);
+    }
+
+    void attempt(const std::function<void()>& change, const std::function<void()>& done) {
+        try {
+            change();
+            if (!disk.dead()) done();
+        } catch (const runtime::FileError&) { // told
+        }
+    }
+
+    void run() {
+        RecordFile file(disk, kFile);
+        int number = kFirstState;
+        attempt([&] { file.read(); }, [] {});
+        for (std::size_t i = 0; i < kGroups.size(); ++i) {
+            ++number;
+            if (i == kReplaced) {
+                attempt([&] { file.replaceBy(configurationOf(number)); },
+                        [&] {
+                            for (const auto& group : kGroups)
+                                told[group[0]] = number;
+                        });
+                ++number;
+            }
+            std::vector<Record> records;
+            for (const int record : kGroups[i])
+                records.push_back(integerRecord(record, number));
+            attempt([&] { file.write(records); }, [&] { told[kGroups[i][0]] = number; });
+            if (i % 2 == 1) disk.finish();
+        }
+        attempt([&] { file.finish(); }, [] {});
+    }
+};
+
+class Faults : public ::testing::TestWithParam<std::tuple<Fault, bool>> {};
+
+TEST_P(Faults, EachGroupIsAsBeforeOrAsAfter) {
+    const auto [fault, holdsJobs] = GetParam();
+    const auto start = [&, holds = holdsJobs](simulated::Storage& disk) {
+        disk.put(kFile, Session::configurationOf(Session::kFirstState));
+        disk.holdsJobs = holds;
+    };
+    simulated::Storage whole;
+    start(whole);
+    Session{whole, {}}.run();
+    ASSERT_GT(whole.calls(), 20);
+    for (int call = 0; call < whole.calls(); ++call) {
+        simulated::Storage disk;
+        start(disk);
+        disk.failAt(call, fault);
+        Session session{disk, {}};
+        session.run();
+        const int changes = static_cast<int>(Session::kGroups.size()) + 1;
+        disk.restart();
+        for (int again = 0; again < 2; ++again) { // what the first start mends stays
+            RecordFile file(disk, kFile);
+            RecordImage records = file.read();
+            for (const auto& group : Session::kGroups) {
+                const int number = records.integer(group[0]).value();
+                for (const int record : group)
+                    EXPECT_EQ(records.integer(record), number) << "call " << call << " record " << record;
+                EXPECT_GE(number, Session::kFirstState);
+                EXPECT_LE(number, Session::kFirstState + changes);
+                if (fault == Fault::PowerCut || fault == Fault::PowerCutNamed) continue;
+                // What was saved without an error is there, and where the program lived on, nothing else is.
+                const int told = session.told.contains(group[0]) ? session.told.at(group[0]) : 0;
+                EXPECT_GE(number, told) << "call " << call;
+                if (fault != Fault::Kill && fault != Fault::KillHalf)
+                    EXPECT_EQ(number, std::max(told, Session::kFirstState)) << "call " << call;
+            }
+            file.finish();
+            EXPECT_FALSE(disk.exists(kJournal));
+            EXPECT_FALSE(configurationFault(disk.bytesOf(kFile)));
+        }
+        if (disk.exists(kKept)) {
+            EXPECT_EQ(disk.bytesOf(kKept).size(), 90 * kRecordLength) << "call " << call;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Faults,
+                         ::testing::Combine(::testing::Values(Fault::Error, Fault::Short, Fault::Kill,
+                                                              Fault::KillHalf, Fault::PowerCut,
+                                                              Fault::PowerCutNamed),
+                                            ::testing::Bool()));
 
 } // namespace
 } // namespace config

@@ -151,6 +151,28 @@ TEST_F(ConfigurationsTest, CancellingWritesNothingOrOnlyTheName) {
     dialogs.textAnswers = {"Field"};
     f().mnuSaveConfig.Click.fire();
     EXPECT_EQ(file.read().taggedText(62), "Field");
+    dialogs.textAnswers = {"Other"};
+    storage.failAt(0, simulated::Storage::Fault::Error);
+    f().mnuSaveConfig.Click.fire();
+    EXPECT_EQ(f().StatusBar1.Panels(5), "Field") << "a name is shown once it is on disk";
+    EXPECT_EQ(dialogs.takeMessages().size(), 1U);
+}
+
+TEST_F(ConfigurationsTest, WhatIsNoConfigurationIsRefusedAndTheFormerOneKept) {
+    const std::string before = bytesOf(file.path());
+    storage.put("notes.cfg", "Dear diary, this is no configuration");
+    storage.put("field.cfg", std::string(12, '\0'));
+    f().cmdAv.Click.fire();
+    dialogs.fileAnswers = {"notes.cfg"};
+    f().mnuLoadConfig.Click.fire();
+    EXPECT_EQ(bytesOf(file.path()), before);
+    EXPECT_FALSE(storage.exists(file.path().string() + ".bak"));
+    EXPECT_NE(dialogs.takeMessages().at(0).text.find("\"notes.cfg\" is no configuration"), std::string::npos);
+    dialogs.fileAnswers = {"field.cfg"};
+    f().mnuLoadConfig.Click.fire();
+    EXPECT_EQ(bytesOf(file.path()), std::string(12, '\0'));
+    EXPECT_EQ(bytesOf(file.path().string() + ".bak"), before);
+    EXPECT_EQ(f().intStepsA, 0);
 }
 
 TEST_F(ConfigurationsTest, AFileThatCannotBeLoadedChangesNothing) {

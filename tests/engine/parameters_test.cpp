@@ -93,10 +93,9 @@ TEST_F(ParametersTest, WhatIsNoValueIsRefusedAndTheEntryStaysOpen) {
 TEST_F(ParametersTest, WhatCannotBeWrittenStaysOpenAndIsNotInForce) {
     startTuner();
     f().cmdAv.Click.fire();
-    std::filesystem::remove(file.path());
-    std::filesystem::create_directory(file.path());
     for (const auto& [label, box] :
          {std::pair(&f().lblBassaA, &f().txtBassaVelA), std::pair(&f().lblMMGiro, &f().txtMMGiro)}) {
+        storage.failAt(0, simulated::Storage::Fault::Error);
         enter(*label, *box, "50");
         EXPECT_TRUE(box->Enabled);
         EXPECT_NE(f().entryNoticeA.Caption.get().find("save.cfg"), std::string::npos);

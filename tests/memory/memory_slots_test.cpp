@@ -162,8 +162,7 @@ TEST_F(MemoryTest, ARefusedRecallKeepsTheSelection) {
 
 TEST_F(MemoryTest, AFailedWriteLeavesTheMemoryAsItWas) {
     storeMemory(1, 3, 3, "7.050");
-    std::filesystem::remove(file.path());
-    std::filesystem::create_directory(file.path());
+    storage.failAt(0, simulated::Storage::Fault::Error);
     storeMemory(1, 55, 55, "21.010");
     EXPECT_EQ(f().strMemPosA(1), "003.00");
     EXPECT_EQ(f().Option[1].ToolTip, "7.050 (003.00-003.00)");

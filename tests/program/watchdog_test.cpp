@@ -2,6 +2,7 @@
 #include "config/records.h"
 #include "form/engine_panel.h"
 #include "form/shell_panel.h"
+#include "platform/linux/storage.h"
 #include "tests/platform/linux/fake_k8055.h"
 #include "tests/program/driven_program.h"
 
@@ -75,7 +76,8 @@ struct Guarded : ::testing::Test {
 
     /// Both engines at this speed in steps/s; multiplier 1: full step, 2: half step.
     void setUp(int speed, int multiplier) const {
-        config::RecordFile(folder / "save.cfg")
+        linux_ports::Storage disk;
+        config::RecordFile(disk, folder / "save.cfg")
             .write(
                 {config::integerRecord(record::kFunction, form::kCoilTuner),
                  config::integerRecord(record::kStepsA, 200), config::singleRecord(record::kUnitsA, 1),

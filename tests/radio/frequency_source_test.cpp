@@ -204,7 +204,8 @@ class ConnectionsDialogTest : public SourceTest {
 
 TEST_F(ConnectionsDialogTest, DisconnectsFirstAndSavesWhatItRead) {
     file.write({config::integerRecord(64, 3), config::integerRecord(65, 13001)});
-    connectN1mm();
+    start();
+    connectN1mm(13001);
     open([this](form::FrmTunerConn& dialog) {
         expectConnected(false, "Connect");
         EXPECT_TRUE(dialog.optN1MM.Value);
@@ -223,6 +224,7 @@ TEST_F(ConnectionsDialogTest, DisconnectsFirstAndSavesWhatItRead) {
 
 TEST_F(ConnectionsDialogTest, FreshFileSelectsNothingAndCancelRemembersNothing) {
     file.write({config::integerRecord(64, 0)});
+    start();
     const std::string before = bytesOf(file.path());
     open([](form::FrmTunerConn& dialog) {
         EXPECT_FALSE(dialog.optHamDeluxe.Value || dialog.optLog32.Value || dialog.optN1MM.Value);
@@ -236,7 +238,7 @@ TEST_F(ConnectionsDialogTest, FreshFileSelectsNothingAndCancelRemembersNothing) 
         dialog.cmdExitTConf.Click.fire();
     });
     EXPECT_EQ(bytesOf(file.path()), before);
-    EXPECT_EQ(f().intConnProgrTuner, 3);
+    EXPECT_EQ(f().intConnProgrTuner, form::kNoProgram);
 }
 
 TEST_F(ConnectionsDialogTest, PortsAreChangedTestedAndRefused) {

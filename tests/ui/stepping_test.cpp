@@ -1,3 +1,4 @@
+#include "platform/linux/storage.h"
 #include "platform/linux/timers.h"
 #include "platform/qt/dialogs.h"
 #include "platform/qt/fd_watcher.h"
@@ -101,7 +102,8 @@ class Stepping : public WindowFixture {
   protected:
     void SetUp() override {
         namespace record = config::record;
-        file.write({config::integerRecord(record::kStepsA, 200), config::integerRecord(record::kStepsB, 200),
+        config::RecordFile(disk, file.path())
+            .write({config::integerRecord(record::kStepsA, 200), config::integerRecord(record::kStepsB, 200),
                     config::singleRecord(record::kUnitsA, 1), config::singleRecord(record::kUnitsB, 1),
                     config::integerRecord(record::kFastA, kStepsPerSecond),
                     config::integerRecord(record::kFastB, kStepsPerSecond),
@@ -115,6 +117,7 @@ class Stepping : public WindowFixture {
         outside.timers = timers;
         outside.tcp = realTcp;
         outside.dialogs = realDialogs;
+        outside.storage = disk;
         controller = std::make_unique<app::Controller>(outside, folder.path());
         controller->start();
         openWindow();
@@ -203,6 +206,7 @@ class Stepping : public WindowFixture {
     linux_ports::Timers timers{watcher};
     qt_ports::TcpClients realTcp;
     qt_ports::Dialogs realDialogs;
+    linux_ports::Storage disk;
     Witness witness;
 
   private:

@@ -1,3 +1,4 @@
+#include "platform/linux/storage.h"
 #include "runtime/number.h"
 #include "tests/wine/station_window.h"
 
@@ -43,7 +44,8 @@ TEST(Program, HearsTheStationThroughItsOption) {
     namespace record = config::record;
     constexpr int kMemory = 1;
     const TemporaryFolder folder;
-    config::RecordFile file(folder.path() / "save.cfg");
+    linux_ports::Storage disk;
+    config::RecordFile file(disk, folder.path() / "save.cfg");
     file.write({config::integerRecord(record::kStepsA, 200), config::singleRecord(record::kUnitsA, 10),
                 config::integerRecord(record::kFastA, 1000), config::integerRecord(record::kSlowA, 1000),
                 config::integerRecord(record::kFastB, 1000), config::integerRecord(record::kSlowB, 1000),
@@ -53,6 +55,7 @@ TEST(Program, HearsTheStationThroughItsOption) {
                 config::textRecord(record::kMemoryPosA + kMemory, "002.50"),
                 config::textRecord(record::kMemoryPosB + kMemory, "001.50"),
                 config::textRecord(record::kMemoryLabel + kMemory, "14.05")});
+    file.finish();
 
     const int port = freePort();
     Bridge bridge(port);

@@ -40,7 +40,7 @@ LoggerWindow::LoggerWindow(const QString& title) : WindowsProgram("logger32_wind
 
 void StationWindow::start(int function, int frequencyProgram) {
     namespace record = config::record;
-    config::RecordFile file(folder_.path() / "save.cfg");
+    config::RecordFile file(outside_.storage, folder_.path() / "save.cfg");
     file.write({config::integerRecord(record::kStepsA, 200), config::singleRecord(record::kUnitsA, 10),
                 config::integerRecord(record::kFastA, 1000), config::integerRecord(record::kSlowA, 1000),
                 config::integerRecord(record::kFastB, 1000), config::integerRecord(record::kSlowB, 1000),

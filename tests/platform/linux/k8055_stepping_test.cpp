@@ -19,7 +19,7 @@ class K8055Stepping : public ::testing::Test, protected SimulatedOutside {
     K8055Stepping() {
         bus.plugIn(2, 0);
         namespace record = config::record;
-        config::RecordFile(folder.path() / "save.cfg")
+        config::RecordFile(storage, folder.path() / "save.cfg")
             .write({config::integerRecord(record::kStepsA, 200), config::singleRecord(record::kUnitsA, 1),
                     config::integerRecord(record::kFastA, 1000), config::integerRecord(record::kFastB, 1000),
                     config::integerRecord(record::kSlowA, 1000), config::integerRecord(record::kSlowB, 1000),

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "config/record.h"
+
+/// Changes of files that belong together, and how the journal holds them.
+namespace config {
+
+/// What reaches the disk together or not at all.
+struct Unit {
+    /// The new content of a whole file, named without its folder.
+    struct Whole {
+        std::string name;
+        std::string bytes;
+    };
+    std::vector<Whole> files;
+    std::vector<Record> records; // written after the files
+};
+
+/// A unit as a group of bytes: a mark, the length of what follows, its CRC-32, and the unit itself.
+std::string encodeUnit(const Unit& unit);
+
+/// The units of a journal, up to the first group that is not whole: its writer was interrupted.
+struct Journal {
+    std::vector<Unit> units;
+    std::size_t length = 0; // bytes that they take
+};
+Journal decodeJournal(std::string_view bytes);
+
+} // namespace config
