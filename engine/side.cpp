@@ -2,6 +2,8 @@
 
 #include "config/records.h"
 
+#include <algorithm>
+
 namespace engine {
 
 namespace {
@@ -137,6 +139,14 @@ Side sideB(form::Form1& form) {
                 .units = {form.lblMMGiroB, form.txtMMGiroB, record::kUnitsB},
                 .entryNotice = form.entryNoticeB,
             }};
+}
+
+std::chrono::nanoseconds Sides::untilStep() const {
+    auto shortest = std::chrono::nanoseconds::max();
+    for (const form::Timer* timer : timers()) {
+        if (timer->period() > timer->period().zero()) shortest = std::min(shortest, timer->untilTick());
+    }
+    return shortest;
 }
 
 } // namespace engine

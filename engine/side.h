@@ -105,6 +105,8 @@ struct Sides {
     Side a;
     Side b;
     bool anyRunning() const { return a.running() || b.running(); }
+    /// How long the next step of either is away; the longest time there is while both stand.
+    std::chrono::nanoseconds untilStep() const;
     /// The step timers of both.
     std::array<form::Timer*, 4> timers() const { return {&a.forward, &a.backward, &b.forward, &b.backward}; }
 };

@@ -1,5 +1,6 @@
 #include "ui/main_window.h"
 
+#include "engine/side.h"
 #include "runtime/errors.h"
 #include "ui/card.h"
 #include "ui/dialogs.h"
@@ -35,7 +36,8 @@ constexpr int kEnginesStretch = 5, kZonesStretch = 4;
 
 } // namespace
 
-MainWindow::MainWindow(form::Form1& form, form::Boxes& boxes) : form_(form), boxes_(boxes) {
+MainWindow::MainWindow(form::Form1& form, form::Boxes& boxes)
+    : form_(form), boxes_(boxes), redraw_([sides = engine::Sides(form)] { return sides.untilStep(); }) {
     setObjectName(shown(form.name()));
     setWindowTitle(shown(form.Caption));
     layOutMenus(*this, form_, adapters_);

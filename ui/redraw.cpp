@@ -6,10 +6,19 @@
 
 namespace ui {
 
-Redraw::Redraw() {
+namespace {
+
+/// What a drawing takes. Two engines at full speed leave such a gap in every millisecond.
+constexpr std::chrono::microseconds kDrawing{450};
+/// A drawing that finds no gap comes so much late.
+constexpr int kLongestWaitMilliseconds = 4;
+
+} // namespace
+
+Redraw::Redraw(std::function<std::chrono::nanoseconds()> untilStep) : untilStep_(std::move(untilStep)) {
     timer_.setSingleShot(true);
     timer_.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { drawAll(); });
+    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { drawBetweenSteps(); });
     sinceLast_.start();
 }
 
@@ -22,6 +31,15 @@ void Redraw::mark(Adapter& adapter) {
 
 void Redraw::forget(Adapter& adapter) {
     std::erase(waiting_, &adapter);
+}
+
+void Redraw::drawBetweenSteps() {
+    const bool late = sinceLast_.elapsed() >= kRoundMilliseconds + kLongestWaitMilliseconds;
+    if (!late && untilStep_() < kDrawing) {
+        timer_.start(0);
+    } else {
+        drawAll();
+    }
 }
 
 void Redraw::drawAll() {

@@ -2,16 +2,20 @@
 
 #include <QElapsedTimer>
 #include <QTimer>
+#include <chrono>
+#include <functional>
 #include <vector>
 
 namespace ui {
 
 class Adapter;
 
-/// Draws what has changed, all at once and at most 30 times a second. Costs nothing while nothing changes.
+/// Draws what has changed, all at once, at most 30 times a second, and out of the way of the engines' steps.
+/// Costs nothing while nothing changes.
 class Redraw {
   public:
-    Redraw();
+    /// `untilStep` says how long the next step of an engine is away.
+    explicit Redraw(std::function<std::chrono::nanoseconds()> untilStep);
 
     void mark(Adapter& adapter);
     void forget(Adapter& adapter);
@@ -19,7 +23,11 @@ class Redraw {
     void drawAll();
 
   private:
+    void drawBetweenSteps();
+
     static constexpr int kRoundMilliseconds = 34;
+
+    std::function<std::chrono::nanoseconds()> untilStep_;
 
     QTimer timer_;
     QElapsedTimer sinceLast_;

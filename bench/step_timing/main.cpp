@@ -14,6 +14,7 @@
 #include <cstring>
 #include <functional>
 #include <iostream>
+#include <map>
 #include <spawn.h>
 #include <stdexcept>
 #include <sys/stat.h>
@@ -28,7 +29,7 @@ using namespace bench;
 constexpr Nanoseconds kLeastSpacing = kInterval * 85 / 100;
 constexpr double kLargestRateError = 0.001;
 // What it aims at.
-constexpr double kSpacingBesideBare = 1.3; // times the bare loop's, 99 % of spacings
+constexpr double kSpacingBesideBare = 1.1; // times the bare loop's, 99 % of each engine's spacings
 constexpr double kCpuShare = 0.12;         // of a core, with both engines
 /// A machine that stalled for longer did not allow an exact rate in that round.
 constexpr Nanoseconds kStallAllowed = 5'000'000;
@@ -62,6 +63,7 @@ struct Row {
     const Subject* subject;
     Figures figures;
     std::string remark;
+    std::map<std::string, Figures> engines{}; // by name
 };
 
 class TemporaryFolder {
@@ -182,13 +184,17 @@ void printAims(const std::vector<Row>& rows) {
     const auto& bare = rows.front().figures;
     for (const Row& row : rows) {
         if (!row.subject->ours || row.figures.empty()) continue;
-        const double ratio =
-            static_cast<double>(row.figures.spacing().p99) / static_cast<double>(bare.spacing().p99);
+        std::printf("- %s: 99 %% of spacings within", row.subject->title);
+        bool missed = false;
+        for (const auto& [name, figures] : row.engines) {
+            const double ratio =
+                static_cast<double>(figures.spacing().p99) / static_cast<double>(bare.spacing().p99);
+            std::printf(" %.2f (engine %s)", ratio, name.c_str());
+            missed |= ratio > kSpacingBesideBare;
+        }
         const double cpu = row.figures.cpuShare();
-        std::printf("- %s: 99 %% of spacings within %.2f times the bare loop's (aim: %.1f)%s; "
-                    "%.1f %% of a core (aim: %.0f %%)%s.\n",
-                    row.subject->title, ratio, kSpacingBesideBare,
-                    ratio <= kSpacingBesideBare ? "" : ", MISSED", cpu * 100, kCpuShare * 100,
+        std::printf(" times the bare loop's (aim: %.1f)%s; %.1f %% of a core (aim: %.0f %%)%s.\n",
+                    kSpacingBesideBare, missed ? ", MISSED" : "", cpu * 100, kCpuShare * 100,
                     cpu <= kCpuShare ? "" : ", MISSED");
     }
 }
@@ -208,6 +214,10 @@ int compare(int rounds, std::chrono::seconds duration, const std::filesystem::pa
             row.remark = round.remark;
             if (round.series.empty()) continue;
             row.figures.add(round);
+            for (const Series& series : round.series) {
+                row.engines.try_emplace(series.name, row.subject->habit)
+                    .first->second.add({.cpuShare = 0, .remark = {}, .series = {series}});
+            }
             if (!row.subject->ours) continue;
             ++ours;
             judged += stall < kStallAllowed;

@@ -1,9 +1,9 @@
 #include "platform/linux/timers.h"
 
-#include "platform/linux/file_descriptor.h"
 #include "runtime/errors.h"
 #include "runtime/step_schedule.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
@@ -22,39 +22,46 @@ Time now() {
     return std::chrono::seconds(time.tv_sec) + Time(time.tv_nsec);
 }
 
-/// The kernel timer is armed anew for each tick, so that the schedule alone decides.
-class KernelTimer : public platform::PeriodicTimer {
+} // namespace
+
+class Timers::Timer : public platform::PeriodicTimer {
   public:
-    KernelTimer(FdWatcher& watcher, std::function<void()> tick)
-        : watcher_(watcher), shared_(std::make_shared<Shared>(Shared{.tick = std::move(tick)})),
-          fd_(::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)) {
-        if (!fd_) throw runtime::ObjectError("Cannot create a timer: " + reason(errno));
-    }
-    KernelTimer(const KernelTimer&) = delete;
-    KernelTimer& operator=(const KernelTimer&) = delete;
-    ~KernelTimer() override { ++shared_->turns; }
+    Timer(Timers& owner, std::function<void()> tick)
+        : owner_(owner), shared_(std::make_shared<Shared>(Shared{.tick = std::move(tick)})) {}
+    Timer(const Timer&) = delete;
+    Timer& operator=(const Timer&) = delete;
+    ~Timer() override { halt(); }
 
     void start(Time period) override {
-        ++shared_->turns;
+        halt();
         schedule_.start(now(), period);
-        arm(schedule_.next());
-        if (!watch_) watch_ = watcher_.watch(fd_.get(), [this] { expired(); });
+        owner_.running_.push_back(this);
+        owner_.arm();
     }
 
     void setPeriod(Time period) override {
         schedule_.setInterval(now(), period);
-        arm(schedule_.next());
+        owner_.arm();
     }
 
-    // Disarming also takes back an expiry that nobody has read yet, so that no tick is left in flight. Most
-    // timers stand most of the time, and each descriptor that is watched costs every turn of the event loop.
-    void stop() override {
-        ++shared_->turns;
-        arm(Time::zero());
-        watch_.reset();
-    }
+    void stop() override { halt(); }
 
-    Time untilTick() const override { return schedule_.next() - now(); }
+    Time untilTick() const override { return due() - now(); }
+
+    Time due() const { return schedule_.next(); }
+
+    void tick() {
+        schedule_.ticked(now());
+        // Armed before the tick: a tick that opens a box must not keep the next ones from coming.
+        owner_.arm();
+        const auto shared = shared_;
+        const auto turn = ++shared->turns;
+        shared->tick();
+        const bool isStillLast = shared->turns == turn;
+        if (!isStillLast) return;
+        schedule_.finished(now());
+        owner_.arm();
+    }
 
   private:
     /// What a tick needs when it has destroyed its timer.
@@ -63,45 +70,53 @@ class KernelTimer : public platform::PeriodicTimer {
         std::uint64_t turns = 0; // ticks, starts, stops and the end of the timer
     };
 
-    void expired() {
-        std::uint64_t expirations = 0;
-        if (::read(fd_.get(), &expirations, sizeof expirations) != sizeof expirations) return;
-        // Armed before the tick: a tick that opens a box must not keep the next ones from coming.
-        schedule_.ticked(now());
-        arm(schedule_.next());
-        const auto shared = shared_;
-        const auto turn = ++shared->turns;
-        shared->tick();
-        const bool isStillLast = shared->turns == turn;
-        if (isStillLast) keepDistance();
+    void halt() {
+        ++shared_->turns;
+        std::erase(owner_.running_, this);
     }
 
-    void keepDistance() {
-        const Time planned = schedule_.next();
-        schedule_.finished(now());
-        if (schedule_.next() != planned) arm(schedule_.next());
-    }
-
-    /// Zero disarms.
-    void arm(Time moment) {
-        const auto seconds = std::chrono::floor<std::chrono::seconds>(moment);
-        itimerspec when{};
-        when.it_value.tv_sec = seconds.count();
-        when.it_value.tv_nsec = (moment - seconds).count();
-        ::timerfd_settime(fd_.get(), TFD_TIMER_ABSTIME, &when, nullptr);
-    }
-
-    FdWatcher& watcher_;
+    Timers& owner_;
     std::shared_ptr<Shared> shared_;
     runtime::StepSchedule schedule_;
-    FileDescriptor fd_;
-    std::unique_ptr<FdWatch> watch_;
 };
 
-} // namespace
+Timers::Timers(FdWatcher& watcher) : fd_(::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)) {
+    if (!fd_) throw runtime::ObjectError("Cannot create a timer: " + reason(errno));
+    watch_ = watcher.watch(fd_.get(), [this] { expired(); });
+}
 
 std::unique_ptr<platform::PeriodicTimer> Timers::create(std::function<void()> tick) {
-    return std::make_unique<KernelTimer>(watcher_, std::move(tick));
+    return std::make_unique<Timer>(*this, std::move(tick));
+}
+
+Timers::Timer* Timers::earliest() const {
+    const auto found = std::ranges::min_element(running_, {}, &Timer::due);
+    return found == running_.end() ? nullptr : *found;
+}
+
+/// A timer that stops may leave the kernel's armed for nothing, which costs less than to arm it anew.
+void Timers::arm() {
+    const Timer* first = earliest();
+    if (!first || first->due() == armed_) return;
+    armed_ = first->due();
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(armed_);
+    itimerspec when{};
+    when.it_value.tv_sec = seconds.count();
+    when.it_value.tv_nsec = (armed_ - seconds).count();
+    ::timerfd_settime(fd_.get(), TFD_TIMER_ABSTIME, &when, nullptr);
+}
+
+void Timers::expired() {
+    std::uint64_t expirations = 0;
+    if (::read(fd_.get(), &expirations, sizeof expirations) != sizeof expirations) return;
+    armed_ = {};
+    // One tick of each at most: the event loop has other work.
+    for (std::size_t left = running_.size(); left > 0; --left) {
+        Timer* first = earliest();
+        if (!first || first->due() > now()) break;
+        first->tick();
+    }
+    arm();
 }
 
 } // namespace linux_ports

@@ -1,19 +1,33 @@
 #pragma once
 
 #include "platform/linux/fd_watcher.h"
+#include "platform/linux/file_descriptor.h"
 #include "platform/timers.h"
+
+#include <vector>
 
 namespace linux_ports {
 
-/// Timers of the kernel, one descriptor each, whose ticks follow runtime::StepSchedule.
+/// Timers on one timer of the kernel, whose ticks follow runtime::StepSchedule. Ticks that are due together
+/// run one after the other, with nothing of the event loop between them.
 class Timers : public platform::Timers {
   public:
-    explicit Timers(FdWatcher& watcher) : watcher_(watcher) {}
-    /// Throws runtime::ObjectError when the system has no descriptor left.
+    /// Throws runtime::ObjectError when the kernel has no timer left. Outlives the timers it makes.
+    explicit Timers(FdWatcher& watcher);
+    Timers(const Timers&) = delete;
+    Timers& operator=(const Timers&) = delete;
     std::unique_ptr<platform::PeriodicTimer> create(std::function<void()> tick) override;
 
   private:
-    FdWatcher& watcher_;
+    class Timer;
+    Timer* earliest() const;
+    void arm();
+    void expired();
+
+    std::vector<Timer*> running_;
+    FileDescriptor fd_;
+    std::chrono::nanoseconds armed_{};
+    std::unique_ptr<FdWatch> watch_;
 };
 
 } // namespace linux_ports
