@@ -14,15 +14,18 @@ namespace {
 
 /// The longest payload that UDP over IPv4 can carry.
 constexpr std::size_t kLongestDatagram = 65507;
-/// So many datagrams are taken at one wake-up, so that a flood of them cannot starve the step timers.
-constexpr int kDatagramsAtOnce = 32;
+/// So many datagrams are taken at once, and then none for a while, so that a flood of them leaves the step
+/// timers their time. Station programs send a few in a second.
+constexpr int kDatagramsAtOnce = 16;
+constexpr std::chrono::milliseconds kRest{10};
 
 class Socket : public platform::UdpSocket {
   public:
     Socket(FdWatcher& watcher, FileDescriptor fd, platform::UdpSockets::Receiver receiver)
         : state_(std::make_shared<State>(std::move(fd), std::move(receiver))),
           // The receiver may close this socket; what runs must outlive it.
-          watch_(watcher.watch(state_->fd.get(), [state = state_] { drain(*state); })) {}
+          watch_(watcher.watch(
+              state_->fd.get(), [state = state_] { drain(*state); }, kRest)) {}
     Socket(const Socket&) = delete;
     Socket& operator=(const Socket&) = delete;
     ~Socket() override {

@@ -1,7 +1,9 @@
 #include "platform/qt/tcp_clients.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QTcpSocket>
+#include <QTimer>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/socket.h>
@@ -11,14 +13,18 @@ namespace qt_ports {
 
 namespace {
 
-/// Bytes read between two looks at the event loop: some eighty short lines, which take a fraction of a step.
+/// Bytes taken in each span of time: some eighty short lines, which cost a fraction of one step in four. A
+/// flood of more waits, so that it leaves the step timers their time.
 constexpr qint64 kMostAtOnce = 1 << 10;
+constexpr std::chrono::milliseconds kSpan{4};
 
 /// The socket and what hears of it. It stays until the last callback has returned, whatever has become of
 /// the client meanwhile.
 struct Connection {
     platform::TcpClients::Events events;
     QTcpSocket* socket = nullptr;
+    QElapsedTimer span;
+    qint64 taken = 0;       // bytes, in this span
     bool abandoned = false; // the client is gone: no more events
     bool ended = false;
     bool failed = false;
@@ -36,9 +42,28 @@ void tell(const Shared& connection, Event event) {
     QMetaObject::invokeMethod(connection->socket, call, Qt::QueuedConnection);
 }
 
-void hand(Connection& connection) {
-    const std::string bytes = connection.socket->read(kMostAtOnce).toStdString();
+void handOver(Connection& connection, qint64 most) {
+    const std::string bytes = connection.socket->read(most).toStdString();
     if (!bytes.empty()) connection.events.received(bytes);
+}
+
+void hand(const Shared& connection) {
+    if (connection->abandoned || connection->ended) return;
+    if (!connection->span.isValid() || connection->span.hasExpired(kSpan.count())) {
+        connection->span.start();
+        connection->taken = 0;
+    }
+    const qint64 most = kMostAtOnce - connection->taken;
+    if (most <= 0) return;
+    const qint64 taking = std::min(connection->socket->bytesAvailable(), most);
+    connection->taken += taking;
+    if (taking == most) {
+        QTimer::singleShot(kSpan, Qt::PreciseTimer, connection->socket, [connection] {
+            connection->span.invalidate();
+            hand(connection);
+        });
+    }
+    handOver(*connection, most);
 }
 
 void end(const Shared& connection, bool failed) {
@@ -46,7 +71,7 @@ void end(const Shared& connection, bool failed) {
     connection->failed = failed && connection->socket->error() != QAbstractSocket::RemoteHostClosedError;
     tell(connection, [](Connection& over) {
         while (!over.abandoned && over.socket->bytesAvailable() > 0)
-            hand(over);
+            handOver(over, kMostAtOnce);
         if (!over.abandoned) over.events.ended();
     });
 }
@@ -78,7 +103,8 @@ class Client : public platform::TcpClient {
             connection->socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
             tell(connection, [](Connection& made) { made.events.connected(); });
         });
-        QObject::connect(&socket_, &QTcpSocket::readyRead, [connection] { tell(connection, hand); });
+        QObject::connect(&socket_, &QTcpSocket::readyRead,
+                         [connection] { tell(connection, [connection](Connection&) { hand(connection); }); });
         QObject::connect(&socket_, &QTcpSocket::errorOccurred, [connection] { end(connection, true); });
         QObject::connect(&socket_, &QTcpSocket::disconnected, [connection] { end(connection, false); });
         socket_.connectToHost(QString::fromStdString(host), static_cast<quint16>(port));

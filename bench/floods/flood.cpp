@@ -1,0 +1,124 @@
+#include "flood.h"
+
+#include <arpa/inet.h>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <spawn.h>
+#include <stdexcept>
+#include <string_view>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace bench {
+
+namespace {
+
+sockaddr_in loopback(int port) {
+    sockaddr_in name{};
+    name.sin_family = AF_INET;
+    name.sin_port = htons(static_cast<std::uint16_t>(port));
+    name.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return name;
+}
+
+int boundSocket(int type, int port) {
+    const int fd = ::socket(AF_INET, type | SOCK_CLOEXEC, 0);
+    const int yes = 1;
+    ::setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+    const sockaddr_in name = loopback(port);
+    if (::bind(fd, reinterpret_cast<const sockaddr*>(&name), sizeof name) != 0)
+        throw std::system_error(errno, std::generic_category(), "bind");
+    return fd;
+}
+
+void send(int port, const std::string& datagram) {
+    const int fd = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    const sockaddr_in name = loopback(port);
+    for (;;)
+        ::sendto(fd, datagram.data(), datagram.size(), 0, reinterpret_cast<const sockaddr*>(&name),
+                 sizeof name);
+}
+
+/// Greets whoever connects, and then says the same again and again.
+void serve(int port, std::string_view greeting, const std::string& words) {
+    const int listener = boundSocket(SOCK_STREAM, port);
+    ::listen(listener, 1);
+    for (;;) {
+        const int fd = ::accept(listener, nullptr, nullptr);
+        const int little = 1 << 14; // what is under way when the flood stops is soon taken
+        ::setsockopt(fd, SOL_SOCKET, SO_SNDBUF, &little, sizeof little);
+        std::string_view left = greeting;
+        for (;;) {
+            const ssize_t size = ::send(fd, left.data(), left.size(), MSG_NOSIGNAL);
+            if (size < 0) break;
+            left.remove_prefix(static_cast<std::size_t>(size));
+            if (left.empty()) left = words;
+        }
+        ::close(fd);
+    }
+}
+
+/// As many as some reads of the program take, so that the sender is not what is measured.
+std::string manyTimes(std::string_view line) {
+    constexpr std::size_t kEnough = 8192;
+    std::string text;
+    while (text.size() < kEnough)
+        text += line;
+    return text;
+}
+
+} // namespace
+
+Flood::Flood(const std::string& kind, int port) {
+    std::string program = "/proc/self/exe", mode = "pour", name = kind, number = std::to_string(port);
+    std::array<char*, 5> arguments = {program.data(), mode.data(), name.data(), number.data(), nullptr};
+    if (::posix_spawn(&process_, program.c_str(), nullptr, nullptr, arguments.data(), environ) != 0)
+        throw std::runtime_error("no process for " + kind);
+    stop();
+}
+
+Flood::~Flood() {
+    ::kill(process_, SIGKILL);
+    ::waitpid(process_, nullptr, 0);
+}
+
+void Flood::start() {
+    ::kill(process_, SIGCONT);
+}
+
+void Flood::stop() {
+    ::kill(process_, SIGSTOP);
+}
+
+void pour(const std::string& kind, int port) {
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    const std::string contact = "<RadioInfo><RadioNr>1</RadioNr><TXFreq>1402500</TXFreq></RadioInfo>";
+    if (kind == "datagrams") send(port, contact);
+    if (kind == "long datagrams") send(port, std::string(60000, ' ') + contact);
+    if (kind == "tracking") serve(port, "\n", manyTimes("ISS AZ123.4 EL45.6 MORE\r\n"));
+    if (kind == "blanks") serve(port, "\n", "ISS AZ123.4 EL45.6" + std::string(60000, ' ') + '\n');
+    if (kind == "bridge")
+        serve(port, "hello 1 bench 1\nopened 1\n", manyTimes("changed 1 14200000\nchanged 1 14200001\n"));
+    throw std::runtime_error("no such flood: " + kind);
+}
+
+int freePort() {
+    constexpr int kFirst = 20000, kLast = 32000; // what save.cfg can hold, and the system gives to nobody
+    static int port = kFirst;
+    while (++port < kLast) {
+        try {
+            for (const int type : {SOCK_STREAM, SOCK_DGRAM})
+                ::close(boundSocket(type, port));
+            return port;
+        } catch (const std::system_error&) {
+            // Taken: the next one.
+        }
+    }
+    throw std::runtime_error("no free port");
+}
+
+} // namespace bench
