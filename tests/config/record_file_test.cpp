@@ -243,8 +243,9 @@ TEST_P(Faults, EachGroupIsAsBeforeOrAsAfter) {
                 // What was saved without an error is there, and where the program lived on, nothing else is.
                 const int told = session.told.contains(group[0]) ? session.told.at(group[0]) : 0;
                 EXPECT_GE(number, told) << "call " << call;
-                if (fault != Fault::Kill && fault != Fault::KillHalf)
+                if (fault != Fault::Kill && fault != Fault::KillHalf) {
                     EXPECT_EQ(number, std::max(told, Session::kFirstState)) << "call " << call;
+                }
             }
             file.finish();
             EXPECT_FALSE(disk.exists(kJournal));
