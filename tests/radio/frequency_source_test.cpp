@@ -273,6 +273,7 @@ TEST_F(ConnectionsDialogTest, PortsAreChangedTestedAndRefused) {
 
 TEST_F(ConnectionsDialogTest, ATakenPortLeavesTheDialogUsable) {
     file.write({config::integerRecord(64, 3), config::integerRecord(65, 13001)});
+    start();
     udp.occupy(13001);
     udp.occupy(13003);
     open([this](form::FrmTunerConn& dialog) {
