@@ -18,6 +18,7 @@ class LinkLabel : public Label {
     std::string LinkTopic; // "application|topic"
     std::string LinkItem;
     Property<int> LinkMode{*this, kNone};
+    bool isOpen() const { return isOpen_; }
     Event<> LinkOpen{*this};
     Event<> LinkClose{*this}; // an open link has ended, from either side
     Event<> LinkError{*this}; // the server did not answer; LinkMode is kNone again

@@ -9,10 +9,16 @@ namespace radio {
 
 TunerConnections::TunerConnections(form::Form1& main, form::FrmTunerConn& dialog, config::RecordFile& file,
                                    Logger32& logger32, platform::UdpSockets& sockets)
-    : main_(main), dialog_(dialog), file_(file), logger32_(logger32), sockets_(sockets) {
-    dialog_.optHamDeluxe.Click.attach([this] { optHamDeluxe_Click(); });
-    dialog_.optLog32.Click.attach([this] { optLog32_Click(); });
-    dialog_.optN1MM.Click.attach([this] { optN1MM_Click(); });
+    : main_(main), dialog_(dialog), file_(file), logger32_(logger32),
+      sockets_(sockets), programs_{{form::kHamRadioDeluxe, dialog.optHamDeluxe, dialog.lblDDE},
+                                   {form::kLogger32, dialog.optLog32, dialog.lblLog32Data},
+                                   {form::kN1mmLogger, dialog.optN1MM, dialog.lblN1mmData}} {
+    for (const Program& program : programs_) {
+        program.option.Click.attach([this, &program] {
+            if (program.number == form::kN1mmLogger) replaceZeroPort();
+            choose(program);
+        });
+    }
     attachLinkTest();
     dialog_.cmdOnLog32.Click.attach([this] { cmdOnLog32_Click(); });
     dialog_.cmdOffLog32.Click.attach([this] { cmdOffLog32_Click(); });
@@ -53,74 +59,54 @@ void TunerConnections::Form_Load() {
     program_ = records.integer(config::record::kFrequencyProgram);
     port_ = records.integer(config::record::kN1mmPort);
     showPort(std::to_string(port_.value()), false);
-    switch (program_.value()) {
-    case form::kHamRadioDeluxe:
-        dialog_.optHamDeluxe.Value = true;
-        break;
-    case form::kLogger32:
-        dialog_.optLog32.Value = true;
-        break;
-    case form::kN1mmLogger:
-        dialog_.optN1MM.Value = true;
-        break;
-    default:
-        break;
+    for (const Program& program : programs_) {
+        if (program_ == program.number) choose(program);
     }
 }
 
-void TunerConnections::select(const form::OptionButton& chosen) {
-    for (form::OptionButton* option : {&dialog_.optHamDeluxe, &dialog_.optLog32, &dialog_.optN1MM}) {
-        option->Value.load(option == &chosen);
-    }
-}
-
-void TunerConnections::enableTests(bool hrd, bool log32, bool n1mm) {
-    dialog_.cmdOn.Enabled = hrd;
+void TunerConnections::choose(const Program& chosen) {
+    for (const Program& program : programs_)
+        program.option.Value.load(&program == &chosen);
+    program_ = chosen.number;
+    const bool n1mm = program_ == form::kN1mmLogger;
+    dialog_.cmdOn.Enabled = program_ == form::kHamRadioDeluxe;
     // One hook at a time: a test that runs must be ended first.
-    dialog_.cmdOnLog32.Enabled = log32 && !dialog_.tmrLog32.Enabled;
+    dialog_.cmdOnLog32.Enabled = program_ == form::kLogger32 && !dialog_.tmrLog32.Enabled;
     dialog_.Command1.Enabled = n1mm;
     dialog_.txtN1mmPortNumb.Enabled = n1mm;
-    dialog_.lblListening.Visible = n1mm;
+    chosen.received.bringToFront();
+    if (n1mm) {
+        dialog_.lblN1mmData.Caption = "";
+        listen();
+    } else {
+        closeSocket();
+        // What is greyed is what will be kept.
+        showPort(std::to_string(port_.value()), false);
+    }
 }
 
-void TunerConnections::optHamDeluxe_Click() {
-    select(dialog_.optHamDeluxe);
-    program_ = form::kHamRadioDeluxe;
-    enableTests(true, false, false);
-    dialog_.lblDDE.bringToFront();
+void TunerConnections::replaceZeroPort() {
+    if (!(dialog_.txtN1mmPortNumb.Text == "0")) return;
+    port_ = kN1mmDefaultPort;
+    showPort(std::to_string(kN1mmDefaultPort), false);
+}
+
+void TunerConnections::closeSocket() {
     wskN1mm_.reset();
+    dialog_.lblListening.Visible = false;
+    dialog_.lblPortError.Caption = "";
 }
 
-void TunerConnections::optLog32_Click() {
-    select(dialog_.optLog32);
-    program_ = form::kLogger32;
-    enableTests(false, true, false);
-    wskN1mm_.reset();
-    dialog_.lblLog32Data.bringToFront();
-}
-
-void TunerConnections::optN1MM_Click() {
-    select(dialog_.optN1MM);
-    program_ = form::kN1mmLogger;
-    // A port that cannot be bound ends the click here.
-    if (!listen()) return;
-    enableTests(false, false, true);
-    dialog_.lblN1mmData.Caption = "";
-    dialog_.lblN1mmData.bringToFront();
-}
-
-bool TunerConnections::listen() {
-    wskN1mm_.reset();
+void TunerConnections::listen() {
+    closeSocket();
     try {
         wskN1mm_ = sockets_.bind(n1mmPort(port_), [this](const std::string& datagram) {
             dialog_.guard([&] { dialog_.lblN1mmData.Caption = n1mmKilohertz(datagram) + " KHz"; });
         });
+        dialog_.lblListening.Visible = true;
     } catch (const runtime::ObjectError& error) {
         dialog_.lblPortError.Caption = error.what();
-        return false;
     }
-    dialog_.lblPortError.Caption = "";
-    return true;
 }
 
 void TunerConnections::cmdOnLog32_Click() {
@@ -132,11 +118,10 @@ void TunerConnections::cmdOnLog32_Click() {
 void TunerConnections::tmrLog32_Timer() {
     switch (logger32_.poll(dialog_)) {
     case Logger32::Sighting::Missing:
-        dialog_.lblConnLog32.Caption = "Disc.";
+        showLogger32(false);
         break;
     case Logger32::Sighting::New:
-        dialog_.lblConnLog32.Caption = "Conn.";
-        dialog_.lblConnLog32.BackColor = form::kBrightGreen;
+        showLogger32(true);
         break;
     case Logger32::Sighting::Known:
         break;
@@ -146,9 +131,13 @@ void TunerConnections::tmrLog32_Timer() {
 void TunerConnections::cmdOffLog32_Click() {
     logger32_.disconnect(dialog_);
     dialog_.tmrLog32.Enabled = false;
-    dialog_.lblConnLog32.Caption = "Disc.";
-    dialog_.lblConnLog32.BackColor = form::kRed;
+    showLogger32(false);
     dialog_.cmdOnLog32.Enabled = program_ == form::kLogger32;
+}
+
+void TunerConnections::showLogger32(bool connected) {
+    dialog_.lblConnLog32.Caption = connected ? "Conn." : "Disc.";
+    dialog_.lblConnLog32.BackColor = connected ? form::kBrightGreen : form::kRed;
 }
 
 void TunerConnections::showPort(const std::string& text, bool editing) {
@@ -175,9 +164,9 @@ void TunerConnections::Command1_Click() {
 }
 
 void TunerConnections::cmdSaveTConf_Click() {
-    // A port that was not touched goes back as it was read, unless N1MM Logger needs one.
+    // A port that was not touched goes back as it was read.
     const bool edited = dialog_.txtN1mmPortNumb.Text.get() != std::to_string(port_.value());
-    if (edited || (program_ == form::kN1mmLogger && port_ == 0)) {
+    if (edited && dialog_.txtN1mmPortNumb.Enabled) {
         const auto port = typedPort();
         if (!port) return;
         port_ = *port;

@@ -8,6 +8,7 @@
 #include "radio/logger32.h"
 
 #include <optional>
+#include <vector>
 
 namespace radio {
 
@@ -22,9 +23,6 @@ class TunerConnections {
     TunerConnections& operator=(const TunerConnections&) = delete;
 
     void Form_Load();
-    void optHamDeluxe_Click();
-    void optLog32_Click();
-    void optN1MM_Click();
     void cmdOnLog32_Click();
     void cmdOffLog32_Click();
     void tmrLog32_Timer();
@@ -32,11 +30,19 @@ class TunerConnections {
     void cmdSaveTConf_Click();
 
   private:
+    struct Program {
+        int number; // record 64
+        form::OptionButton& option;
+        form::Label& received; // by its try
+    };
     void attachLinkTest();
     void attachPortEntry();
-    void select(const form::OptionButton& chosen);
-    void enableTests(bool hrd, bool log32, bool n1mm);
-    bool listen();
+    void choose(const Program& chosen);
+    /// Who chooses N1MM Logger by hand gets the default port in place of 0.
+    void replaceZeroPort();
+    void listen();
+    void closeSocket();
+    void showLogger32(bool connected);
     void showPort(const std::string& text, bool editing);
     /// The port typed in; nothing, with a message beside the field, when it cannot be one.
     std::optional<form::Int16> typedPort();
@@ -47,6 +53,7 @@ class TunerConnections {
     Logger32& logger32_;
     platform::UdpSockets& sockets_;
     std::unique_ptr<platform::UdpSocket> wskN1mm_;
+    const std::vector<Program> programs_;
     form::Int16 program_;
     form::Int16 port_;
 };

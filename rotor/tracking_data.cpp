@@ -14,15 +14,13 @@ namespace {
 
 constexpr double kOffsetsPerDegree = 100;
 
-/// Cuts at every single blank: two in a row give an empty token.
-std::vector<std::string> tokensOf(const std::string& text) {
-    std::vector<std::string> tokens(1);
-    for (const char c : text) {
-        if (c == ' ') {
-            tokens.emplace_back();
-        } else {
-            tokens.back() += c;
-        }
+/// The first `count` tokens of a line, cut at every single blank: two in a row give an empty token.
+std::vector<std::string> tokensOf(std::string_view text, std::size_t count) {
+    std::vector<std::string> tokens;
+    for (std::size_t begin = 0; tokens.size() < count && begin <= text.size();) {
+        const std::size_t end = std::min(text.find(' ', begin), text.size());
+        tokens.emplace_back(text.substr(begin, end - begin));
+        begin = end + 1;
     }
     return tokens;
 }
@@ -47,7 +45,9 @@ std::string withElevationOffset(const form::Form1& form, const std::string& degr
 
 /// Tokens 1 and 2 are azimuth and elevation. The raw labels show them crossed, and both take the elevation
 /// offset.
-void readOrbitron(form::Form1& form, const std::vector<std::string>& tokens) {
+void readOrbitron(form::Form1& form, const std::string& text) {
+    constexpr std::size_t kTokens = 3;
+    const std::vector<std::string> tokens = tokensOf(text, kTokens);
     form.lblRealAz.Caption = withoutTag(token(tokens, 2));
     form.lblRealEl.Caption = withoutTag(token(tokens, 1));
     form.lblElRx.Caption = withElevationOffset(form, form.lblRealAz.Caption);
@@ -59,7 +59,9 @@ std::string withOffset(const std::string& degrees, const form::ScrollBar& bar) {
     return runtime::formatStored(runtime::parseSingle(degrees) + offset);
 }
 
-void readSatPc32(form::Form1& form, const std::vector<std::string>& tokens) {
+void readSatPc32(form::Form1& form, const std::string& text) {
+    constexpr std::size_t kTokens = 5;
+    const std::vector<std::string> tokens = tokensOf(text, kTokens);
     const std::string& realEl = token(tokens, 1);
     const std::string& realAz = token(tokens, 2);
     showReceived(form, token(tokens, 3), token(tokens, 4));
@@ -91,9 +93,8 @@ void showReceived(form::Form1& form, const std::string& azimuth, const std::stri
 
 void subSatData(form::Form1& form, const std::string& text) {
     try {
-        const std::vector<std::string> tokens = tokensOf(text);
-        if (form.intSatSource == kOrbitron) readOrbitron(form, tokens);
-        if (form.intSatSource == kSatPc32) readSatPc32(form, tokens);
+        if (form.intSatSource == kOrbitron) readOrbitron(form, text);
+        if (form.intSatSource == kSatPc32) readSatPc32(form, text);
     } catch (const runtime::RunTimeError&) {
         // A malformed line is dropped in silence: the next one comes within a second.
     }
@@ -101,7 +102,9 @@ void subSatData(form::Form1& form, const std::string& text) {
 
 void readSatPc32Item(form::Form1& form, const std::string& text) {
     try {
-        const std::vector<std::string> tokens = tokensOf(text);
+        // Azimuth and elevation stand right behind the name of the satellite.
+        constexpr std::size_t kTokens = 32;
+        const std::vector<std::string> tokens = tokensOf(text, kTokens);
         const std::string azimuth = taggedNumber(tokens, "AZ");
         const std::string elevation = taggedNumber(tokens, "EL");
         showReceived(form, azimuth, elevation);

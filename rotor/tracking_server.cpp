@@ -75,9 +75,10 @@ void TrackingServer::received(const std::string& bytes) {
     form_.tmrTrackingSilence.Enabled = lines_.pending();
 }
 
-/// A state of the server that no longer counts gives its place up; one of the links stays.
+/// A state of the server that no longer counts gives its place up to that of the links.
 void TrackingServer::hideState() {
-    if (std::exchange(stateShown_, false)) form_.lblOpenCom.Caption = "Connect";
+    if (!std::exchange(stateShown_, false)) return;
+    form_.lblOpenCom.Caption = form_.lblOrbitron.isOpen() ? "Connected" : "Connect";
 }
 
 void TrackingServer::leave() {

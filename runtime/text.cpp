@@ -178,9 +178,16 @@ std::string toAnsi(std::string_view utf8) {
 
 std::string fromAnsi(std::string_view bytes) {
     std::string out;
-    for (const char byte : bytes) {
-        const auto code = static_cast<unsigned char>(byte);
-        appendUtf8(out, code >= 0x80 && code < 0xA0 ? kAnsiUpper[code - 0x80U] : code);
+    while (!bytes.empty()) {
+        // Plain runs as a whole: a tracking server may send long lines of them.
+        const auto plainEnd = std::find_if(
+            bytes.begin(), bytes.end(), [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; });
+        out.append(bytes.begin(), plainEnd);
+        bytes.remove_prefix(static_cast<std::size_t>(plainEnd - bytes.begin()));
+        if (bytes.empty()) break;
+        const auto code = static_cast<unsigned char>(bytes.front());
+        appendUtf8(out, code < 0xA0 ? kAnsiUpper[code - 0x80U] : code);
+        bytes.remove_prefix(1);
     }
     return out;
 }

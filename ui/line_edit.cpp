@@ -3,7 +3,9 @@
 #include "ui/caption_label.h"
 #include "ui/colours.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QPainter>
 
 namespace ui {
@@ -129,6 +131,9 @@ void LineEdit::keyPressEvent(QKeyEvent* event) {
         event->ignore(); // for the window: its default button, its Cancel
     } else if (key == Qt::Key_Backspace && event->modifiers() == Qt::NoModifier) {
         if (!onCharacter || onCharacter(kBackspace) == kBackspace) backspace();
+    } else if (event->matches(QKeySequence::Paste)) {
+        const bool selection = event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier);
+        pasteFrom(selection ? QClipboard::Selection : QClipboard::Clipboard);
     } else if (isTyping(*event)) {
         const QString text = accepted(event->text());
         if (!text.isEmpty()) insert(text);
@@ -147,6 +152,38 @@ void LineEdit::inputMethodEvent(QInputMethodEvent* event) {
 void LineEdit::mousePressEvent(QMouseEvent* event) {
     if (onMouseDown) onMouseDown();
     QLineEdit::mousePressEvent(event);
+}
+
+void LineEdit::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::MiddleButton) {
+        QLineEdit::mouseReleaseEvent(event);
+        return;
+    }
+    deselect();
+    pasteFrom(QClipboard::Selection);
+}
+
+void LineEdit::contextMenuEvent(QContextMenuEvent* event) {
+    QMenu* menu = createStandardContextMenu();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (QAction* action : menu->actions()) {
+        if (!action->text().startsWith(QLineEdit::tr("&Paste"))) continue;
+        action->disconnect(SIGNAL(triggered()));
+        connect(action, &QAction::triggered, this, [this] { pasteFrom(QClipboard::Clipboard); });
+    }
+    menu->popup(event->globalPos());
+}
+
+void LineEdit::pasteFrom(QClipboard::Mode mode) {
+    // Far more than any box takes; a clipboard may hold megabytes.
+    constexpr int kLongest = 256;
+    const QString pasted = QGuiApplication::clipboard()->text(mode).trimmed().left(kLongest);
+    for (const uint character : pasted.toUcs4()) {
+        if (!QChar::isPrint(character)) continue;
+        const auto point = static_cast<char32_t>(character);
+        const QString text = accepted(QString::fromUcs4(&point, 1));
+        if (!text.isEmpty()) insert(text);
+    }
 }
 
 void LineEdit::paintEvent(QPaintEvent* event) {

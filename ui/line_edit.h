@@ -1,12 +1,14 @@
 #pragma once
 
+#include <QClipboard>
 #include <QLineEdit>
 #include <functional>
 #include <optional>
 
 namespace ui {
 
-/// A text box whose owner sees every key first. While disabled it looks like plain text.
+/// A text box whose owner sees every key first, and every character however it comes: typed, pasted or from
+/// an input method. While disabled it looks like plain text.
 class LineEdit : public QLineEdit {
   public:
     explicit LineEdit(QWidget* parent = nullptr);
@@ -32,10 +34,13 @@ class LineEdit : public QLineEdit {
     void keyPressEvent(QKeyEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
   private:
     QString accepted(const QString& typed);
+    void pasteFrom(QClipboard::Mode mode);
     bool quietNow() const { return quiet_ && !isEnabled(); }
 
     bool quiet_ = false;

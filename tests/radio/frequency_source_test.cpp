@@ -271,6 +271,60 @@ TEST_F(ConnectionsDialogTest, PortsAreChangedTestedAndRefused) {
     EXPECT_EQ(file.read().integer(65), 13004);
 }
 
+TEST_F(ConnectionsDialogTest, ATakenPortLeavesTheDialogUsable) {
+    file.write({config::integerRecord(64, 3), config::integerRecord(65, 13001)});
+    start();
+    udp.occupy(13001);
+    udp.occupy(13003);
+    open([this](form::FrmTunerConn& dialog) {
+        const auto expectListening = [&](bool listening) {
+            EXPECT_EQ(dialog.lblListening.Visible, listening);
+            EXPECT_EQ(dialog.lblPortError.Caption.get().empty(), listening);
+            EXPECT_TRUE(dialog.txtN1mmPortNumb.Enabled && dialog.Command1.Enabled);
+            EXPECT_FALSE(dialog.cmdOn.Enabled || dialog.cmdOnLog32.Enabled);
+        };
+        expectListening(false);
+        typePort(dialog, "13002");
+        dialog.Command1.Click.fire();
+        expectListening(true);
+        typePort(dialog, "13003");
+        dialog.Command1.Click.fire();
+        expectListening(false);
+        EXPECT_FALSE(udp.listening(13002));
+        typePort(dialog, "no port");
+        dialog.optLog32.userClick();
+        EXPECT_EQ(dialog.lblPortError.Caption, "");
+        EXPECT_EQ(dialog.txtN1mmPortNumb.Text, "13003"); // what will be kept
+        EXPECT_FALSE(dialog.txtN1mmPortNumb.FontItalic);
+        udp.release(13003);
+        dialog.optN1MM.userClick();
+        expectListening(true);
+        dialog.optHamDeluxe.userClick();
+        EXPECT_FALSE(dialog.lblListening.Visible || udp.listening(13003));
+        dialog.cmdSaveTConf.Click.fire();
+    });
+    EXPECT_EQ(unloads, 1);
+    EXPECT_EQ(file.read().integer(64), 1);
+    EXPECT_EQ(file.read().integer(65), 13003);
+}
+
+TEST_F(ConnectionsDialogTest, APortOfZeroBecomesTheDefaultByHandAlone) {
+    open([](form::FrmTunerConn& dialog) {
+        EXPECT_EQ(dialog.txtN1mmPortNumb.Text, "0");
+        EXPECT_TRUE(dialog.lblListening.Visible);
+        dialog.cmdSaveTConf.Click.fire();
+    });
+    EXPECT_EQ(unloads, 1);
+    EXPECT_EQ(file.read().integer(65), 0); // not touched
+    open([](form::FrmTunerConn& dialog) {
+        dialog.optN1MM.userClick();
+        EXPECT_EQ(dialog.txtN1mmPortNumb.Text, "12060");
+        dialog.cmdSaveTConf.Click.fire();
+    });
+    EXPECT_EQ(unloads, 2);
+    EXPECT_EQ(file.read().integer(65), 12060);
+}
+
 TEST_F(ConnectionsDialogTest, LinkAndLogger32AreTriedOutInTheDialog) {
     links.run(kHrd);
     station.showWindow("Logger32", 5);
@@ -300,6 +354,7 @@ TEST_F(ConnectionsDialogTest, LinkAndLogger32AreTriedOutInTheDialog) {
         station.closeWindow("Logger32");
         clock.advance(500);
         EXPECT_EQ(dialog.lblConnLog32.Caption, "Disc.");
+        EXPECT_EQ(dialog.lblConnLog32.BackColor, form::kRed);
         station.showWindow("Logger32", 6);
         clock.advance(500);
     });

@@ -152,6 +152,17 @@ TEST_F(TrackingServerTest, ConnectsInSatelliteRotorAloneAndShowsItsState) {
     EXPECT_EQ(tcp.attempts(), attempts);
 }
 
+TEST_F(TrackingServerTest, AnotherFormatGivesAnOpenOrbitronLinkItsStateBack) {
+    links.run("Orbitron|Tracking");
+    f().mnuSat.Click.fire();
+    f().cmdConnect.Click.fire();
+    clock.advance(500);
+    EXPECT_EQ(f().lblOpenCom.Caption, "Connecting"); // the server's
+    f().intSatSource = rotor::kOrbitron;
+    clock.advance(500);
+    EXPECT_EQ(f().lblOpenCom.Caption, "Connected");
+}
+
 TEST_F(TrackingServerTest, TriesAgainAtGrowingIntervals) {
     connect();
     tcp.stopListening(6969);
@@ -234,6 +245,34 @@ TEST_F(TrackingServerTest, TheDialogsChoiceTakesEffectAtOnce) {
     tcp.answer();
     tcp.send("x AZ1 EL2\n");
     EXPECT_EQ(f().lblAzRx.Caption, "1");
+}
+
+TEST_F(TrackingTest, TheDialogKeepsSatPc32AndItsPort) {
+    const auto open = [this](const std::function<void(form::FrmSatConn&)>& script) {
+        inDialog<form::FrmSatConn>(script);
+        f().mnuSatConn.Click.fire();
+    };
+    f().mnuSat.Click.fire();
+    open([](form::FrmSatConn& dialog) {
+        EXPECT_FALSE(dialog.optOrbitron.Value || dialog.optSatPc32.Value);
+        dialog.optSatPc32.userClick();
+        dialog.txtServerPort.Text.load("6970");
+        dialog.cmdSaveSatCfg.Click.fire();
+    });
+    EXPECT_EQ(file.read().integer(45), 6970);
+    EXPECT_EQ(file.read().integer(81), 2);
+    EXPECT_EQ(f().StatusBar1.Panels(4), "6970");
+    EXPECT_EQ(f().intSatSource, 2);
+    const std::string before = bytesOf(file.path());
+    open([](form::FrmSatConn& dialog) {
+        EXPECT_TRUE(dialog.optSatPc32.Value);
+        EXPECT_EQ(dialog.txtServerPort.Text, "6970");
+        dialog.optOrbitron.userClick();
+        EXPECT_FALSE(dialog.optSatPc32.Value);
+        dialog.cmdExitSatConn.Click.fire();
+    });
+    EXPECT_EQ(bytesOf(file.path()), before);
+    EXPECT_EQ(f().intSatSource, 2);
 }
 
 TEST_F(TrackingTest, OrbitronsLinkIsToggled) {

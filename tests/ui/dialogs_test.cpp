@@ -4,12 +4,14 @@
 #include "runtime/errors.h"
 #include "tests/ui/window_fixture.h"
 
+#include <QClipboard>
 #include <QColorDialog>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <gmock/gmock.h>
@@ -100,6 +102,43 @@ TEST_F(FormDialogs, TheProgramIsChosenAndItsPortIsJudged) {
                });
     EXPECT_EQ(f().intConnProgrTuner, int{form::kN1mmLogger});
     EXPECT_EQ(f().intPortaN1MM, 12061);
+}
+
+TEST_F(FormDialogs, PastedTextPassesTheFilterOfTypedText) {
+    const auto pasteByMenu = [](QWidget& box) {
+        QContextMenuEvent asks(QContextMenuEvent::Keyboard, {1, 1}, box.mapToGlobal(QPoint(1, 1)));
+        QApplication::sendEvent(&box, &asks);
+        auto* menu = dynamic_cast<QMenu*>(QApplication::activePopupWidget());
+        ASSERT_TRUE(menu);
+        for (QAction* action : menu->actions()) {
+            if (action->text().startsWith("&Paste")) action->trigger();
+        }
+        menu->close();
+    };
+    withDialog([&] { f().mnuGenSet.Click.fire(); },
+               [&](QWidget& dialog) {
+                   auto& key = part<QLineEdit>(dialog, "txtCW1");
+                   QGuiApplication::clipboard()->setText("b7Qa\n");
+                   key.setFocus();
+                   QTest::keyClick(&key, Qt::Key_V, Qt::ControlModifier);
+                   EXPECT_EQ(key.text(), "a"); // as when it is typed
+                   QGuiApplication::clipboard()->setText("7Q");
+                   QTest::keyClick(&key, Qt::Key_Insert, Qt::ShiftModifier);
+                   pasteByMenu(key);
+                   EXPECT_EQ(key.text(), "a");
+                   QTest::keyClick(&dialog, Qt::Key_Escape);
+               });
+    withDialog([&] { f().mnuTunConn.Click.fire(); },
+               [&](QWidget& dialog) {
+                   auto& number = part<QLineEdit>(dialog, "txtN1mmPortNumb");
+                   number.selectAll();
+                   QGuiApplication::clipboard()->setText(" 12061\n");
+                   pasteByMenu(number);
+                   EXPECT_EQ(number.text(), "12061");
+                   settle();
+                   EXPECT_TRUE(number.font().italic()); // marked as edited
+                   QTest::keyClick(&dialog, Qt::Key_Escape);
+               });
 }
 
 TEST_F(FormDialogs, EveryControlIsNamedAndExplained) {

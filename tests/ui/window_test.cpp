@@ -125,12 +125,12 @@ TEST_F(Window, AParameterIsOpenedTypedAndConfirmedByKeyboardOrMouse) {
     EXPECT_TRUE(widget("txtSteps").isEnabled());
 }
 
-TEST_F(Window, PastedTextReachesTheControlAndIsJudgedThere) {
+TEST_F(Window, TextThatPassesNoFilterIsJudgedByTheControl) {
     f().lblMemSteps.DblClick.fire();
     auto& box = widget<QLineEdit>("txtSteps");
     QTest::mouseClick(&box, Qt::LeftButton);
     box.selectAll();
-    box.insert("many"); // as the clipboard does
+    box.insert("many"); // unlike typing and pasting
     EXPECT_EQ(f().txtSteps.Text.get(), "many");
     QTest::keyClick(&box, Qt::Key_Return);
     settle();
