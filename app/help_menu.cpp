@@ -2,7 +2,6 @@
 
 #include "app/version.h"
 #include "form/dialogs.h"
-#include "runtime/errors.h"
 
 namespace app {
 
@@ -25,20 +24,16 @@ HelpMenu::HelpMenu(form::Form1& form, form::Boxes& boxes, platform::Shell& shell
 }
 
 void HelpMenu::mnuHelp_Click() {
-    try {
-        shell_.openPage(kHelpPage);
-    } catch (const runtime::ObjectError& error) {
-        // No reason to stop the engines.
-        boxes_.critical(error.what(), "Error!");
-    }
+    shell_.openPage(kHelpPage, [this](const std::string& why) { tell(why); });
 }
 
 void HelpMenu::mnuMail_Click() {
-    try {
-        shell_.startMail(kMailAddress, "Twinstep " + version());
-    } catch (const runtime::ObjectError& error) {
-        boxes_.critical(error.what(), "Error!");
-    }
+    shell_.startMail(kMailAddress, "Twinstep " + version(), [this](const std::string& why) { tell(why); });
+}
+
+void HelpMenu::tell(const std::string& why) {
+    // No error of a handler's: the engines run on.
+    form_.guard([&] { boxes_.critical(why, "Error!"); });
 }
 
 void HelpMenu::mnuSplash_Click() {

@@ -16,6 +16,8 @@ class HelpMenu {
     void mnuSplash_Click();
 
   private:
+    void tell(const std::string& why);
+
     form::Form1& form_;
     form::Boxes& boxes_;
     platform::Shell& shell_;

@@ -67,6 +67,7 @@ class Watchdog::Watching : public FdWatch {
     ~Watching() override {
         watchdog_.trippedWatch_.reset();
         watchdog_.endWatch_.reset();
+        watchdog_.reserveWatch_.reset();
         watchdog_.missingWatch_.reset();
         watchdog_.watcher_ = nullptr;
     }
@@ -84,12 +85,15 @@ std::filesystem::path Watchdog::installedProgram() {
 
 Watchdog::Watchdog(std::filesystem::path program)
     : program_(std::move(program)), crashNotice_(&kCrash, kCrash.size()),
-      process_(std::make_unique<WatchdogProcess>(program_)),
       missing_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
     if (!missing_) throw runtime::ObjectError("The watchdog cannot be watched: " + reason(errno));
+    follow(start());
+    standBy();
 }
 
-Watchdog::~Watchdog() = default;
+Watchdog::~Watchdog() {
+    CrashNotice::setSocket(-1);
+}
 
 void Watchdog::guardPort(int descriptor) {
     require({.kind = Kind::GuardDescriptor}, descriptor, kPortName);
@@ -122,16 +126,22 @@ void Watchdog::forgetBoard() {
 void Watchdog::require(watchdog::Request request, int descriptor, const std::string& device) {
     if (!process_) replace();
     ask(*process_, request, descriptor, device);
+    // One that does not guard the same must not stand by.
+    if (reserve_ && reserve_->ask(request, descriptor) != 0) reserve_->kill();
 }
 
 void Watchdog::forget(Kind kind) {
     watchdog::Request request{.kind = kind};
     // One that cannot be told must not keep the port: its end frees it, and the next one does not take it.
-    if (process_ && process_->ask(request) != 0) process_->kill();
+    for (const auto* process : {&process_, &reserve_}) {
+        if (*process && (*process)->ask(request) != 0) (*process)->kill();
+    }
 }
 
 void Watchdog::beat(bool engineRuns) {
     engineRuns_ = engineRuns;
+    // One that stands by is told of no engine, so that it does not take silence for a program that hangs.
+    if (reserve_ && !reserve_->tell({.kind = Kind::Beat})) reserve_->kill();
     if (process_) {
         // A watchdog that sleeps is none.
         if (!process_->tell({.kind = Kind::Beat, .engineRuns = engineRuns})) process_->kill();
@@ -158,6 +168,12 @@ void Watchdog::watchProcess() {
     if (!watcher_ || !process_) return;
     trippedWatch_ = watcher_->watch(process_->tripped(), [this] { onTripped(); });
     endWatch_ = watcher_->watch(process_->end(), [this] { onEnd(); });
+    if (!reserve_) return;
+    reserveWatch_ = watcher_->watch(reserve_->end(), [this] {
+        countShortLife();
+        standBy();
+        watchProcess();
+    });
 }
 
 void Watchdog::onTripped() {
@@ -172,31 +188,50 @@ void Watchdog::onEnd() {
     }
 }
 
+void Watchdog::countShortLife() {
+    shortLives_ = Clock::now() - started_ < kShortLife ? shortLives_ + 1 : 0;
+}
+
 void Watchdog::replace() {
     trippedWatch_.reset();
     endWatch_.reset();
-    if (process_ && Clock::now() - started_ < kShortLife) {
-        ++shortLives_;
-    } else {
-        shortLives_ = 0;
-    }
+    if (process_) countShortLife();
+    CrashNotice::setSocket(-1);
     process_.reset();
     if (shortLives_ >= kShortLivesInARow) {
         shortLives_ = 0;
+        reserveWatch_.reset();
+        reserve_.reset();
         throw runtime::ObjectError("The watchdog " + program_.string() + " ends again and again");
     }
-    auto process = std::make_unique<WatchdogProcess>(program_);
-    started_ = Clock::now();
-    guardAnew(*process);
-    process_ = std::move(process);
+    follow(reserve_ ? std::move(reserve_) : start());
+    standBy();
     watchProcess();
+}
+
+void Watchdog::follow(std::unique_ptr<WatchdogProcess> process) {
+    process_ = std::move(process);
+    CrashNotice::setSocket(process_->socket());
     beat(engineRuns_);
 }
 
-void Watchdog::guardAnew(WatchdogProcess& process) const {
-    if (port_) ask(process, {.kind = Kind::GuardDescriptor}, *port_, kPortName);
-    if (address_) ask(process, guardOf(*address_), -1, portName(*address_));
-    if (board_) ask(process, guardOf(*board_), -1, *board_);
+void Watchdog::standBy() {
+    reserveWatch_.reset();
+    reserve_.reset();
+    if (shortLives_ >= kShortLivesInARow) return;
+    try {
+        reserve_ = start();
+    } catch (const std::exception&) { // The first one guards, and is replaced as soon as it ends.
+    }
+}
+
+std::unique_ptr<WatchdogProcess> Watchdog::start() {
+    auto process = std::make_unique<WatchdogProcess>(program_);
+    started_ = Clock::now();
+    if (port_) ask(*process, {.kind = Kind::GuardDescriptor}, *port_, kPortName);
+    if (address_) ask(*process, guardOf(*address_), -1, portName(*address_));
+    if (board_) ask(*process, guardOf(*board_), -1, *board_);
+    return process;
 }
 
 } // namespace linux_ports

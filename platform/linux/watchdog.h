@@ -16,6 +16,11 @@ namespace linux_ports {
 /// A process of its own that switches the outputs off when this one ends, however it ends, and when it hangs
 /// for two seconds while an engine runs. One object at a time.
 ///
+/// A second one stands by, so that a coil does not stay on where the first is killed just before this
+/// process: it guards the same and switches it off at the end too, but while an engine runs it writes
+/// nothing. It takes the place of a first one that has ended, at once, and another one is started to stand
+/// by. Where none can be had to stand by, the first one guards alone.
+///
 /// Guard a device before its first coil is switched on, and forget it before it is closed: the watchdog
 /// shares the port, so that the kernel's claim lasts as long as either has it. A guard that is refused throws
 /// runtime::ObjectError, naming the device and the reason; what is guarded otherwise stays so.
@@ -29,7 +34,7 @@ class Watchdog {
     Watchdog(const Watchdog&) = delete;
     Watchdog& operator=(const Watchdog&) = delete;
     /// The watchdog switches the outputs off once more, lets go of them and ends; this waits for that, but no
-    /// longer than 300 ms.
+    /// longer than 600 ms.
     ~Watchdog();
 
     /// A printer port that ppdev has claimed. The descriptor must stay open until forgetPort.
@@ -58,9 +63,14 @@ class Watchdog {
 
     void require(watchdog::Request request, int descriptor, const std::string& device);
     void forget(watchdog::Kind kind);
-    /// A new watchdog with all that the last one guarded.
+    /// A new watchdog with all that is guarded.
+    std::unique_ptr<WatchdogProcess> start();
+    /// This one hears from now on what the last one heard.
+    void follow(std::unique_ptr<WatchdogProcess> process);
+    /// The one that stands by, or else a new one, takes over.
     void replace();
-    void guardAnew(WatchdogProcess& process) const;
+    void countShortLife();
+    void standBy();
     void watchProcess();
     void onTripped();
     void onEnd();
@@ -68,6 +78,7 @@ class Watchdog {
     std::filesystem::path program_;
     CrashNotice crashNotice_;
     std::unique_ptr<WatchdogProcess> process_; // none: it has ended, and could not be replaced
+    std::unique_ptr<WatchdogProcess> reserve_; // none: it could not be started
     Clock::time_point started_ = Clock::now();
     int shortLives_ = 0; // in a row
     // What is guarded.
@@ -80,7 +91,7 @@ class Watchdog {
     std::function<void()> tripped_;
     std::function<void(const std::string&)> unguarded_;
     FileDescriptor missing_; // eventfd: an engine has started without a watchdog
-    std::unique_ptr<FdWatch> trippedWatch_, endWatch_, missingWatch_;
+    std::unique_ptr<FdWatch> trippedWatch_, endWatch_, reserveWatch_, missingWatch_;
 };
 
 } // namespace linux_ports

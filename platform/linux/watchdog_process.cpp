@@ -1,6 +1,5 @@
 #include "platform/linux/watchdog_process.h"
 
-#include "platform/linux/crash_notice.h"
 #include "runtime/errors.h"
 
 #include <cerrno>
@@ -97,7 +96,6 @@ WatchdogProcess::WatchdogProcess(const std::filesystem::path& program) {
         ::waitpid(pid_, nullptr, 0);
         refuse(error == ETIMEDOUT ? "it does not answer" : "it ends at once");
     }
-    CrashNotice::setSocket(socket_.get());
 }
 
 int WatchdogProcess::start(const std::filesystem::path& program) {
@@ -121,7 +119,6 @@ int WatchdogProcess::start(const std::filesystem::path& program) {
 }
 
 WatchdogProcess::~WatchdogProcess() {
-    CrashNotice::setSocket(-1);
     tell({.kind = watchdog::Kind::Bye});
     readable(end(), kLongestEnd);
     ::waitpid(pid_, nullptr, WNOHANG);

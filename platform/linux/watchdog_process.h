@@ -27,6 +27,8 @@ class WatchdogProcess {
     /// ended.
     bool tell(const watchdog::Request& request);
 
+    /// Where a request can be sent by others.
+    int socket() const { return socket_.get(); }
     /// Not orderly: for one that does not answer any more.
     void kill() const;
 

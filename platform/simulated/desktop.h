@@ -47,10 +47,15 @@ class Dialogs : public platform::Dialogs {
 
 class Shell : public platform::Shell {
   public:
-    void openPage(const std::string& file) override { pages.push_back(file); }
-    void startMail(const std::string& address, const std::string& subject) override {
-        mails.push_back(address + "?" + subject);
+    void openPage(const std::string& file, Failed failed) override {
+        pages.push_back(file);
+        if (!whyNot.empty()) failed(whyNot);
     }
+    void startMail(const std::string& address, const std::string& subject, Failed failed) override {
+        mails.push_back(address + "?" + subject);
+        if (!whyNot.empty()) failed(whyNot);
+    }
+    std::string whyNot; // what fails, unless empty
     std::vector<std::string> pages, mails;
 };
 

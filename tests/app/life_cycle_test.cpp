@@ -370,6 +370,21 @@ TEST_F(LifeCycleTest, AnEndWhileSettingsAreOpenIsTheirCancel) {
     EXPECT_EQ(file.read().text(52), "&HC8F58C");
 }
 
+TEST_F(LifeCycleTest, ADesktopWithoutBrowserAndMailStopsNoEngine) {
+    startTuner();
+    f().cmdAv.Click.fire();
+    clock.advance(100);
+    shell.whyNot = "no program for it";
+    f().mnuHelp.Click.fire();
+    f().mnuMail.Click.fire();
+    const simulated::Dialogs::Message told{"no program for it", "Error!", true};
+    EXPECT_EQ(dialogs.takeMessages(), (std::vector{told, told}));
+    const float before = f().sngPosA;
+    clock.advance(100);
+    EXPECT_GT(f().sngPosA, before);
+    EXPECT_NE(port.data(), 0xFF) << "switched off";
+}
+
 TEST_F(LifeCycleTest, HelpMailAndAboutReachTheDesktop) {
     start();
     f().mnuHelp.Click.fire();

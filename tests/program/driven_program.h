@@ -81,11 +81,14 @@ class DrivenProgram {
     ~DrivenProgram() { process_.kill(), process_.waitForFinished(); }
 
     pid_t pid() const { return pid_; }
-    /// 0 when it has none, or more than one child.
-    pid_t watchdog() const {
-        const auto children = childrenOf(pid_);
-        return children.size() == 1 ? children.front() : 0;
+    /// Its watchdog and the one that stands by, which is younger; 0 both unless it has these two children.
+    std::pair<pid_t, pid_t> watchdogs() const {
+        auto children = childrenOf(pid_);
+        if (children.size() != 2) return {};
+        std::sort(children.begin(), children.end());
+        return {children.front(), children.back()};
     }
+    pid_t watchdog() const { return watchdogs().first; }
     void signal(int number) const { ::kill(pid_, number); }
 
     /// Gives an order to the hand.

@@ -12,7 +12,9 @@
 #include <poll.h>
 #include <random>
 #include <sys/syscall.h>
+#include <tuple>
 
+using ::testing::AnyOf;
 using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::SizeIs;
@@ -99,7 +101,7 @@ struct Guarded : ::testing::Test {
     /// outputs were off, beyond what the machine itself stalled.
     double offBy(DrivenProgram& program, const std::function<void()>& end) {
         EXPECT_TRUE(program.runs(port, true)) << program.errors();
-        const pid_t watchdog = program.watchdog();
+        const auto [watchdog, standBy] = program.watchdogs();
         EXPECT_NE(watchdog, 0);
         const Stalls stalls;
         const auto moment = now();
@@ -107,7 +109,8 @@ struct Guarded : ::testing::Test {
         const double took = offAfter(moment) - stalls.longest();
         program.ends();
         // Where it ended in good order, the program itself has reaped it.
-        EXPECT_TRUE(comesTrue([&] { return ::waitpid(watchdog, nullptr, WNOHANG) != 0; }));
+        for (const pid_t guard : {watchdog, standBy})
+            EXPECT_TRUE(comesTrue([&] { return ::waitpid(guard, nullptr, WNOHANG) != 0; }));
         EXPECT_TRUE(port.isOff());
         EXPECT_TRUE(port.claim()) << "somebody still holds the port";
         port.release();
@@ -151,7 +154,7 @@ TEST_P(GuardedKill, LeavesNoCoilOn) {
     for (int kill = 0; kill < kKills; ++kill) {
         DrivenProgram program(port, arguments());
         ASSERT_TRUE(program.runs(port, GetParam().forward)) << program.errors();
-        const pid_t watchdog = program.watchdog();
+        const auto [watchdog, standBy] = program.watchdogs();
         ASSERT_NE(watchdog, 0);
         std::this_thread::sleep_for(std::chrono::microseconds(random() % 20000)); // anywhere in a step
         ASSERT_FALSE(port.isOff());
@@ -163,11 +166,12 @@ TEST_P(GuardedKill, LeavesNoCoilOn) {
         // Taken from the kill, which on a busy machine is well before the end that the watchdog can see.
         EXPECT_LE(took.back(), ends.back() + kLongestOff + stalls.longest());
         EXPECT_EQ(orphanEnds(watchdog), 0);
+        EXPECT_EQ(orphanEnds(standBy), 0);
         longestStall = std::max(longestStall, stalls.longest());
 
         EXPECT_EQ(program.ends(), -1);
         EXPECT_TRUE(port.isOff());
-        EXPECT_EQ(port.state().writer, watchdog);
+        EXPECT_THAT(port.state().writer, AnyOf(watchdog, standBy));
         EXPECT_TRUE(port.claim()) << "somebody still holds the port";
         port.release();
     }
@@ -196,7 +200,7 @@ TEST_F(Guarded, AKillLeavesNoOutputOfTheUsbBoardOn) {
         DrivenProgram program(port, arguments() + QStringList{"--usb", "k8055"});
         ASSERT_EQ(program.ask("click chkUsbOn"), "done");
         ASSERT_TRUE(program.runs(port, true)) << program.ask("box") << program.errors();
-        const pid_t watchdog = program.watchdog();
+        const auto [watchdog, standBy] = program.watchdogs();
         ASSERT_NE(watchdog, 0);
         std::this_thread::sleep_for(std::chrono::microseconds(random() % 20000));
         // In every other round the kill surely finds a report under way, which the board takes after all.
@@ -212,6 +216,7 @@ TEST_F(Guarded, AKillLeavesNoOutputOfTheUsbBoardOn) {
         EXPECT_TRUE(!underWay || bus.takeReports().empty());
         bus.release();
         EXPECT_EQ(orphanEnds(watchdog), 0);
+        EXPECT_EQ(orphanEnds(standBy), 0);
         EXPECT_EQ(bus.outputs(), 0);
         EXPECT_TRUE(port.isOff());
         bus.takeReports();
@@ -281,29 +286,58 @@ TEST_F(Guarded, AStoppedProgramIsSwitchedOffAndSaysSoWhenItGoesOn) {
 TEST_F(Guarded, AnEndlessLoopIsSwitchedOff) {
     DrivenProgram program(port, arguments());
     ASSERT_TRUE(program.runs(port, true)) << program.errors();
-    const pid_t watchdog = program.watchdog();
+    const auto [watchdog, standBy] = program.watchdogs();
     program.order("hang");
     EXPECT_TRUE(comesTrue([&] { return port.isOff(); }));
     EXPECT_EQ(port.state().writer, watchdog);
     program.signal(SIGKILL);
     EXPECT_EQ(orphanEnds(watchdog), 0);
+    EXPECT_EQ(orphanEnds(standBy), 0);
 }
 
 TEST_F(Guarded, AKilledWatchdogIsReplaced) {
     DrivenProgram program(port, arguments());
     ASSERT_TRUE(program.runs(port, true)) << program.errors();
-    const pid_t first = program.watchdog();
+    auto [first, second] = program.watchdogs();
     ASSERT_NE(first, 0);
-    ::kill(first, SIGKILL);
-    // One child, and not the dead one: it has been reaped.
-    pid_t second = 0;
-    ASSERT_TRUE(comesTrue([&] { return (second = program.watchdog()) != 0 && second != first; }));
+    for (const bool standsBy : {false, true}) {
+        const pid_t killed = standsBy ? second : first;
+        const pid_t left = standsBy ? first : second;
+        ::kill(killed, SIGKILL);
+        // Two children, and not the dead one: it has been reaped. The one that was left comes first now.
+        ASSERT_TRUE(comesTrue([&, &older = first, &younger = second] {
+            std::tie(older, younger) = program.watchdogs();
+            return older == left && younger != killed;
+        }));
+    }
     EXPECT_EQ(program.ask("box"), "none");
     EXPECT_FALSE(port.isOff()) << "the engines go on meanwhile";
     program.signal(SIGKILL);
+    EXPECT_EQ(orphanEnds(first), 0);
     EXPECT_EQ(orphanEnds(second), 0);
     EXPECT_TRUE(port.isOff());
-    EXPECT_EQ(port.state().writer, second);
+    EXPECT_THAT(port.state().writer, AnyOf(first, second));
+}
+
+TEST_F(Guarded, KilledTogetherWithItsWatchdogItLeavesNoCoilOn) {
+    constexpr int kKills = 40;
+    std::mt19937 random(2);
+    for (int kill = 0; kill < kKills; ++kill) {
+        SCOPED_TRACE(kill);
+        DrivenProgram program(port, arguments());
+        ASSERT_TRUE(program.runs(port, true)) << program.errors();
+        const auto [watchdog, standBy] = program.watchdogs();
+        ASSERT_NE(watchdog, 0);
+        ::kill(watchdog, SIGKILL);
+        // At once, or while the other one takes its place and a new one is started.
+        std::this_thread::sleep_for(std::chrono::microseconds(kill % 2 == 0 ? 0 : random() % 20000));
+        program.signal(SIGKILL);
+        EXPECT_TRUE(comesTrue([&] { return port.isOff(); }, 2000));
+        EXPECT_EQ(orphanEnds(standBy), 0);
+        EXPECT_TRUE(comesTrue([&] { return port.claim(); })) << "somebody still holds the port";
+        port.release();
+        EXPECT_TRUE(port.isOff());
+    }
 }
 
 TEST_F(Guarded, ThePortIsFreeAsSoonAsTheProgramHasEnded) {

@@ -48,13 +48,24 @@ struct WatchdogTest : ::testing::Test {
         return watchdog.watch(
             loop.watcher, [this] { ++trips; }, [this](const std::string& why) { unguarded.push_back(why); });
     }
-    pid_t onlyChild() const {
-        const auto children = childrenOf(::getpid());
-        return children.size() == 1 ? children.front() : 0;
+    /// The watchdog and the one that stands by, which is younger.
+    static std::vector<pid_t> guards(pid_t controller = ::getpid()) {
+        auto children = childrenOf(controller);
+        std::sort(children.begin(), children.end());
+        return children;
     }
-    /// Another watchdog than this one has taken over.
-    bool replaced(pid_t before) const {
-        return EventLoop::until([&] { return onlyChild() != 0 && onlyChild() != before; }, 15000);
+    static void killGuards() {
+        for (const pid_t guard : guards())
+            ::kill(guard, SIGKILL);
+    }
+    /// There are two again, and this one is not among them.
+    static bool replaced(pid_t before) {
+        return EventLoop::until(
+            [&] {
+                const auto now = guards();
+                return now.size() == 2 && now.front() != before && now.back() != before;
+            },
+            15000);
     }
     std::string boardBytes() const {
         std::ifstream file(board, std::ios::binary);
@@ -70,8 +81,8 @@ struct WatchdogTest : ::testing::Test {
     }
 
     /// A controller in a process of its own that guards both devices and then does no more than `then`; its
-    /// process and that of its watchdog.
-    std::pair<pid_t, pid_t> startController(const std::function<void()>& then = ::pause) {
+    /// process and those of its watchdogs.
+    std::pair<pid_t, std::vector<pid_t>> startController(const std::function<void()>& then = ::pause) {
         int ready[2] = {-1, -1};
         EXPECT_EQ(::pipe2(ready, O_CLOEXEC), 0);
         const pid_t controller = ::fork();
@@ -86,10 +97,15 @@ struct WatchdogTest : ::testing::Test {
         EXPECT_EQ(::read(ready[0], &byte, 1), 1);
         ::close(ready[0]);
         ::close(ready[1]);
-        const auto children = childrenOf(controller);
-        EXPECT_THAT(children, SizeIs(1));
-        return {controller, children.front()};
+        EXPECT_THAT(guards(controller), SizeIs(2));
+        return {controller, guards(controller)};
     }
+    static void allEnd(const std::vector<pid_t>& watchdogs) {
+        for (const pid_t watchdog : watchdogs)
+            EXPECT_EQ(orphanEnds(watchdog), 0);
+    }
+    /// The board got nothing but "all off", once from each watchdog.
+    bool boardIsOff() const { return boardBytes() == kBoardOff + kBoardOff; }
     static void kill(pid_t controller) {
         ::kill(controller, SIGKILL);
         ::waitpid(controller, nullptr, 0);
@@ -129,7 +145,7 @@ TEST_F(WatchdogTest, NamesWhatCannotBeGuarded) {
                 AllOf(HasSubstr("hidraw9"), HasSubstr("No such file")));
     // What was guarded before still is.
     EXPECT_EQ(boardBytes(), "");
-    const pid_t child = onlyChild();
+    const pid_t child = guards().front();
     watchdog.beat(true);
     EXPECT_TRUE(comesTrue([&] { return port.isOff() && boardBytes().starts_with(kBoardOff); }));
     EXPECT_EQ(port.state().writer, child);
@@ -137,17 +153,17 @@ TEST_F(WatchdogTest, NamesWhatCannotBeGuarded) {
 
 TEST_F(WatchdogTest, TheEndOfTheControllerSwitchesBothPathsOff) {
     std::ofstream(board).close();
-    const auto [controller, watchdog] = startController();
+    const auto [controller, watchdogs] = startController();
     EXPECT_FALSE(port.isOff());
     kill(controller);
-    EXPECT_EQ(orphanEnds(watchdog), 0);
+    allEnd(watchdogs);
     EXPECT_TRUE(port.isOff());
-    EXPECT_EQ(boardBytes(), kBoardOff);
+    EXPECT_TRUE(boardIsOff());
 }
 
 TEST_F(WatchdogTest, ACrashSwitchesOffBeforeTheProcessHasEnded) {
     std::ofstream(board).close();
-    const auto [controller, watchdog] = startController([] {
+    const auto [controller, watchdogs] = startController([] {
         ::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
         std::abort();
     });
@@ -161,7 +177,7 @@ TEST_F(WatchdogTest, ACrashSwitchesOffBeforeTheProcessHasEnded) {
     ASSERT_TRUE(WIFSTOPPED(status) && WSTOPSIG(status) == SIGABRT);
     EXPECT_TRUE(comesTrue([this] { return port.isOff() && boardBytes() == kBoardOff; }));
     kill(controller);
-    EXPECT_EQ(orphanEnds(watchdog), 0);
+    allEnd(watchdogs);
 }
 
 TEST_F(WatchdogTest, ABoardThatHangsDelaysNeitherThePortNorItsRelease) {
@@ -172,13 +188,13 @@ TEST_F(WatchdogTest, ABoardThatHangsDelaysNeitherThePortNorItsRelease) {
     while (::write(pipe.get(), block.data(), block.size()) > 0) {
     }
     ASSERT_EQ(::flock(descriptor.get(), LOCK_EX | LOCK_NB), 0);
-    const auto [controller, watchdog] = startController();
+    const auto [controller, watchdogs] = startController();
     descriptor = FileDescriptor();
     ASSERT_FALSE(port.claim());
     kill(controller);
     EXPECT_TRUE(comesTrue([&] { return port.isOff(); }, 1000));
     EXPECT_TRUE(comesTrue([&] { return port.claim(); }, 1000));
-    EXPECT_EQ(orphanEnds(watchdog), 0) << "it waits for ever";
+    allEnd(watchdogs);
 }
 
 TEST_F(WatchdogTest, SilenceSwitchesOffOnlyWhileAnEngineRuns) {
@@ -207,29 +223,28 @@ TEST_F(WatchdogTest, SilenceSwitchesOffOnlyWhileAnEngineRuns) {
     EXPECT_TRUE(EventLoop::until([this] { return trips > 1; })) << "it does not watch any longer";
 }
 
-TEST_F(WatchdogTest, OneThatDiesOrSleepsIsReplaced) {
+TEST_F(WatchdogTest, OneThatSleepsIsReplaced) {
     std::ofstream(board).close();
     {
         linux_ports::Watchdog watchdog(TWINSTEP_WATCHDOG);
         watchdog.guardPort(descriptor.get());
         watchdog.guardBoard(board);
         const auto watching = watch(watchdog);
-        const pid_t first = onlyChild();
-        ::kill(first, SIGKILL);
-        EXPECT_TRUE(replaced(first));
-        const pid_t second = onlyChild();
-        ::kill(second, SIGSTOP);
-        EXPECT_TRUE(EventLoop::until([&] {
-            watchdog.beat(false);
-            return onlyChild() != second;
-        }));
-        EXPECT_TRUE(replaced(second));
+        for (const std::size_t which : {0U, 1U}) { // 1: the one that stands by
+            const pid_t asleep = guards().at(which);
+            ::kill(asleep, SIGSTOP);
+            EXPECT_TRUE(EventLoop::until([&] {
+                watchdog.beat(false);
+                return std::ranges::count(guards(), asleep) == 0;
+            }));
+            EXPECT_TRUE(replaced(asleep));
+        }
         EXPECT_THAT(unguarded, IsEmpty());
         EXPECT_FALSE(port.isOff());
     }
-    EXPECT_THAT(childrenOf(::getpid()), IsEmpty());
+    EXPECT_THAT(guards(), IsEmpty());
     EXPECT_TRUE(port.isOff());
-    EXPECT_EQ(boardBytes(), kBoardOff);
+    EXPECT_TRUE(boardIsOff());
 }
 
 TEST_F(WatchdogTest, OneThatCannotBeReplacedIsMissedWheneverAnEngineStarts) {
@@ -239,7 +254,7 @@ TEST_F(WatchdogTest, OneThatCannotBeReplacedIsMissedWheneverAnEngineStarts) {
     watchdog.guardPort(descriptor.get());
     const auto watching = watch(watchdog);
     std::filesystem::remove(program);
-    ::kill(onlyChild(), SIGKILL);
+    killGuards();
     EXPECT_TRUE(EventLoop::until([this] { return !unguarded.empty(); }));
     EXPECT_THAT(unguarded, ElementsAre(AllOf(HasSubstr(program.string()), HasSubstr("No such file"))));
 
@@ -260,9 +275,8 @@ TEST_F(WatchdogTest, OneThatDiesAgainAndAgainIsGivenUp) {
     linux_ports::Watchdog watchdog(TWINSTEP_WATCHDOG);
     const auto watching = watch(watchdog);
     for (int times = 0; times < 50 && unguarded.empty(); ++times) {
-        const pid_t child = onlyChild();
-        ::kill(child, SIGKILL);
-        EventLoop::until([&] { return !unguarded.empty() || (onlyChild() != 0 && onlyChild() != child); });
+        killGuards();
+        EventLoop::until([&] { return !unguarded.empty() || guards().size() == 2; }, 100);
     }
     EXPECT_THAT(unguarded, ElementsAre(HasSubstr("again and again")));
 }
