@@ -4,6 +4,7 @@
 #include "app/error_boundary.h"
 #include "app/functions.h"
 #include "app/help_menu.h"
+#include "app/kept_positions.h"
 #include "app/shutdown.h"
 #include "app/startup.h"
 #include "app/storage_notice.h"
@@ -66,12 +67,18 @@ struct Controller::Subsystems {
     Startup startup{form, boxes, file, outputs, motion, functions, slots, thresholds};
     Shutdown shutdown{form, boxes, file, outputs, sources};
     StorageNotice storageNotice{form, file, ports.timers};
+    KeptPositions positions{form, boxes, file, functions, ports.positions};
 };
 
 Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::path& directory)
     : ports(outside), file(outside.storage, directory / "save.cfg") {
     form.StatusBar1.Panels(form::kPanelOutputs) = ports.hardware.get().outputsName();
-    boxes.onOpening = [this] { motion.releaseJogs(); };
+    boxes.onOpening = [this] {
+        motion.releaseJogs();
+        positions.keep();
+    };
+    form.onEventEnd = [this] { positions.keep(); };
+    shutdown.onSaved = [this] { positions.end(); };
     motion.subResetPressedMem = [this] { slots.subResetPressedMem(); };
     recall.armOutputsOff = [this] { outputsOff.arm(); };
     recall.chosenSource = [this] { return sources.chosen(); };
@@ -168,6 +175,7 @@ form::Boxes& Controller::boxes() {
 
 void Controller::start() {
     all_->form.guard([this] { all_->startup.Form_Load(); });
+    all_->form.guard([this] { all_->positions.start(); });
 }
 
 void Controller::close() {

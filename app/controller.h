@@ -3,6 +3,7 @@
 #include "form/boxes.h"
 #include "form/form1.h"
 #include "platform/hardware.h"
+#include "platform/position_file.h"
 #include "platform/printer_port.h"
 #include "platform/shell.h"
 #include "platform/sound.h"
@@ -37,6 +38,7 @@ struct Ports {
     Ref<platform::Sound> sound;
     Ref<platform::Hardware> hardware;
     Ref<platform::Storage> storage;
+    Ref<platform::PositionFile> positions;
 };
 
 /// The whole program behind its window: the form and all subsystems, wired together.

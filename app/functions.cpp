@@ -42,6 +42,10 @@ const Functions::Texts& Functions::textsOf(int function) {
     }
 }
 
+std::string Functions::nameOf(int function) {
+    return textsOf(function).panel;
+}
+
 void Functions::choose(int function) {
     if (form_.intFunzione != function) switchOn(function);
 }

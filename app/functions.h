@@ -22,6 +22,8 @@ class Functions {
     /// Switches on the function of this number, which may be on already; any other value than 1, 2 and 3
     /// leaves the window without one.
     void switchOn(int function);
+    /// As the status bar shows it.
+    static std::string nameOf(int function);
 
   private:
     struct Texts;

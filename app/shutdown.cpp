@@ -77,6 +77,7 @@ void Shutdown::save() {
             file_.write(unit);
             lost.clear(); // the journal has it, whatever comes now
             file_.finish();
+            onSaved();
             again = false;
         } catch (const runtime::FileError& error) {
             again = boxes_.confirm(std::string(error.what()) + ". " + lost + "Try again?", "Error!");

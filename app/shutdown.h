@@ -15,6 +15,8 @@ class Shutdown {
 
     /// Lets go of the tracking programs.
     std::function<void()> leaveTracking;
+    /// Told when the running state is saved.
+    std::function<void()> onSaved;
 
     /// The exit menu: saves the running state and unloads the main window.
     void subSalvaInUscita() { end(); }

@@ -62,9 +62,10 @@ void writeFullFile(config::RecordFile& file) {
 }
 
 /// One tick of a step timer, engine A and engine B in turn, forward.
-void stepTick(benchmark::State& state, bool halfStep) {
+void stepTick(benchmark::State& state, bool halfStep, bool keepPositions = true) {
     Machine machine;
     writeFullFile(machine.file);
+    if (!keepPositions) machine.positions.refuseWith("no file");
     const auto controller = machine.build();
     controller->start();
     form::Form1& form = controller->form();
@@ -107,6 +108,10 @@ BENCHMARK_CAPTURE(stepTick, full, false)->Name("one tick, full step: ours");
 BENCHMARK_CAPTURE(bareTick, full, false)->Name("one tick, full step: bare");
 BENCHMARK_CAPTURE(stepTick, half, true)->Name("one tick, half step: ours");
 BENCHMARK_CAPTURE(bareTick, half, true)->Name("one tick, half step: bare");
+
+// What a step costs with its position kept for a crash, beside one without.
+BENCHMARK_CAPTURE(stepTick, kept, false)->Name("one tick, position kept: ours");
+BENCHMARK_CAPTURE(stepTick, lost, false, false)->Name("one tick, position kept: bare");
 
 void loadFullFile(benchmark::State& state) {
     Machine machine;

@@ -11,6 +11,7 @@ void Form::guard(const std::function<void()>& body) {
         if (!onError) throw;
         onError(error);
     }
+    if (onEventEnd) onEventEnd();
 }
 
 void Form::unload() {

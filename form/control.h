@@ -34,6 +34,8 @@ class Form {
     /// Runs `body` as an event from outside: what it throws goes to `onError` and ends there.
     void guard(const std::function<void()>& body);
     std::function<void(const std::exception&)> onError;
+    /// Called after each event from outside.
+    std::function<void()> onEventEnd;
 
     /// Takes the window off the screen; `onUnload` is the window's side of it.
     void unload();

@@ -5,9 +5,11 @@
 
 #include "app/version.h"
 #include "config/hardware_settings.h"
+#include "config/position_slots.h"
 #include "platform/linux/bridge_dde_links.h"
 #include "platform/linux/bridge_station_messages.h"
 #include "platform/linux/chosen_hardware.h"
+#include "platform/linux/position_file.h"
 #include "platform/linux/realtime.h"
 #include "platform/linux/signals.h"
 #include "platform/linux/storage.h"
@@ -20,6 +22,7 @@
 #include "platform/trace/traced_outputs.h"
 #include "runtime/errors.h"
 
+#include <array>
 #include <iostream>
 #include <optional>
 
@@ -28,6 +31,10 @@ namespace linux_ports {
 namespace {
 
 using platform::HardwareSettings;
+
+/// How the names of the files begin that the program keeps in its folder, with those beside them for a while.
+constexpr std::array<std::string_view, 4> kOwnFiles = {"save.cfg", kSettingsFile, config::kPositionFile,
+                                                       "HiResMem.txt"};
 
 in_addr listenAddress(const HardwareSettings& settings) {
     const auto address = parseAddress(settings.n1mmListen);
@@ -71,10 +78,15 @@ class Outside : public app::Outside {
     Outside(const app::Options& options, const Tell& notify)
         : folder_(options.directory),
           hardware_(options.hardware, qt_ports::SettingsFile(folder_.path() / kSettingsFile)),
-          wantsRealtime_(options.realtime) {
+          positions_(folder_.path() / config::kPositionFile, notify), wantsRealtime_(options.realtime) {
         if (!folder_.held())
             std::cerr << "twinstep: the file system of this folder cannot keep a second Twinstep out of it\n";
-        if (options.trace) trace_.emplace(*options.trace, started_, notify, hardware_);
+        if (!options.trace) return;
+        if (const auto own = trace::ownFile(*options.trace, folder_.path(), kOwnFiles)) {
+            throw runtime::FileError("trace file \"" + options.trace->string() + "\" would go over \"" +
+                                     *own + "\", which the program keeps for itself");
+        }
+        trace_.emplace(*options.trace, started_, notify, hardware_);
     }
 
     const std::filesystem::path& folder() const override { return folder_.path(); }
@@ -97,7 +109,8 @@ class Outside : public app::Outside {
                          .shell = toolkit.shell,
                          .sound = toolkit.sound,
                          .hardware = hardware_,
-                         .storage = storage_};
+                         .storage = storage_,
+                         .positions = positions_};
         if (trace_) {
             ports.printer = trace_->printer;
             ports.usb = trace_->board;
@@ -150,6 +163,7 @@ class Outside : public app::Outside {
     WorkFolder folder_;
     Storage storage_; // done with its jobs before the folder is given free
     ChosenHardware hardware_;
+    PositionFile positions_;
     std::optional<Trace> trace_;
     qt_ports::FdWatcher watcher_;
     std::optional<Connections> connections_;

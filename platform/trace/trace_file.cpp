@@ -1,7 +1,9 @@
 #include "platform/trace/trace_file.h"
 
 #include "runtime/errors.h"
+#include "runtime/plain_file.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <charconv>
@@ -19,12 +21,28 @@ std::string reason(int error) {
     return std::generic_category().message(error);
 }
 
+std::FILE* openAnew(const std::filesystem::path& path) {
+    const std::string name = "trace file \"" + path.string() + "\"";
+    if (const std::string fault = runtime::faultOfFile(path, TraceFile::kLongest); !fault.empty())
+        throw runtime::FileError(name + " " + fault);
+    std::FILE* file = std::fopen(path.c_str(), "we"); // e: not inherited by programs that this one starts
+    if (!file) throw runtime::FileError("cannot open " + name + ": " + reason(errno));
+    return file;
+}
+
+/// Where a write to `path` ends up: links are followed also where they lead to a file that is yet to be made.
+std::filesystem::path destination(std::filesystem::path path) {
+    constexpr int kMostLinks = 40; // as the system follows
+    std::error_code error;
+    for (int links = 0; links < kMostLinks && std::filesystem::is_symlink(path, error); ++links)
+        path = path.parent_path() / std::filesystem::read_symlink(path, error);
+    return std::filesystem::weakly_canonical(std::filesystem::absolute(path, error), error);
+}
+
 } // namespace
 
 TraceFile::TraceFile(const std::filesystem::path& path, Clock::time_point start, Failure failure)
-    : name_(path.string()), start_(start), failure_(std::move(failure)),
-      file_(std::fopen(path.c_str(), "we")) { // e: not inherited by programs that this one starts
-    if (!file_) throw runtime::FileError("cannot open trace file \"" + name_ + "\": " + reason(errno));
+    : name_(path.string()), start_(start), failure_(std::move(failure)), file_(openAnew(path)) {
     std::setvbuf(file_.get(), nullptr, _IONBF, 0);
     writer_ = std::thread([this] { writeUntilClosed(); });
 }
@@ -62,8 +80,12 @@ void TraceFile::writeUntilClosed() {
             lines.swap(pending_);
         }
         const bool written = writeOut(lines);
-        if (written && !full) continue;
-        const std::string why = written ? "the disk is too slow" : reason(errno);
+        length_ += lines.size();
+        const bool longest = length_ > kLongest - kMostPending;
+        if (written && !full && !longest) continue;
+        const std::string why = !written ? reason(errno)
+                                : full   ? "the disk is too slow"
+                                         : "it is as long as a trace may be";
         {
             const std::lock_guard lock(mutex_);
             failed_ = true;
@@ -75,6 +97,25 @@ void TraceFile::writeUntilClosed() {
 
 bool TraceFile::writeOut(const std::string& lines) {
     return std::fwrite(lines.data(), 1, lines.size(), file_.get()) == lines.size();
+}
+
+std::optional<std::string> ownFile(const std::filesystem::path& trace, const std::filesystem::path& folder,
+                                   std::span<const std::string_view> names) {
+    const auto isOwn = [&](const std::filesystem::path& file) {
+        const std::string name = file.filename().string();
+        return std::ranges::any_of(names, [&](std::string_view own) { return name.starts_with(own); });
+    };
+    std::error_code error;
+    const std::filesystem::path goesTo = destination(trace);
+    if (isOwn(goesTo) && goesTo.parent_path() == std::filesystem::weakly_canonical(folder, error))
+        return goesTo.filename().string();
+    // The same file by another name.
+    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+        std::error_code none;
+        if (isOwn(entry.path()) && std::filesystem::equivalent(entry.path(), goesTo, none))
+            return entry.path().filename().string();
+    }
+    return std::nullopt;
 }
 
 } // namespace trace

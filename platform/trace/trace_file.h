@@ -7,6 +7,8 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -20,9 +22,11 @@ class TraceFile {
     using Clock = std::chrono::steady_clock;
     /// Told once, from the writing thread, when the file can no longer be written; recording ends there.
     using Failure = std::function<void(const std::string& reason)>;
+    /// Bytes: hours of both engines at full speed. Recording ends there.
+    static constexpr std::size_t kLongest = 900'000'000;
 
     /// Starts the file anew. Times in it count from `start`. Throws runtime::FileError when it cannot be
-    /// opened.
+    /// opened, is no plain file or longer than kLongest.
     TraceFile(const std::filesystem::path& path, Clock::time_point start, Failure failure);
     TraceFile(const TraceFile&) = delete;
     TraceFile& operator=(const TraceFile&) = delete;
@@ -45,6 +49,7 @@ class TraceFile {
     const Clock::time_point start_;
     const Failure failure_;
     std::unique_ptr<std::FILE, Close> file_;
+    std::size_t length_ = 0; // bytes; the writing thread's
 
     std::mutex mutex_; // guards what follows
     std::condition_variable closing_;
@@ -54,5 +59,10 @@ class TraceFile {
 
     std::thread writer_;
 };
+
+/// Whether `trace` would go over a file of this folder whose name begins with one of `names`, by whatever
+/// link or spelling; the name of that file, or nothing.
+std::optional<std::string> ownFile(const std::filesystem::path& trace, const std::filesystem::path& folder,
+                                   std::span<const std::string_view> names);
 
 } // namespace trace

@@ -8,6 +8,7 @@
 #include <QMessageBox>
 #include <QSocketNotifier>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
@@ -46,7 +47,8 @@ void obey(const QByteArray& order) {
         const auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
         reply = box ? box->text().toStdString() : "none";
     } else if (what == "accept") {
-        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) box->accept();
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+            box->button(QMessageBox::Ok)->click();
     } else if (what == "hang") {
         while (true) {
         }
@@ -57,6 +59,7 @@ void obey(const QByteArray& order) {
     } else {
         reply = "what?";
     }
+    std::ranges::replace(reply, '\n', ' '); // an answer is one line
     std::cout << reply << std::endl;
 }
 

@@ -112,6 +112,8 @@ TEST_F(Program, SaysInOneLineWhatIsWrongAndStartsNothing) {
         {{"--n1mm-listen", "localhost"}, "localhost"},
         {{"--trace", "/"}, "trace file \"/\""},
         {{"--trace", ""}, "--trace"},
+        {{"--trace", QString::fromStdString(folder / "save.cfg")}, "\"save.cfg\", which the program keeps"},
+        {{"--trace", "/dev/null"}, "trace file \"/dev/null\" is no plain file"},
         {{"--directory", "/proc/1"}, "/proc/1"},
         {{"--directory", "/dev/null"}, "/dev/null"},
         {{"--directory", ""}, "--directory"},

@@ -1,0 +1,110 @@
+#include "platform/linux/position_file.h"
+
+#include "platform/linux/file_descriptor.h"
+#include "runtime/errors.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+
+namespace linux_ports {
+
+namespace {
+
+constexpr auto kBetweenFlushes = std::chrono::milliseconds(500);
+constexpr std::size_t kLongest = 4096; // bytes; a longer file is none of ours, whatever follows
+
+} // namespace
+
+PositionFile::PositionFile(std::filesystem::path path, Failure failure)
+    : path_(std::move(path)), failure_(std::move(failure)) {}
+
+PositionFile::~PositionFile() {
+    unmap();
+}
+
+std::string PositionFile::named() const {
+    return "\"" + path_.filename().string() + "\"";
+}
+
+std::optional<std::string> PositionFile::leftOver() {
+    // Not blocking, or a pipe of this name would hold up the start.
+    const FileDescriptor fd(::open(path_.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!fd && errno == ENOENT) return std::nullopt;
+    if (!fd) throw runtime::FileError(named() + " cannot be read: " + reason(errno));
+    struct stat status {};
+    if (::fstat(fd.get(), &status) != 0 || !S_ISREG(status.st_mode))
+        throw runtime::FileError(named() + " is no plain file");
+    std::array<char, kLongest> bytes{};
+    const ssize_t size = ::read(fd.get(), bytes.data(), bytes.size());
+    if (size < 0) throw runtime::FileError(named() + " cannot be read: " + reason(errno));
+    return std::string(bytes.data(), static_cast<std::size_t>(size));
+}
+
+std::span<std::byte> PositionFile::create(std::span<const std::byte> bytes) {
+    unmap();
+    // The file that was left stays until the new one is whole.
+    std::filesystem::path part = path_;
+    part += ".new";
+    const auto refuse = [&](int error) {
+        ::unlink(part.c_str());
+        throw runtime::FileError(named() + " cannot be written: " + reason(error));
+    };
+    ::unlink(part.c_str());
+    const FileDescriptor fd(::open(part.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644));
+    if (!fd) refuse(errno);
+    // A disk that is full must refuse here: later it would end the program in the middle of a step.
+    if (const int error = ::posix_fallocate(fd.get(), 0, static_cast<off_t>(bytes.size()))) refuse(error);
+    void* memory = ::mmap(nullptr, bytes.size(), PROT_READ | PROT_WRITE, MAP_SHARED, fd.get(), 0);
+    if (memory == MAP_FAILED) refuse(errno);
+    memory_ = {static_cast<std::byte*>(memory), bytes.size()};
+    std::copy(bytes.begin(), bytes.end(), memory_.begin());
+    if (::rename(part.c_str(), path_.c_str()) != 0) {
+        const int error = errno;
+        unmap();
+        refuse(error);
+    }
+    changed_ = true;
+    ends_ = false;
+    flusher_ = std::thread([this] { flushUntilEnd(); });
+    return memory_;
+}
+
+void PositionFile::remove() {
+    changed_ = false; // the exit need not wait for the disk
+    unmap();
+    ::unlink(path_.c_str());
+}
+
+void PositionFile::unmap() {
+    if (flusher_.joinable()) {
+        {
+            const std::lock_guard lock(mutex_);
+            ends_ = true;
+        }
+        ending_.notify_one();
+        flusher_.join();
+    }
+    if (!memory_.empty()) ::munmap(memory_.data(), memory_.size());
+    memory_ = {};
+}
+
+void PositionFile::flushUntilEnd() {
+    bool last = false;
+    while (!last) {
+        {
+            std::unique_lock lock(mutex_);
+            last = ending_.wait_for(lock, kBetweenFlushes, [this] { return ends_; });
+        }
+        if (!changed_.exchange(false, std::memory_order_acquire)) continue;
+        if (::msync(memory_.data(), memory_.size(), MS_SYNC) == 0) continue;
+        failure_(named() + " cannot be written: " + reason(errno) +
+                 ". A power failure would lose the positions of this session.");
+        return;
+    }
+}
+
+} // namespace linux_ports
