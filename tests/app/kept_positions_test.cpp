@@ -124,8 +124,8 @@ TEST_F(KeptPositionsTest, DeclaredPositionsAreKeptToo) {
     f().cmdResetB.Click.fire();
     EXPECT_EQ(kept()->posB, 0);
 
-    const config::RecordFile other(folder.path() / "other.cfg");
-    file.copyTo(other.path());
+    const SavedFile other{storage, folder.path() / "other.cfg"};
+    config::RecordFile(storage, file.path()).copyTo(other.path());
     other.write({config::singleRecord(config::record::kPositionA, 3)});
     dialogs.fileAnswers = {other.path().string()};
     // A box at the end of a load, which may stand open for long, does not keep the file waiting.
