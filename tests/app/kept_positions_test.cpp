@@ -159,14 +159,13 @@ TEST_F(KeptPositionsTest, AnEndThatCouldNotSaveLeavesIt) {
     f().cmdAv.Click.fire();
     clock.advance(50);
     const float posA = f().sngPosA;
-    const std::filesystem::path aside = folder.path() / "aside";
-    std::filesystem::rename(file.path(), aside);
-    std::filesystem::create_directory(file.path());
+    storage.failAt(0, simulated::Storage::Fault::Error);
+    dialogs.okAnswers = {false}; // not tried again
     f().mnuUscita.Click.fire();
     EXPECT_FALSE(dialogs.takeMessages().empty());
-    killAndStart(true); // save.cfg still cannot be read: what is kept waits
-    std::filesystem::remove(file.path());
-    std::filesystem::rename(aside, file.path());
+    storage.breakReading(file.path());
+    killAndStart(true); // save.cfg cannot be read: what is kept waits
+    storage.breakReading({});
     killAndStart(true);
     EXPECT_EQ(f().sngPosA, posA);
 }

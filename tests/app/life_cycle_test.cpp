@@ -240,6 +240,7 @@ TEST_F(LifeCycleTest, AnExitThatFailsSaysWhatIsNotSavedAndTriesAgain) {
     const std::string before = bytesOf(file.path());
     for (const bool again : {false, true}) {
         start();
+        dialogs.takeMessages(); // the positions of an end that was not saved are offered
         f().chkAutoCmdOff.userClick();
         f().cmdAv.Click.fire();
         clock.advance(100);
