@@ -126,7 +126,7 @@ class Program : SimulatedOutside {
         records.push_back(config::integerRecord(record::kN1mmPort, freePort));
         records.push_back(config::integerRecord(record::kTrackingPort, freePort));
         records.push_back(config::integerRecord(record::kTrackingProgram, rotor::kOrbitron));
-        config::RecordFile(folder_.path() / "save.cfg").write(records);
+        config::RecordFile(storage, folder_.path() / "save.cfg").write(records);
 
         bridge_.setAddress({"127.0.0.1", static_cast<std::uint16_t>(freePort)});
         app::Ports outside = ports();
