@@ -4,6 +4,7 @@
 #include "form/form1.h"
 #include "platform/hardware.h"
 #include "platform/printer_port.h"
+#include "platform/settings.h"
 #include "platform/shell.h"
 #include "platform/sound.h"
 #include "platform/station_messages.h"
@@ -37,6 +38,7 @@ struct Ports {
     Ref<platform::Sound> sound;
     Ref<platform::Hardware> hardware;
     Ref<platform::Storage> storage;
+    Ref<platform::Settings> settings;
 };
 
 /// The whole program behind its window: the form and all subsystems, wired together.

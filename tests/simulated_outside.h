@@ -6,6 +6,7 @@
 #include "platform/simulated/hardware.h"
 #include "platform/simulated/links.h"
 #include "platform/simulated/outputs.h"
+#include "platform/simulated/settings.h"
 #include "platform/simulated/storage.h"
 #include "platform/simulated/tcp_clients.h"
 #include "platform/simulated/tcp_servers.h"
@@ -25,6 +26,7 @@ struct SimulatedOutside {
     simulated::Sound sound;
     simulated::Hardware hardware;
     simulated::Storage storage;
+    simulated::Settings settings;
 
     /// The one place that fills them: who wants another adapter for a port assigns it to its member.
     app::Ports ports() {
@@ -40,6 +42,7 @@ struct SimulatedOutside {
                 .shell = shell,
                 .sound = sound,
                 .hardware = hardware,
-                .storage = storage};
+                .storage = storage,
+                .settings = settings};
     }
 };

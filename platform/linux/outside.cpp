@@ -97,7 +97,8 @@ class Outside : public app::Outside {
                          .shell = toolkit.shell,
                          .sound = toolkit.sound,
                          .hardware = hardware_,
-                         .storage = storage_};
+                         .storage = storage_,
+                         .settings = hardware_.file()};
         if (trace_) {
             ports.printer = trace_->printer;
             ports.usb = trace_->board;

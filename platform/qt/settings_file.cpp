@@ -8,8 +8,6 @@ namespace qt_ports {
 
 namespace {
 
-constexpr const char* kGroup = "hardware";
-
 QString nameOf(const std::filesystem::path& path) {
     return QString::fromStdString(path.string());
 }
@@ -23,11 +21,11 @@ void check(const QSettings& settings, const std::filesystem::path& path, const c
 
 } // namespace
 
-std::map<std::string, std::string> SettingsFile::read() const {
+platform::Settings::Texts SettingsFile::read(const std::string& section) const {
     QSettings settings(nameOf(path_), QSettings::IniFormat);
     check(settings, path_, "cannot be read");
-    std::map<std::string, std::string> texts;
-    settings.beginGroup(kGroup);
+    Texts texts;
+    settings.beginGroup(QString::fromStdString(section));
     for (const QString& name : settings.childKeys()) {
         // A comma makes a list for the file format; here it is a part of the text.
         texts[name.toStdString()] = settings.value(name).toStringList().join(",").toStdString();
@@ -35,10 +33,10 @@ std::map<std::string, std::string> SettingsFile::read() const {
     return texts;
 }
 
-void SettingsFile::write(const std::map<std::string, std::string>& texts) {
+void SettingsFile::write(const std::string& section, const Texts& texts) {
     QSettings settings(nameOf(path_), QSettings::IniFormat);
     check(settings, path_, "cannot be read");
-    settings.beginGroup(kGroup);
+    settings.beginGroup(QString::fromStdString(section));
     for (const auto& [name, text] : texts) {
         settings.setValue(QString::fromStdString(name), QString::fromStdString(text));
     }
