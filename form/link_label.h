@@ -15,6 +15,8 @@ class LinkLabel : public Label {
     LinkLabel(Form& form, std::string name, platform::DdeLinks& links)
         : Label(form, std::move(name)), links_(links) {}
 
+    bool isOpen() const { return isOpen_; }
+
     std::string LinkTopic; // "application|topic"
     std::string LinkItem;
     Property<int> LinkMode{*this, kNone};
