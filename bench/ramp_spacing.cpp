@@ -37,13 +37,13 @@ void runLoop(std::chrono::milliseconds duration) {
 /// Microseconds between the steps of the jog.
 std::vector<double> jog(const std::filesystem::path& folder) {
     namespace record = config::record;
-    config::RecordFile(folder / "save.cfg")
+    SimulatedOutside outside;
+    config::RecordFile(outside.storage, folder / "save.cfg")
         .write({config::integerRecord(record::kStepsA, 200), config::singleRecord(record::kUnitsA, 10),
                 config::integerRecord(record::kFastA, kFast), config::integerRecord(record::kSlowA, kSlow),
                 config::integerRecord(record::kFunction, form::kCoilTuner)});
     qt_ports::FdWatcher watcher;
     linux_ports::Timers timers(watcher);
-    SimulatedOutside outside;
     Port port;
     app::Ports ports = outside.ports();
     ports.printer = port;

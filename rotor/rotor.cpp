@@ -5,6 +5,8 @@
 #include "runtime/errors.h"
 #include "runtime/number.h"
 
+#include <algorithm>
+
 namespace rotor {
 
 namespace {
@@ -166,7 +168,11 @@ void Rotor::goOnToGoal() {
 }
 
 void Rotor::startTurning(const Goal& goal) {
-    goal_ = goal;
+    if (!isOn()) return;
+    const Ranges& ranges = settings_.ranges;
+    goal_ = {{std::clamp(goal.place.azimuth, ranges.azimuthMin, ranges.azimuthMax),
+              std::clamp(goal.place.elevation, ranges.elevationMin, ranges.elevationMax)},
+             goal.parking};
     parked_ = false;
     goOnToGoal();
 }
