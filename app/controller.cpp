@@ -94,6 +94,7 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
     startup.subSelTunerProgr = [this] { sources.subSelTunerProgr(); };
     configurations.beforeLoad = [this] {
         sources.disconnect();
+        rotor.stopFollowing();
         motion.stopBoth();
     };
     shutdown.leaveTracking = [this] {

@@ -72,7 +72,8 @@ void RampDrive::refreshCurve() {
 
 void RampDrive::plan() {
     if (curve_.flat()) return;
-    const bool fast = timer().Interval == side_.intTickAlta.value();
+    // A speed that was entered while it was selected has left Interval behind: the nearer one is meant.
+    const bool fast = 2 * timer().Interval < side_.intTickAlta.value() + side_.intTickBassa.value();
     const Pace pace = then_ != ThenDo::kGoOn ? Pace::kStop : fast ? Pace::kFast : Pace::kSlow;
     const std::int64_t next = nextLevel(curve_, level_, pace, stepsToGo());
     interval_ = curve_.interval(level_, next);

@@ -1,5 +1,6 @@
 #include "bench/passes/plot.h"
 
+#include <iomanip>
 #include <sstream>
 
 namespace passes {
@@ -7,6 +8,7 @@ namespace passes {
 namespace {
 
 constexpr double kWidth = 760, kLeft = 60, kRight = 20;
+constexpr std::size_t kEach = 2; // samples to a point
 constexpr double kAzimuthHeight = 260, kElevationHeight = 110, kGap = 30, kTop = 40;
 
 /// A field of the picture, degrees upwards.
@@ -18,7 +20,8 @@ struct Field {
 class Picture {
   public:
     explicit Picture(double seconds) : seconds_(seconds) {
-        text_ << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " << kWidth << " "
+        text_ << std::fixed << std::setprecision(1)
+              << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " << kWidth << " "
               << kTop + kAzimuthHeight + kGap + kElevationHeight + kGap
               << "\" font-family=\"sans-serif\" font-size=\"12\">\n"
               << "<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n";
@@ -28,7 +31,7 @@ class Picture {
             text_ << "<path d=\"M" << kLeft << " " << y(field, degrees) << "H" << kWidth - kRight
                   << "\" stroke=\"#ddd\"/>"
                   << "<text x=\"" << kLeft - 8 << "\" y=\"" << y(field, degrees) + 4
-                  << "\" text-anchor=\"end\" fill=\"#555\">" << degrees << "°</text>\n";
+                  << "\" text-anchor=\"end\" fill=\"#555\">" << static_cast<int>(degrees) << "°</text>\n";
         }
         text_ << "<text x=\"" << kLeft << "\" y=\"" << field.top - 8 << "\" fill=\"#555\">" << name
               << "</text>\n";
@@ -36,8 +39,10 @@ class Picture {
     template <class Value>
     void line(const Result& result, const Field& field, const char* style, const Value& value) {
         text_ << "<polyline fill=\"none\" " << style << " points=\"";
-        for (const Sample& sample : result.samples)
+        for (std::size_t n = 0; n < result.samples.size(); n += kEach) {
+            const Sample& sample = result.samples[n];
             text_ << x(sample.seconds) << "," << y(field, value(sample)) << " ";
+        }
         text_ << "\"/>\n";
     }
     void legend(double at, const char* style, const char* name) {
