@@ -16,12 +16,16 @@
 #include "engine/output_ports.h"
 #include "engine/parameters.h"
 #include "engine/position.h"
+#include "engine/ramp_drive.h"
 #include "engine/stepper.h"
 #include "memory/automatic_recall.h"
 #include "memory/memory_slots.h"
 #include "radio/frequency_sources.h"
 #include "radio/tuner_connections.h"
+#include "rotor/rotator_dialog.h"
+#include "rotor/rotor.h"
 #include "rotor/satellite_connections.h"
+#include "rotor/sources.h"
 #include "rotor/thresholds.h"
 #include "rotor/tracking_links.h"
 #include "rotor/tracking_server.h"
@@ -35,9 +39,11 @@ struct Controller::Subsystems {
     void mnuGenSet_Click();
     void mnuTunConn_Click();
     void mnuSatConn_Click();
+    void mnuRotator_Click();
     void mnuTvnServer_Click();
     void mnuHardware_Click();
     void hardwareChanged();
+    void loadRotorSettings();
 
     Ports ports;
     form::Form1 form{ports.timers, ports.links};
@@ -57,8 +63,11 @@ struct Controller::Subsystems {
     radio::Logger32 logger32{ports.station};
     radio::FrequencySources sources{form, logger32, ports.udp};
     rotor::Thresholds thresholds{form, file};
-    rotor::TrackingServer trackingServer{form, ports.tcp, ports.hardware.get().settings().trackingServer};
-    rotor::TrackingLinks trackingLinks{form, boxes};
+    rotor::Sources trackingSources{form};
+    rotor::Rotor rotor{form, motion, outputs, trackingSources};
+    rotor::TrackingServer trackingServer{form, ports.tcp, trackingSources,
+                                         ports.hardware.get().settings().trackingServer};
+    rotor::TrackingLinks trackingLinks{form, boxes, trackingSources};
     config::NamedConfigurations configurations{form, boxes, file};
 
     Functions functions{form, slots, motion};
@@ -79,16 +88,24 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
     };
     form.onEventEnd = [this] { positions.keep(); };
     shutdown.onSaved = [this] { positions.end(); };
+    errors.onStopped = [this] { rotor.stopFollowing(); };
+    motion.onUserStop = [this] { rotor.stopFollowing(); };
+    stepper.isBlocked = [this](const engine::Side& side, bool up) { return rotor.isBlocked(side, up); };
     motion.subResetPressedMem = [this] { slots.subResetPressedMem(); };
-    recall.armOutputsOff = [this] { outputsOff.arm(); };
+    recall.armOutputsOff = [this] {
+        outputsOff.arm();
+        form.lblRuns.Caption = engine::speedsText(form, engine::Sides(form));
+    };
     recall.chosenSource = [this] { return sources.chosen(); };
     recall.subSelTunerProgr = [this] { sources.subSelTunerProgr(); };
     startup.subSelTunerProgr = [this] { sources.subSelTunerProgr(); };
     configurations.beforeLoad = [this] {
         sources.disconnect();
+        rotor.stopFollowing();
         motion.stopBoth();
     };
     shutdown.leaveTracking = [this] {
+        rotor.leave();
         trackingLinks.close();
         trackingServer.leave();
     };
@@ -98,6 +115,7 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
     functions.onChange = [this](int function) {
         if (function == form::kSatelliteRotor) {
             trackingServer.use();
+            rotor.enter();
         } else {
             shutdown.leaveTracking();
         }
@@ -106,6 +124,7 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
     form.mnuGenSet.Click.attach([this] { mnuGenSet_Click(); });
     form.mnuTunConn.Click.attach([this] { mnuTunConn_Click(); });
     form.mnuSatConn.Click.attach([this] { mnuSatConn_Click(); });
+    form.mnuRotator.Click.attach([this] { mnuRotator_Click(); });
     form.mnuTvnServer.Click.attach([this] { mnuTvnServer_Click(); });
     form.mnuHardware.Click.attach([this] { mnuHardware_Click(); });
 }
@@ -138,6 +157,14 @@ void Controller::Subsystems::mnuSatConn_Click() {
     boxes.showModal(dialog);
 }
 
+void Controller::Subsystems::mnuRotator_Click() {
+    form::FrmRotator dialog;
+    dialog.onError = form.onError;
+    rotor::RotatorDialog rotator(dialog, rotor, ports.settings);
+    rotator.Form_Load();
+    boxes.showModal(dialog);
+}
+
 void Controller::Subsystems::mnuTvnServer_Click() {
     form::FrmServer dialog;
     dialog.onError = form.onError;
@@ -160,6 +187,16 @@ void Controller::Subsystems::hardwareChanged() {
     if (form.intFunzione == form::kSatelliteRotor) trackingServer.use();
 }
 
+void Controller::Subsystems::loadRotorSettings() {
+    std::string faults;
+    try {
+        rotor.use(rotor::readRotorSettings(ports.settings.get(), faults));
+    } catch (const runtime::FileError&) {
+        // A file that cannot be read has been told already: devices and links come from it too.
+    }
+    if (!faults.empty()) boxes.critical(faults, "Error!");
+}
+
 Controller::Controller(const Ports& ports, const std::filesystem::path& directory)
     : all_(std::make_unique<Subsystems>(ports, directory)) {}
 
@@ -174,7 +211,10 @@ form::Boxes& Controller::boxes() {
 }
 
 void Controller::start() {
-    all_->form.guard([this] { all_->startup.Form_Load(); });
+    all_->form.guard([this] {
+        all_->loadRotorSettings();
+        all_->startup.Form_Load();
+    });
     all_->form.guard([this] { all_->positions.start(); });
 }
 

@@ -5,6 +5,7 @@
 #include "platform/hardware.h"
 #include "platform/position_file.h"
 #include "platform/printer_port.h"
+#include "platform/settings.h"
 #include "platform/shell.h"
 #include "platform/sound.h"
 #include "platform/station_messages.h"
@@ -39,6 +40,7 @@ struct Ports {
     Ref<platform::Hardware> hardware;
     Ref<platform::Storage> storage;
     Ref<platform::PositionFile> positions;
+    Ref<platform::Settings> settings;
 };
 
 /// The whole program behind its window: the form and all subsystems, wired together.

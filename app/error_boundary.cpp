@@ -27,6 +27,10 @@ void ErrorBoundary::handle(const std::exception& error) {
     form_.bolTargetAz = form_.bolTargetEl = false;
     form_.cmdOff.Enabled = true;
     const bool allOff = outputs_.offWithoutFail();
+    try {
+        if (onStopped) onStopped();
+    } catch (const std::exception&) { // as below
+    }
     // An error behind the box of another one adds nothing for the user.
     if (telling_) return;
     telling_ = true;

@@ -17,6 +17,9 @@ class ErrorBoundary {
 
     void handle(const std::exception& error);
 
+    /// Called when the engines stand and the outputs have been switched off.
+    std::function<void()> onStopped;
+
   private:
     form::Form1& form_;
     engine::Sides sides_{form_};

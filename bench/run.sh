@@ -30,3 +30,5 @@ build/bench/bench/twinstep_bench --benchmark_format=csv 2>/dev/null | awk '
                 time["bare", name], unit[name], time["ours", name] / time["bare", name]
     }'
 build/bench/bench/twinstep_start_up_bench build/bench/twinstep build/bench/bench/twinstep_empty_window
+build/bench/bench/twinstep_passes
+build/bench/bench/twinstep_ramp_spacing

@@ -36,7 +36,8 @@ void stepBackPhases(const Side& side, int direction) {
 
 } // namespace
 
-Motion::Motion(form::Form1& form, form::Boxes& boxes) : form_(form), boxes_(boxes), sides_(form) {
+Motion::Motion(form::Form1& form, form::Boxes& boxes)
+    : form_(form), boxes_(boxes), sides_(form), ownA_{{form, sides_.a}}, ownB_{{form, sides_.b}} {
     form.cmdAv.Click.attach([this] { cmdAv_Click(); });
     form.cmdInd.Click.attach([this] { cmdInd_Click(); });
     form.cmdAvB.Click.attach([this] { cmdAvB_Click(); });
@@ -70,10 +71,9 @@ bool Motion::moveTo(const Side& side, float target) {
         if (isRotor() || !side.running()) stop(side);
         return true;
     }
-    // A recall sets the direction first: the run command sees no reversal, and the phase indexes stay. The
-    // rotor would lose its place over the many turns of a pass.
-    if (!isRotor()) side.intDir = direction;
-    return start(side, direction);
+    // A recall sees no reversal: the phase indexes stay. The rotor would lose its place over the many turns
+    // of a pass.
+    return start(side, direction, !isRotor());
 }
 
 bool Motion::canMoveTo(const Side& side, float target) {
@@ -100,11 +100,20 @@ bool Motion::canStart(const Side& side) {
     return false;
 }
 
-bool Motion::start(const Side& side, int direction) {
+bool Motion::start(const Side& side, int direction, bool recall) {
     if (!canStart(side)) {
         stop(side);
         return false;
     }
+    own(side).released = false;
+    RampDrive& ramp = own(side).ramp;
+    const bool runs = side.running();
+    if (runs && side.intDir == opposite(direction) && ramp.aboveSlow()) {
+        // The ramp comes down first; `stepped` turns the engine then.
+        ramp.setThen(ThenDo::kTurn, direction);
+        return true;
+    }
+    if (recall) side.intDir = direction;
     form::Button& button = direction == form::kForward ? side.cmdRunForward : side.cmdRunBackward;
     form::Timer& timer = side.timer(direction);
     button.Enabled = true;
@@ -113,14 +122,67 @@ bool Motion::start(const Side& side, int direction) {
     paintSpeedButtons(side, timer.Interval != side.intTickBassa.value());
     if (side.intDir == opposite(direction)) stepBackPhases(side, direction);
     side.intDir = direction;
+    const bool turns = side.timer(opposite(direction)).Enabled;
     side.timer(opposite(direction)).Enabled = false;
     timer.Enabled = true;
+    if (runs && !turns) {
+        ramp.setThen(ThenDo::kGoOn);
+    } else {
+        ramp.begin();
+    }
     updateOff();
     return true;
 }
 
+void Motion::stepped(const Side& side) {
+    RampDrive& ramp = own(side).ramp;
+    if (ramp.then() == ThenDo::kGoOn || ramp.aboveSlow()) {
+        ramp.stepped();
+        return;
+    }
+    switch (const int direction = ramp.turnTo(); ramp.then()) {
+    case ThenDo::kTurn:
+        ramp.end();
+        start(side, direction, side.bolMem);
+        break;
+    case ThenDo::kReturn:
+        ramp.end();
+        moveTo(side, side.sngTarget);
+        selectSpeed(side, side.bolVelAlta);
+        break;
+    default:
+        stop(side);
+    }
+}
+
+void Motion::arrive(const Side& side) {
+    RampDrive& ramp = own(side).ramp;
+    // An engine that is about to turn back to its target has it behind.
+    const bool comesBack = ramp.then() == ThenDo::kTurn || ramp.then() == ThenDo::kReturn;
+    if (comesBack || ramp.aboveSlow()) {
+        if (!comesBack) ramp.setThen(isRotor() ? ThenDo::kStop : ThenDo::kReturn);
+        stepped(side);
+        return;
+    }
+    const auto goOn = onArrival ? onArrival(side) : nullptr;
+    stop(side);
+    if (goOn) goOn();
+}
+
+void Motion::release(const Side& side) {
+    if (side.running() && own(side).ramp.aboveSlow()) {
+        own(side).ramp.setThen(ThenDo::kStop);
+    } else {
+        stop(side);
+    }
+}
+
 void Motion::jogDown(const Side& side, int direction) {
-    if (isRotor() && form_.chkRotOnOff.ticked()) return;
+    if (isRotor() && form_.chkRotOnOff.ticked()) {
+        form_.notice.tell("The antenna follows: press Stop, or untick " + form_.chkRotOnOff.Caption.get() +
+                          ", before you jog");
+        return;
+    }
     if (form_.chkAutoMemOnOff.ticked() && !isRotor()) {
         form_.chkAutoMemOnOff.Value = 0;
         form_.bolAutoMemByJog = true;
@@ -128,18 +190,19 @@ void Motion::jogDown(const Side& side, int direction) {
     // A jog takes the engine out of a recall: the old target must not stop it.
     side.bolMem = false;
     if (!run(side, direction)) return;
-    jogHeld(side) = true;
+    own(side).jogHeld = true;
     side.bolManual = true;
     side.lblUso.Caption = "Manual";
     if (!form_.chkFastMemory.ticked() && subResetPressedMem) subResetPressedMem();
 }
 
 void Motion::jogUp(const Side& side) {
-    jogHeld(side) = false;
+    own(side).jogHeld = false;
     if (isRotor()) {
         // The engine runs on; the rotor function decides when it stops.
         side.bolVelAlta = false;
         side.bolManual = false;
+        own(side).released = true;
     } else {
         release(side);
     }
@@ -147,7 +210,7 @@ void Motion::jogUp(const Side& side) {
 
 void Motion::releaseJogs() {
     for (const Side* side : {&sides_.a, &sides_.b}) {
-        if (jogHeld(*side)) jogUp(*side);
+        if (own(*side).jogHeld) jogUp(*side);
     }
 }
 
@@ -155,10 +218,14 @@ void Motion::selectSpeed(const Side& side, bool fast) {
     const bool chosen = usableSpeed(side, fast);
     side.bolVelAlta = chosen;
     paintSpeedButtons(side, chosen);
-    // The timer of the current direction; the other keeps the period that it had.
-    const bool hasDirection = side.intDir == form::kForward || side.intDir == form::kBackward;
+    // The timer of the current direction, or of the one to which the engine turns; the other keeps the period
+    // that it had.
+    RampDrive& ramp = own(side).ramp;
+    const int direction = ramp.then() == ThenDo::kTurn ? ramp.turnTo() : side.intDir.value();
+    const bool hasDirection = direction == form::kForward || direction == form::kBackward;
     if (hasDirection && period(side, chosen) > 0) {
-        side.timer(side.intDir.value()).Interval = period(side, chosen);
+        side.timer(direction).Interval = period(side, chosen);
+        ramp.speedChanged();
     }
     if (chosen == fast || !side.running()) return;
     const Parameter& missing = fast ? side.fast : side.slow;
@@ -171,12 +238,6 @@ void Motion::userStop(const Side& side) {
     if (onUserStop) onUserStop();
 }
 
-void Motion::arrive(const Side& side) {
-    const auto goOn = onArrival ? onArrival(side) : nullptr;
-    stop(side);
-    if (goOn) goOn();
-}
-
 void Motion::stopBoth() {
     stop(sides_.a);
     stop(sides_.b);
@@ -187,6 +248,8 @@ void Motion::stop(const Side& side) {
     side.backward.Enabled = false;
     side.bolMem = false;
     side.bolTargetRotor = false;
+    own(side).ramp.end();
+    own(side).released = false;
     side.cmdRunForward.Enabled = true;
     side.cmdRunBackward.Enabled = true;
     updateOff();

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "engine/ramp_drive.h"
 #include "engine/side.h"
 #include "form/boxes.h"
 
 #include <functional>
+#include <utility>
 
 namespace engine {
 
@@ -26,9 +28,10 @@ class Motion {
     bool canMoveTo(const Side& side, float target);
     /// At once. The outputs keep the last pattern.
     void stop(const Side& side);
-    /// A held jog button or key has been let go.
-    void release(const Side& side) { stop(side); }
-    /// The engine has made the step that reaches its target.
+    /// A held jog button or key has been let go, or a move is to end: with a ramp the engine slows down first.
+    void release(const Side& side);
+    /// The engine has made a step that reaches or passes its target. Where the ramp is not down at slow yet the
+    /// target is passed and, outside Satellite Rotor, come back to.
     void arrive(const Side& side);
     void stopBoth();
     /// Selects a speed, for this move or the next in the same direction. A speed without a period gives way
@@ -49,6 +52,13 @@ class Motion {
     void cmdAlt_Click() { userStop(sides_.a); }
     void cmdAltB_Click() { userStop(sides_.b); }
 
+    /// A step has been made that ends nothing.
+    void stepped(const Side& side);
+
+    /// Whether a jog of the engine has been released in Satellite Rotor since the last call, and no command
+    /// has come after it.
+    bool takeReleased(const Side& side) { return std::exchange(own(side).released, false); }
+
     /// A jog that a box or a lost focus has cut off: as if its button had been released.
     void releaseJogs();
 
@@ -65,8 +75,8 @@ class Motion {
 
   private:
     bool canStart(const Side& side);
-    /// Every move begins here.
-    bool start(const Side& side, int direction);
+    /// Every move begins here. A recall keeps the phase indexes.
+    bool start(const Side& side, int direction, bool recall = false);
     /// The direction towards `target`, or 0 where the engine stands there.
     int directionTo(const Side& side, float target) const;
     void userStop(const Side& side);
@@ -81,8 +91,15 @@ class Motion {
     form::Form1& form_;
     form::Boxes& boxes_;
     Sides sides_;
-    bool jogHeldA_ = false, jogHeldB_ = false;
-    bool& jogHeld(const Side& side) { return &side == &sides_.a ? jogHeldA_ : jogHeldB_; }
+    /// What belongs to one engine.
+    struct Own {
+        RampDrive ramp;
+        bool jogHeld = false;
+        bool released = false; // a jog, in Satellite Rotor
+    };
+    Own ownA_, ownB_;
+    /// Any Side of the same engine will do.
+    Own& own(const Side& side) { return side.motor == sides_.a.motor ? ownA_ : ownB_; }
 };
 
 } // namespace engine

@@ -145,12 +145,23 @@ void OutputPorts::cmdOff_Click() {
     subUsbOnOff(0, 2);
 }
 
-void OutputPorts::writePortOff() {
-    for (const int firstOutput : {1, 5}) {
-        for (const int output : kOffOrder)
-            subBitPorta(1, firstOutput - 1 + output);
-    }
+void OutputPorts::rest(const Side& side) {
+    for (form::Shape* lamp : side.lamps)
+        lamp->FillColor = form::kBlack;
+    writeOff(side.firstOutput);
     endPattern();
+    subUsbOnOff(0, side.motor);
+}
+
+void OutputPorts::writePortOff() {
+    for (const int firstOutput : {1, 5})
+        writeOff(firstOutput);
+    endPattern();
+}
+
+void OutputPorts::writeOff(int firstOutput) {
+    for (const int output : kOffOrder)
+        subBitPorta(1, firstOutput - 1 + output);
 }
 
 void OutputPorts::darkenLamps() {

@@ -34,6 +34,8 @@ class OutputPorts {
     void chkUsbOn_Click();
     /// All coils off, all lamps dark. The phase indexes stay, so the next step resumes the sequence.
     void cmdOff_Click();
+    /// The coils of one engine off, its lamps dark, as cmdOff does it for both.
+    void rest(const Side& side);
     /// Coils off at any price: each path is tried, whatever the other does. For use after an error. False
     /// when a path failed, so that coils may still be on.
     bool offWithoutFail() noexcept;
@@ -42,6 +44,7 @@ class OutputPorts {
 
   private:
     void darkenLamps();
+    void writeOff(int firstOutput);
     void openUsb();
     void closeUsb();
     void showUsbOff();

@@ -60,6 +60,7 @@ void Stepper::tmrUsb_Timer() {
 }
 
 bool Stepper::atLimit(const Side& side, int direction) const {
+    if (isRotor() && isBlocked && isBlocked(side, side.ascends(direction))) return true;
     // Engine B's limit holds in Satellite Rotor too, although B moves another position there.
     if (side.rotorHasNoLimit && isRotor()) return false;
     const form::Int16 rounded = runtime::roundToInt16(side.sngPos);
@@ -100,6 +101,8 @@ void Stepper::move(const Side& side, int direction) {
         motion_.stop(side);
     } else if (atTarget(side, direction)) {
         motion_.arrive(side);
+    } else {
+        motion_.stepped(side);
     }
 }
 

@@ -5,6 +5,8 @@
 #include "engine/side.h"
 #include "engine/step_rate.h"
 
+#include <functional>
+
 namespace engine {
 
 /// Beyond this many user units, either way, an engine is at the end of its run.
@@ -31,6 +33,10 @@ class Stepper {
     /// Caption, mode and multiplier as the step mode box stands.
     static void applyStepMode(const Side& side);
 
+    /// In Satellite Rotor: whether the machine must not turn on towards larger positions (`up`), or smaller
+    /// ones. Asked before each step.
+    std::function<bool(const Side& side, bool up)> isBlocked;
+
   private:
     void tick(const Side& side, int direction);
     bool atLimit(const Side& side, int direction) const;
@@ -39,8 +45,9 @@ class Stepper {
     bool writePhase(const Side& side, int direction, const Sequence& sequence, form::Int16 index);
     /// subApos, subAneg, subBpos and subBneg in one: once for each step that was made.
     void move(const Side& side, int direction);
-    /// Whether the step that was made has reached the end of run, or the target.
+    /// Whether the step that was made has reached the end of run.
     bool atEndOfRun(const Side& side, int direction) const;
+    /// Whether it has reached or passed the target.
     bool atTarget(const Side& side, int direction) const;
     void changeStepMode(const Side& side);
     bool isRotor() const { return form_.intFunzione == form::kSatelliteRotor; }

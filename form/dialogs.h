@@ -120,6 +120,21 @@ struct FrmHardware : Form {
     Button cmdExitHardware{*this, "cmdExitHardware", "Cancel"};
 };
 
+/// "Rotator": what the machine can do, and when it rests.
+struct FrmRotator : Form {
+    FrmRotator() : Form("frmRotator") { Caption = "Rotator"; }
+
+    TextBox txtAzimuth{*this, "txtAzimuth"}, txtElevation{*this, "txtElevation"}; // "0..360"
+    TextBox txtFollowFrom{*this, "txtFollowFrom"};
+    TextBox txtSilence{*this, "txtSilence"};
+    TextBox txtPark{*this, "txtPark"}; // "180,0"
+    CheckBox chkParkAfterPass{*this, "chkParkAfterPass", "Park after a &pass"};
+    CheckBox chkHoldElevation{*this, "chkHoldElevation", "&Hold elevation"};
+    Label lblRotatorError{*this, "lblRotatorError"};
+    Button cmdSaveRotator{*this, "cmdSaveRotator", "Save"};
+    Button cmdExitRotator{*this, "cmdExitRotator", "Cancel"};
+};
+
 struct FrmAbout : Form {
     FrmAbout() : Form("frmAbout") { Caption = "Informations about Twinstep"; }
 

@@ -110,6 +110,7 @@ struct EnginePanel {
     Button cmdOff{form_, "cmdOff", "Out Off"};
     CheckBox chkUsbOn{form_, "chkUsbOn", "USB Off"};
     Label lblUsb{form_, "lblUsb", "USB Card 0 disconnected"};
+    Label lblRuns{form_, "lblRuns"};       // the speeds as they run, and the time of the ramp
     Label rateNotice{form_, "rateNotice"}; // measured rates, where the USB board holds the engines back
 };
 

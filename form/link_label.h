@@ -15,10 +15,11 @@ class LinkLabel : public Label {
     LinkLabel(Form& form, std::string name, platform::DdeLinks& links)
         : Label(form, std::move(name)), links_(links) {}
 
+    bool isOpen() const { return isOpen_; }
+
     std::string LinkTopic; // "application|topic"
     std::string LinkItem;
     Property<int> LinkMode{*this, kNone};
-    bool isOpen() const { return isOpen_; }
     Event<> LinkOpen{*this};
     Event<> LinkClose{*this}; // an open link has ended, from either side
     Event<> LinkError{*this}; // the server did not answer; LinkMode is kNone again

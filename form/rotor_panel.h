@@ -7,25 +7,36 @@
 
 namespace form {
 
-/// Satellite Rotor: what the tracking programs send, the thresholds, and the offsets.
+/// What the sky plot shows beside antenna and target. Degrees of the machine.
+struct RotorPlan {
+    bool moves = false; // the antenna is to go to this place
+    double azimuth = 0, elevation = 0;
+    double azimuthMin = 0, azimuthMax = 360; // the range's ends
+    bool operator==(const RotorPlan&) const = default;
+};
+
+/// Satellite Rotor: what the tracking programs send, the thresholds, the offsets, and what the antenna does.
 struct RotorPanel {
     static constexpr ScrollBar::Range kThreshold{0, 100};
     // Hundredths of a degree.
     static constexpr ScrollBar::Range kAzimuthOffset{-18000, 18000, 10, 100};
     static constexpr ScrollBar::Range kElevationOffset{-9000, 9000, 10, 100};
 
+    static constexpr int kRefreshMilliseconds = 200;
     static constexpr int kStatePollMilliseconds = 500;
     /// After so much silence, bytes without a line end are taken as a line.
     static constexpr int kSilenceMilliseconds = 100;
 
     RotorPanel(Form& form, platform::Timers& timers, platform::DdeLinks& links)
         : form_(form), Timer5(form, "Timer5", timers, kStatePollMilliseconds),
+          tmrDispRefr(form, "tmrDispRefr", timers, kRefreshMilliseconds),
           tmrTrackingRetry(form, "tmrTrackingRetry", timers),
           tmrTrackingSilence(form, "tmrTrackingSilence", timers, kSilenceMilliseconds),
           lblOrbitron(form, "lblOrbitron", links), Label29(form, "Label29", links) {
         cmdConnect.BackColor = kGreen;
         chkOpenCom.BackColor = kGreen;
         chkRotOnOff.Enabled = false;
+        cmdUndoCalibrate.Enabled = false;
     }
 
   private:
@@ -36,6 +47,7 @@ struct RotorPanel {
     runtime::Int16 intSatSource; // record 81: the tracking program whose format is expected
 
     Timer Timer5;                                                       // polls the tracking server's state
+    Timer tmrDispRefr;                                                  // looks at the axes and the target
     Timer tmrTrackingRetry;                                             // connects again after a loss
     Timer tmrTrackingSilence;                                           // ends a line that has no end
     LinkLabel lblOrbitron;                                              // Orbitron: one line of tracking text
@@ -66,6 +78,16 @@ struct RotorPanel {
         lblOffsetnameb{form_, "lblOffsetnameb", "EL Offset"};
     Label lblOffsetA{form_, "lblOffsetA", "0.00"}, lblOffsetB{form_, "lblOffsetB", "0.00"}; // degrees
     Label lblAzRx{form_, "lblAzRx"}, lblElRx{form_, "lblElRx"}; // received, offsets added
+
+    // What moves the antenna.
+    Label lblSource{form_, "lblSource"};         // whose target it is, or that it is lost
+    Label lblRotorState{form_, "lblRotorState"}; // what the antenna does, and how long
+    Button cmdPark{form_, "cmdPark", "Park"};
+    TextBox txtPointAz{form_, "txtPointAz"}, txtPointEl{form_, "txtPointEl"}; // degrees
+    Button cmdPoint{form_, "cmdPoint", "Point"};
+    Button cmdCalibrate{form_, "cmdCalibrate", "Calibrate"};
+    Button cmdUndoCalibrate{form_, "cmdUndoCalibrate", "Undo"};
+    RotorPlan plan;
 };
 
 } // namespace form

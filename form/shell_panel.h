@@ -72,6 +72,7 @@ struct ShellPanel {
     Menu mnuTunConn{form_, "mnuTunConn", "&Tuner Connections…"};
     Menu mnuSatConn{form_, "mnuSatConn", "&Sat Connections…"};
     Menu mnuTvnServer{form_, "mnuTvnServer", "T&VNserver…"};
+    Menu mnuRotator{form_, "mnuRotator", "&Rotator…"};
     Menu mnuHardware{form_, "mnuHardware", "&Hardware and links…"};
     Menu mnuHelp{form_, "mnuHelp", "&Help"};
     Menu mnuMail{form_, "mnuMail", "Send a &Mail…"};

@@ -5,7 +5,7 @@
 
 namespace rotor {
 
-Order orderFor(const Axis& axis, double aim, const AxisThresholds& thresholds) {
+Order orderFor(const AxisState& axis, double aim, const AxisThresholds& thresholds) {
     // Positions are singles: what differs by less than this is the same.
     constexpr double kSame = 1e-4; // degrees
     const double error = aim - axis.position;
@@ -20,8 +20,7 @@ Order orderFor(const Axis& axis, double aim, const AxisThresholds& thresholds) {
 }
 
 void Follower::reset() {
-    path_.reset();
-    below_ = false;
+    *this = Follower();
 }
 
 void Follower::take(const Direction& target, const Axes& axes, const Settings& settings) {
@@ -31,8 +30,9 @@ void Follower::take(const Direction& target, const Axes& axes, const Settings& s
 }
 
 Follower::Orders Follower::look(Time time, const Axes& axes, const Settings& settings) {
+    turnedRound_ = false;
     if (!path_.any() || below_) return {};
-    path_.pass(time, axes.direction(), settings.machine);
+    turnedRound_ = path_.pass(time, axes.direction(), settings.machine);
     const Direction aim = path_.aim(settings.machine.ranges);
     return {orderFor(axes.azimuth, aim.azimuth, settings.azimuth),
             orderFor(axes.elevation, aim.elevation, settings.elevation)};

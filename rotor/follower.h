@@ -5,7 +5,7 @@
 namespace rotor {
 
 /// An axis of the machine as it stands now.
-struct Axis {
+struct AxisState {
     double position = 0; // degrees
     double step = 1;     // degrees of a step, above 0
     int running = 0;     // 1 upwards, -1 downwards, 0: it stands
@@ -29,7 +29,7 @@ struct Order {
 
 /// Whether and how an axis moves towards `aim`. A target that moves on ahead of a running axis is followed
 /// without a stop.
-Order orderFor(const Axis& axis, double aim, const AxisThresholds& thresholds);
+Order orderFor(const AxisState& axis, double aim, const AxisThresholds& thresholds);
 
 /// Follows a target with both axes. Time comes from outside.
 class Follower {
@@ -41,7 +41,7 @@ class Follower {
         AxisThresholds azimuth, elevation;
     };
     struct Axes {
-        Axis azimuth, elevation;
+        AxisState azimuth, elevation;
         Direction direction() const { return {azimuth.position, elevation.position}; }
     };
     struct Orders {
@@ -59,9 +59,13 @@ class Follower {
     /// The target is too low to be followed.
     bool below() const { return below_; }
 
+    /// The last look has begun a turn to the other end of the range.
+    bool turnedRound() const { return turnedRound_; }
+
   private:
     Path path_;
     bool below_ = false;
+    bool turnedRound_ = false;
 };
 
 } // namespace rotor

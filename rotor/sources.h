@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace rotor {
@@ -29,6 +30,21 @@ class TrackingSource {
     virtual Hold hold() const = 0;
 };
 
+/// A source that is another class's to feed.
+class NamedSource : public TrackingSource {
+  public:
+    NamedSource(std::string name, Hold hold, std::function<bool()> there)
+        : name_(std::move(name)), hold_(hold), there_(std::move(there)) {}
+    std::string name() const override { return name_; }
+    bool there() const override { return there_(); }
+    Hold hold() const override { return hold_; }
+
+  private:
+    std::string name_;
+    Hold hold_;
+    std::function<bool()> there_;
+};
+
 /// All tracking sources, and which one of them holds the target: the first, until it is silent. Time passes
 /// only by `pass`.
 class Sources {
@@ -42,10 +58,11 @@ class Sources {
     void add(const TrackingSource& source) { all_.push_back(&source); }
     bool anyThere() const;
 
-    /// Whether a target of this source would be taken now. Ask before its text reaches the labels.
+    /// Whether a target of this source would be taken now.
     bool free(const TrackingSource& source) const;
-    /// The labels lblAzRx and lblElRx hold a whole new target of this source, offsets added. It takes the
-    /// target where that is free; nothing comes from a text that is no number.
+    /// The labels lblAzRx and lblElRx hold a whole new target of this source, offsets added: they show what
+    /// came last, from whomever. It is taken where the target is free; nothing comes from a text that is no
+    /// number.
     void complete(const TrackingSource& source);
     /// A target as the source words it, degrees: the offsets are added and the labels set. False, and nothing
     /// set, when another source holds the target. Throws runtime::RunTimeError for a text that is no number.

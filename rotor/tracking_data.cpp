@@ -91,16 +91,18 @@ void showReceived(form::Form1& form, const std::string& azimuth, const std::stri
     form.lblElRx.Caption = el;
 }
 
-void subSatData(form::Form1& form, const std::string& text) {
+bool subSatData(form::Form1& form, const std::string& text) {
     try {
         if (form.intSatSource == kOrbitron) readOrbitron(form, text);
         if (form.intSatSource == kSatPc32) readSatPc32(form, text);
+        return form.intSatSource == kOrbitron || form.intSatSource == kSatPc32;
     } catch (const runtime::RunTimeError&) {
         // A malformed line is dropped in silence: the next one comes within a second.
+        return false;
     }
 }
 
-void readSatPc32Item(form::Form1& form, const std::string& text) {
+bool readSatPc32Item(form::Form1& form, const std::string& text) {
     try {
         // Azimuth and elevation stand right behind the name of the satellite.
         constexpr std::size_t kTokens = 32;
@@ -110,8 +112,9 @@ void readSatPc32Item(form::Form1& form, const std::string& text) {
         showReceived(form, azimuth, elevation);
         form.lblRealAz.Caption = azimuth;
         form.lblRealEl.Caption = elevation;
+        return true;
     } catch (const runtime::RunTimeError&) {
-        // Dropped, as above.
+        return false; // dropped, as above
     }
 }
 

@@ -4,7 +4,12 @@
 
 namespace rotor {
 
-TrackingLinks::TrackingLinks(form::Form1& form, form::Boxes& boxes) : form_(form), boxes_(boxes) {
+TrackingLinks::TrackingLinks(form::Form1& form, form::Boxes& boxes, Sources& sources)
+    : form_(form), boxes_(boxes), sources_(sources),
+      orbitron_("Orbitron", Hold::kWhileThere, [this] { return form_.lblOrbitron.isOpen(); }),
+      satPc32_("SatPC32", Hold::kWhileThere, [this] { return form_.Label29.isOpen(); }) {
+    sources_.add(orbitron_);
+    sources_.add(satPc32_);
     form_.cmdConnect.Click.attach([this] { cmdConnect_Click(); });
     form_.lblOrbitron.LinkOpen.attach([this] { lblOrbitron_LinkOpen(); });
     form_.lblOrbitron.LinkClose.attach([this] { lblOrbitron_LinkClose(); });
@@ -12,14 +17,18 @@ TrackingLinks::TrackingLinks(form::Form1& form, form::Boxes& boxes) : form_(form
         closeOrbitron();
         form_.lblOpenCom.Caption = "Disconnected";
     });
-    form_.lblOrbitron.Change.attach([this] { subSatData(form_, form_.lblOrbitron.Caption); });
+    form_.lblOrbitron.Change.attach([this] {
+        if (subSatData(form_, form_.lblOrbitron.Caption)) sources_.complete(orbitron_);
+    });
     form_.chkOpenCom.Click.attach([this] { chkOpenCom_Click(); });
     form_.Label29.LinkError.attach([this] {
         form_.chkOpenCom.Value = 0;
         boxes_.critical("Cannot connect to satellite data! Restart SatPc32", "Error!");
     });
     form_.Label29.LinkClose.attach([this] { form_.lblOpenCom.Caption = "Disconnected"; });
-    form_.Label29.Change.attach([this] { readSatPc32Item(form_, form_.Label29.Caption); });
+    form_.Label29.Change.attach([this] {
+        if (readSatPc32Item(form_, form_.Label29.Caption)) sources_.complete(satPc32_);
+    });
 }
 
 void TrackingLinks::cmdConnect_Click() {

@@ -2,6 +2,7 @@
 
 #include "form/boxes.h"
 #include "form/form1.h"
+#include "rotor/sources.h"
 
 #include <functional>
 
@@ -10,7 +11,7 @@ namespace rotor {
 /// The DDE links to Orbitron and SatPC32.
 class TrackingLinks {
   public:
-    TrackingLinks(form::Form1& form, form::Boxes& boxes);
+    TrackingLinks(form::Form1& form, form::Boxes& boxes, Sources& sources);
 
     void cmdConnect_Click();
     void lblOrbitron_LinkOpen();
@@ -28,6 +29,8 @@ class TrackingLinks {
 
     form::Form1& form_;
     form::Boxes& boxes_;
+    Sources& sources_;
+    const NamedSource orbitron_, satPc32_;
 };
 
 } // namespace rotor

@@ -18,9 +18,15 @@ constexpr std::array<const char*, 10> kStateNames = {"Open",         "Closed", "
 
 } // namespace
 
-TrackingServer::TrackingServer(form::Form1& form, platform::TcpClients& clients, std::string host)
-    : form_(form), clients_(clients), host_(std::move(host)),
-      lines_([this](const std::string& line) { subSatData(form_, runtime::fromAnsi(line)); }) {
+TrackingServer::TrackingServer(form::Form1& form, platform::TcpClients& clients, Sources& sources,
+                               std::string host)
+    : form_(form), clients_(clients), sources_(sources),
+      source_("tracking server", Hold::kWhileHeard,
+              [this] { return ClientIP_ && ClientIP_->state() == platform::TcpState::Connected; }),
+      host_(std::move(host)), lines_([this](const std::string& line) {
+          if (subSatData(form_, runtime::fromAnsi(line))) sources_.complete(source_);
+      }) {
+    sources_.add(source_);
     form_.Timer5.Tick.attach([this] { Timer5_Timer(); });
     form_.tmrTrackingRetry.Tick.attach([this] { connect(); });
     form_.tmrTrackingSilence.Tick.attach([this] {

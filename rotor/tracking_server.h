@@ -3,6 +3,7 @@
 #include "form/form1.h"
 #include "platform/tcp_clients.h"
 #include "rotor/line_splitter.h"
+#include "rotor/sources.h"
 
 #include <chrono>
 #include <string>
@@ -16,7 +17,7 @@ constexpr int kDefaultTrackingPort = 6969;
 /// again 1, 2, 4 … and at most 30 seconds later.
 class TrackingServer {
   public:
-    TrackingServer(form::Form1& form, platform::TcpClients& clients, std::string host);
+    TrackingServer(form::Form1& form, platform::TcpClients& clients, Sources& sources, std::string host);
 
     /// From the next use on.
     void setHost(const std::string& host) { host_ = host; }
@@ -39,6 +40,8 @@ class TrackingServer {
 
     form::Form1& form_;
     platform::TcpClients& clients_;
+    Sources& sources_;
+    const NamedSource source_;
     std::string host_;
     LineSplitter lines_;
     std::unique_ptr<platform::TcpClient> ClientIP_;

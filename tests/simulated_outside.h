@@ -7,6 +7,7 @@
 #include "platform/simulated/links.h"
 #include "platform/simulated/outputs.h"
 #include "platform/simulated/position_file.h"
+#include "platform/simulated/settings.h"
 #include "platform/simulated/storage.h"
 #include "platform/simulated/tcp_clients.h"
 #include "platform/simulated/tcp_servers.h"
@@ -27,6 +28,7 @@ struct SimulatedOutside {
     simulated::Hardware hardware;
     simulated::Storage storage;
     simulated::PositionFile positions;
+    simulated::Settings settings;
 
     /// The one place that fills them: who wants another adapter for a port assigns it to its member.
     app::Ports ports() {
@@ -43,6 +45,7 @@ struct SimulatedOutside {
                 .sound = sound,
                 .hardware = hardware,
                 .storage = storage,
-                .positions = positions};
+                .positions = positions,
+                .settings = settings};
     }
 };

@@ -12,6 +12,7 @@ void layOut(Dialog& window, form::FrmTunerConn& form);
 void layOut(Dialog& window, form::FrmSatConn& form);
 void layOut(Dialog& window, form::FrmServer& form);
 void layOut(Dialog& window, form::FrmHardware& form);
+void layOut(Dialog& window, form::FrmRotator& form);
 void layOut(Dialog& window, form::FrmAbout& form);
 
 } // namespace ui

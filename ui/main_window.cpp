@@ -134,9 +134,11 @@ void MainWindow::orderFocus() {
     }
     then({&form_.cmdAutoMemConn, &form_.chkAutoMemOnOff, &form_.chkBandMode, &form_.chkFastMemory,
           &form_.HScrMemSpeedCh});
-    then({&form_.cmdConnect, &form_.chkOpenCom, &form_.HScOffsetA, &form_.HScOffsetB, &form_.HScroll2,
-          &form_.HScroll4, &form_.HScroll6, &form_.HScroll5, &form_.HScroll1, &form_.HScroll3});
-    then({&form_.cmdOff, &form_.chkAutoCmdOff, &form_.hScrCmdOff, &form_.chkUsbOn});
+    then({&form_.cmdConnect, &form_.chkOpenCom, &form_.chkRotOnOff, &form_.cmdPark, &form_.txtPointAz,
+          &form_.txtPointEl, &form_.cmdPoint, &form_.cmdCalibrate, &form_.cmdUndoCalibrate, &form_.HScOffsetA,
+          &form_.HScOffsetB, &form_.HScroll2, &form_.HScroll4, &form_.HScroll6, &form_.HScroll5,
+          &form_.HScroll3});
+    then({&form_.cmdOff, &form_.chkAutoCmdOff, &form_.hScrCmdOff, &form_.chkUsbOn, &form_.HScroll1});
     findChild<QWidget*>(shown(form_.cmdAlt.name()))->setFocus();
 }
 
@@ -194,6 +196,8 @@ void MainWindow::showModal(form::Form& form) {
         layOut(dialog, *server);
     } else if (auto* hardware = dynamic_cast<form::FrmHardware*>(&form)) {
         layOut(dialog, *hardware);
+    } else if (auto* rotator = dynamic_cast<form::FrmRotator*>(&form)) {
+        layOut(dialog, *rotator);
     } else if (auto* about = dynamic_cast<form::FrmAbout*>(&form)) {
         layOut(dialog, *about);
     } else {

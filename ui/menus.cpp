@@ -57,6 +57,7 @@ void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
     entry(settings, form.mnuTunConn, "Which program reports the radio's frequency.", Qt::CTRL | Qt::Key_T);
     entry(settings, form.mnuSatConn, "Which tracking program sends, and the port of the tracking server.");
     entry(settings, form.mnuTvnServer, "Settings of the program's own data server, which is not ready yet.");
+    entry(settings, form.mnuRotator, "What the rotator can turn to, where it parks and when it rests.");
     settings->addSeparator();
     entry(settings, form.mnuHardware,
           "Which devices the outputs go to, a test of the coils, and where the links are.",

@@ -42,6 +42,27 @@ OutputsView::OutputsView(form::Form1& form, Adapters& adapters)
     line->addWidget(adapters.label(form.lblUsb, {"State of the USB board", "State of the USB board."},
                                    "USB Card 0 disconnected"));
     body().addLayout(line);
+    layOutRamp(form, adapters);
+}
+
+void OutputsView::layOutRamp(form::Form1& form, Adapters& adapters) {
+    const QString tip =
+        "The time from slow to fast and back, in units of 20 ms; 0: the speeds change at once.";
+    QHBoxLayout* line = row();
+    line->addWidget(fixedText("Ramp (20 ms)", tip));
+    Slider* bar = adapters.scrollBar(form.HScroll1, {"Ramp", tip, "Left and Right"});
+    bar->setMinimumWidth(14 * kGrid);
+    line->addWidget(bar, 1);
+    CaptionLabel* value = adapters.label(form.lblAccCurve, {"Ramp, value", tip}, "000");
+    value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    line->addWidget(value);
+    CaptionLabel* runs = adapters.label(
+        form.lblRuns,
+        {"Speeds that run", "The slow and fast speeds as they really run: a step takes whole milliseconds."},
+        "2.00 s; 1000 to 1000 and 1000 to 1000 steps/s");
+    runs->setTone(CaptionLabel::Tone::Quiet);
+    line->addWidget(runs, 2);
+    body().addLayout(line);
 }
 
 } // namespace ui

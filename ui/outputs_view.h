@@ -10,6 +10,9 @@ namespace ui {
 class OutputsView : public Card {
   public:
     OutputsView(form::Form1& form, Adapters& adapters);
+
+  private:
+    void layOutRamp(form::Form1& form, Adapters& adapters);
 };
 
 } // namespace ui

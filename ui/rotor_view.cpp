@@ -42,6 +42,7 @@ RotorView::RotorView(form::Form1& form, Adapters& adapters)
     heading->addStretch(1);
     layOutLinks(*heading, form, adapters);
     body().addLayout(heading);
+    layOutFollowing(form, adapters);
 
     auto* grid = new QGridLayout;
     grid->setContentsMargins(0, 0, 0, 0);
@@ -62,17 +63,16 @@ RotorView::RotorView(form::Form1& form, Adapters& adapters)
     grid->addLayout(offset(form.HScOffsetB, form.lblOffsetB, form.lblOffsetnameb, "elevation"), 0, 1);
 
     const Threshold thresholds[] = {
-        {form.HScroll2, form.lblHiSpOnAz, "High speed on, azimuth",
-         "Distance in azimuth from which the rotor turns at its fast speed."},
-        {form.HScroll4, form.lblHiSpOnEL, "High speed on, elevation",
-         "Distance in elevation from which the rotor turns at its fast speed."},
-        {form.HScroll6, form.lblAutoRStAz, "Restart, azimuth",
-         "Distance in azimuth at which a resting rotor starts again."},
-        {form.HScroll5, form.lblAutoRStEl, "Restart, elevation",
-         "Distance in elevation at which a resting rotor starts again."},
-        {form.HScroll1, form.lblAccCurve, "Acceleration curve", "How steeply the speed rises and falls."},
-        {form.HScroll3, form.lblAntiRipEl, "Anti-ripple, elevation",
-         "Changes in elevation below this leave the rotor at rest."},
+        {form.HScroll2, form.lblHiSpOnAz, "Fast above, azimuth (°)",
+         "The error in azimuth, in degrees, above which the rotor turns fast; 0: always."},
+        {form.HScroll4, form.lblHiSpOnEL, "Fast above, elevation (°)",
+         "The error in elevation, in degrees, above which the rotor turns fast; 0: always."},
+        {form.HScroll6, form.lblAutoRStAz, "Restart, azimuth (0.1°)",
+         "The error in azimuth, in tenths of a degree, at which a resting rotor starts; 0: one step."},
+        {form.HScroll5, form.lblAutoRStEl, "Restart, elevation (0.1°)",
+         "The error in elevation, in tenths of a degree, at which a resting rotor starts; 0: one step."},
+        {form.HScroll3, form.lblAntiRipEl, "Anti-ripple, elevation (0.1°)",
+         "By how many tenths of a degree beyond the restart elevation must be off before it turns back."},
     };
     int place = 0;
     for (const Threshold& threshold : thresholds) {
@@ -90,6 +90,44 @@ RotorView::RotorView(form::Form1& form, Adapters& adapters)
         "rotctld 192.168.100.100:45330, 16 clients");
     rotctld->setTone(CaptionLabel::Tone::Quiet);
     body().addWidget(rotctld, 0, Qt::AlignLeft);
+}
+
+void RotorView::layOutFollowing(form::Form1& form, Adapters& adapters) {
+    QHBoxLayout* state = row();
+    state->addWidget(adapters.checkBox(
+        form.chkRotOnOff,
+        {"Follow", "The antenna follows the target. A press of Stop ends it. Grey: nothing sends targets.",
+         "Space"}));
+    state->addWidget(adapters.label(
+        form.lblSource, {"Source of the target", "Which program says where the antenna is to point."},
+        "Target: tracking server"));
+    state->addWidget(adapters.label(form.lblRotorState,
+                                    {"State of the antenna", "What the antenna does, and how long."},
+                                    "Follows: 359.99° and 179.99° to go, 999 s"),
+                     1);
+    body().addLayout(state);
+
+    QHBoxLayout* commands = row();
+    const auto button = [&](form::Button& control, const char* name, const char* tip) {
+        PushButton* widget = adapters.button(control, {name, tip, "Space"});
+        widget->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+        commands->addWidget(widget);
+    };
+    button(form.cmdPark, "Park", "Unticks Follow and turns the antenna to its parking place.");
+    commands->addStretch(1);
+    const QString place =
+        "Where the antenna is to point by hand, in degrees. A click into the sky does it too.";
+    commands->addWidget(fixedText("Point to", place));
+    commands->addWidget(
+        adapters.textBox(form.txtPointAz, {"Azimuth to point to", place, "Enter turns"}, "000.00"));
+    commands->addWidget(
+        adapters.textBox(form.txtPointEl, {"Elevation to point to", place, "Enter turns"}, "000.00"));
+    button(form.cmdPoint, "Point", "Turns the antenna there, while Follow is not ticked.");
+    commands->addStretch(1);
+    button(form.cmdCalibrate, "Calibrate",
+           "The antenna points at the target now (the Sun, a beacon): takes the target's place as its own.");
+    button(form.cmdUndoCalibrate, "Undo the calibration", "Takes the last calibration back.");
+    body().addLayout(commands);
 }
 
 void RotorView::layOutLinks(QBoxLayout& line, form::Form1& form, Adapters& adapters) {

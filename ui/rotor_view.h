@@ -12,6 +12,7 @@ class RotorView : public Card {
     RotorView(form::Form1& form, Adapters& adapters);
 
   private:
+    void layOutFollowing(form::Form1& form, Adapters& adapters);
     static void layOutLinks(QBoxLayout& line, form::Form1& form, Adapters& adapters);
 };
 

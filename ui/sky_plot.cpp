@@ -1,8 +1,10 @@
 #include "ui/sky_plot.h"
 
 #include "runtime/number.h"
+#include "runtime/text.h"
 #include "ui/colours.h"
 
+#include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -14,7 +16,9 @@ namespace {
 
 constexpr int kLookMilliseconds = 100;
 constexpr double kZenith = 90;
-constexpr double kRim = 18; // pixels around the horizon, for the letters
+constexpr double kRim = 18;    // pixels around the horizon, for the letters
+constexpr double kEndMark = 5; // pixels to both sides of it, for the range's ends
+constexpr int kPlanParts = 60;
 
 QColor colourOf(SkyPlot::Who who, const QPalette& palette) {
     return palette.color(who == SkyPlot::Who::Antenna ? QPalette::WindowText : QPalette::Highlight);
@@ -30,7 +34,7 @@ bool SkyTrack::add(qint64 now, const Direction& direction) {
     return true;
 }
 
-SkyPlot::SkyPlot(const form::Form1& form) : form_(form) {
+SkyPlot::SkyPlot(form::Form1& form) : form_(form) {
     clock_.start();
     looking_.setInterval(kLookMilliseconds);
     QObject::connect(&looking_, &QTimer::timeout, this, [this] { look(); });
@@ -41,6 +45,12 @@ QPointF SkyPlot::place(const Direction& direction) {
     const double radius = std::clamp((kZenith - direction.elevation) / kZenith, -1.0, 1.0);
     const double angle = direction.azimuth * std::numbers::pi / 180;
     return {radius * std::sin(angle), -radius * std::cos(angle)};
+}
+
+Direction SkyPlot::directionAt(QPointF place) {
+    const double radius = std::min(std::hypot(place.x(), place.y()), 1.0);
+    const double angle = std::atan2(place.x(), -place.y()) * 180 / std::numbers::pi;
+    return {angle < 0 ? angle + 360 : angle, kZenith * (1 - radius)};
 }
 
 void SkyPlot::look() {
@@ -55,7 +65,8 @@ void SkyPlot::look() {
     // Once a second the tracks move on, also while both directions stand still.
     bool moved = antennaTrack_.add(now, antenna);
     if (target && targetTrack_.add(now, *target)) moved = true;
-    if (!moved && antenna == antenna_ && target == target_) return;
+    if (!moved && antenna == antenna_ && target == target_ && plan_ == form_.plan) return;
+    plan_ = form_.plan;
     antenna_ = antenna;
     target_ = target;
     update();
@@ -76,12 +87,56 @@ void SkyPlot::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(QRectF(rect()).center());
-    const double radius = std::min(width(), height()) / 2.0 - kRim;
+    const double radius = this->radius();
     drawSky(painter, radius);
+    drawPlan(painter, radius);
     drawTrack(painter, radius, Who::Target, targetTrack_);
     drawTrack(painter, radius, Who::Antenna, antennaTrack_);
     if (target_) drawMark(painter, palette(), Who::Target, place(*target_) * radius);
     drawMark(painter, palette(), Who::Antenna, place(antenna_) * radius);
+    if (antenna_.elevation <= kZenith) return;
+    painter.setPen(quietText(palette()));
+    painter.drawText(QRectF(rect()).translated(-QRectF(rect()).center()), Qt::AlignLeft | Qt::AlignBottom,
+                     "flipped");
+}
+
+double SkyPlot::radius() const {
+    return std::min(width(), height()) / 2.0 - kRim;
+}
+
+void SkyPlot::mousePressEvent(QMouseEvent* event) {
+    const QPointF place = (event->position() - QRectF(rect()).center()) / radius();
+    if (event->button() != Qt::LeftButton || std::hypot(place.x(), place.y()) > 1) {
+        QWidget::mousePressEvent(event);
+        return;
+    }
+    const Direction direction = directionAt(place);
+    const auto text = [](double degrees) { return runtime::formatFixed(static_cast<float>(degrees), 1); };
+    form_.txtPointAz.Text = text(direction.azimuth);
+    form_.txtPointEl.Text = text(direction.elevation);
+    form_.cmdPoint.Click.fire();
+}
+
+void SkyPlot::drawPlan(QPainter& painter, double radius) const {
+    painter.setPen(QPen(quietText(palette()), 2));
+    for (const double end : {plan_.azimuthMin, plan_.azimuthMax}) {
+        const QPointF rim = place({end, 0});
+        painter.drawLine(rim * (radius - kEndMark), rim * (radius + kEndMark));
+    }
+    if (!plan_.moves) return;
+    // Both axes set out at once: where the shorter one has arrived, the other goes on alone.
+    const double azimuth = plan_.azimuth - antenna_.azimuth;
+    const double elevation = plan_.elevation - antenna_.elevation;
+    const double way = std::max(std::abs(azimuth), std::abs(elevation));
+    QPolygonF line;
+    for (int part = 0; part <= kPlanParts; ++part) {
+        const double gone = way * part / kPlanParts;
+        line << place({antenna_.azimuth + std::clamp(azimuth, -gone, gone),
+                       antenna_.elevation + std::clamp(elevation, -gone, gone)}) *
+                    radius;
+    }
+    painter.setPen(QPen(colourOf(Who::Antenna, palette()), 1, Qt::DashLine));
+    painter.drawPolyline(line);
 }
 
 void SkyPlot::drawSky(QPainter& painter, double radius) const {

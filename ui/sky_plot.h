@@ -46,10 +46,12 @@ class SkyPlot : public QWidget {
   public:
     enum class Who { Antenna, Target };
 
-    explicit SkyPlot(const form::Form1& form);
+    explicit SkyPlot(form::Form1& form);
 
     /// Where a direction stands in a circle of radius 1, y down.
     static QPointF place(const Direction& direction);
+    /// The direction at a place in that circle, elevation 0 to 90.
+    static Direction directionAt(QPointF place);
     static void drawMark(QPainter& painter, const QPalette& palette, Who who, QPointF centre);
     static constexpr double kMarkRadius = 6;
 
@@ -60,17 +62,22 @@ class SkyPlot : public QWidget {
     void paintEvent(QPaintEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
 
   private:
     void look();
+    double radius() const;
+    /// The range's ends, and the way on which the antenna goes to its place.
+    void drawPlan(QPainter& painter, double radius) const;
     void drawSky(QPainter& painter, double radius) const;
     void drawTrack(QPainter& painter, double radius, Who who, const SkyTrack& track) const;
 
-    const form::Form1& form_;
+    form::Form1& form_;
     QTimer looking_;
     QElapsedTimer clock_;
     Direction antenna_;
     std::optional<Direction> target_;
+    form::RotorPlan plan_;
     SkyTrack antennaTrack_, targetTrack_;
 };
 

@@ -16,9 +16,11 @@ QLayout* legend(const QString& name, QWidget* mark, const QString& tip) {
 
 } // namespace
 
-SkyView::SkyView(const form::Form1& form)
+SkyView::SkyView(form::Form1& form)
     : Card("Sky", "North is up, the zenith in the middle; the rings stand at 30 and 60 degrees of elevation. "
-                  "The lines show the last ten minutes.") {
+                  "The lines show the last ten minutes, the dashed one the way that is planned, the marks at "
+                  "the rim the "
+                  "ends of the range. A click turns the antenna there.") {
     auto* plot = new SkyPlot(form);
     plot->setObjectName("skyPlot");
     plot->setAccessibleName("Sky plot");

@@ -8,7 +8,7 @@ namespace ui {
 /// The sky above the antenna, in Satellite Rotor: where the antenna points and where the target stands.
 class SkyView : public Card {
   public:
-    explicit SkyView(const form::Form1& form);
+    explicit SkyView(form::Form1& form);
 };
 
 } // namespace ui

@@ -17,6 +17,7 @@ using platform::HardwareSettings;
 namespace {
 
 constexpr const char* kUsualPort = "/dev/parport0";
+constexpr const char* kSection = "hardware"; // of the settings
 
 } // namespace
 
@@ -160,7 +161,7 @@ ChosenHardware::~ChosenHardware() = default;
 void ChosenHardware::readFile() {
     Texts texts;
     try {
-        texts = file_.read();
+        texts = file_.read(kSection);
     } catch (const runtime::FileError& error) {
         notice_ += std::string(error.what()) + ". The usual devices and links are used.\n";
     }
@@ -231,7 +232,7 @@ void ChosenHardware::keep() {
     for (const config::HardwareField& field : config::kHardwareFields) {
         if (!isFixed(field.value)) texts[field.name] = settings_.*field.value;
     }
-    file_.write(texts);
+    file_.write(kSection, texts);
 }
 
 std::vector<std::string> ChosenHardware::printerPorts() const {

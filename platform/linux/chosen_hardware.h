@@ -25,6 +25,9 @@ class ChosenHardware : public platform::Hardware {
     /// Opens the devices. One that the command line named and that is refused throws runtime::ObjectError;
     /// for one that the file named, and for the usual port, the outputs are simulated instead, see notice.
     ChosenHardware(Texts given, qt_ports::SettingsFile file);
+
+    /// The file of all settings.
+    platform::Settings& file() { return file_; }
     ~ChosenHardware() override;
 
     /// The same objects whatever is behind them.

@@ -110,7 +110,8 @@ class Outside : public app::Outside {
                          .sound = toolkit.sound,
                          .hardware = hardware_,
                          .storage = storage_,
-                         .positions = positions_};
+                         .positions = positions_,
+                         .settings = hardware_.file()};
         if (trace_) {
             ports.printer = trace_->printer;
             ports.usb = trace_->board;

@@ -11,7 +11,6 @@ namespace qt_ports {
 
 namespace {
 
-constexpr const char* kGroup = "hardware";
 constexpr std::uintmax_t kLongest = 1'000'000; // bytes
 
 QString nameOf(const std::filesystem::path& path) {
@@ -46,12 +45,12 @@ void take(QLockFile& lock, const std::filesystem::path& path) {
 
 } // namespace
 
-std::map<std::string, std::string> SettingsFile::read() const {
+platform::Settings::Texts SettingsFile::read(const std::string& section) const {
     checkPlain(path_);
     QSettings settings(nameOf(path_), QSettings::IniFormat);
     check(settings, path_, "cannot be read");
-    std::map<std::string, std::string> texts;
-    settings.beginGroup(kGroup);
+    Texts texts;
+    settings.beginGroup(QString::fromStdString(section));
     for (const QString& name : settings.childKeys()) {
         // A comma makes a list for the file format; here it is a part of the text.
         texts[name.toStdString()] = settings.value(name).toStringList().join(",").toStdString();
@@ -59,7 +58,7 @@ std::map<std::string, std::string> SettingsFile::read() const {
     return texts;
 }
 
-void SettingsFile::write(const std::map<std::string, std::string>& texts) {
+void SettingsFile::write(const std::string& section, const Texts& texts) {
     checkPlain(path_);
     QLockFile lock(nameOf(path_) + ".lock");
     take(lock, path_);
@@ -75,7 +74,7 @@ void SettingsFile::write(const std::map<std::string, std::string>& texts) {
     {
         QSettings settings(part.fileName(), QSettings::IniFormat);
         check(settings, path_, "cannot be read");
-        settings.beginGroup(kGroup);
+        settings.beginGroup(QString::fromStdString(section));
         for (const auto& [name, text] : texts) {
             settings.setValue(QString::fromStdString(name), QString::fromStdString(text));
         }

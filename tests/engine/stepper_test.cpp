@@ -225,6 +225,8 @@ TEST_F(StepperTest, EndOfRunRoundsOnlyOnEngineA) {
 }
 
 TEST_F(StepperTest, RotorMovesDegreesAndOnlyEngineAIsFreeOfTheLimit) {
+    settings.sections["rotor"]["elevation"] = "0..180";
+    start();
     f().mnuSat.Click.fire();
     f().sngPosA = 2000;
     f().sngPosAz = 359.96F;

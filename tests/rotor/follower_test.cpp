@@ -5,7 +5,7 @@
 namespace {
 
 using namespace std::chrono_literals;
-using rotor::Axis;
+using rotor::AxisState;
 using rotor::AxisThresholds;
 using rotor::Follower;
 using rotor::Order;
@@ -17,7 +17,7 @@ constexpr AxisThresholds kThresholds{.restart = 2, .fast = 10, .reverse = 1.5};
 TEST(Follower, AnAxisStartsAtItsThresholdAndStopsOnItsTarget) {
     struct Case {
         const char* what;
-        Axis axis;
+        AxisState axis;
         double aim;
         AxisThresholds thresholds;
         Order order;

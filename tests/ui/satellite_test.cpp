@@ -14,6 +14,11 @@ TEST(SkyPlot, PutsNorthUpAndTheZenithInTheMiddle) {
         {0, 0, 0, -1},   {90, 0, 1, 0},    {180, 30, 0, 2.0 / 3}, {270, 60, -1.0 / 3, 0},
         {123, 90, 0, 0}, {0, 135, 0, 0.5}, {0, -20, 0, -1}, // below the horizon: at its edge
         {360, 0, 0, -1}, {0, 200, 0, 1}};
+    for (const ui::Direction& direction : {ui::Direction{30, 0}, {250, 45}, {359, 80}}) {
+        const ui::Direction back = ui::SkyPlot::directionAt(ui::SkyPlot::place(direction));
+        EXPECT_NEAR(back.azimuth, direction.azimuth, 1e-9);
+        EXPECT_NEAR(back.elevation, direction.elevation, 1e-9);
+    }
     for (const Case& c : cases) {
         const QPointF point = ui::SkyPlot::place({c.azimuth, c.elevation});
         EXPECT_NEAR(point.x(), c.x, 1e-9) << c.azimuth << ' ' << c.elevation;
@@ -74,6 +79,38 @@ TEST_F(SatelliteWindow, TheDialogRefusesAPortAndStaysOpen) {
     EXPECT_EQ(f().intPortaSat, 7000);
     withDialog([this] { f().mnuTvnServer.Click.fire(); },
                [](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+}
+
+TEST_F(SatelliteWindow, AClickIntoTheSkyTurnsTheAntennaThere) {
+    chooseFunction(form::kSatelliteRotor);
+    QWidget& sky = widget("skyPlot");
+    const QPoint east(sky.width() / 2 + 30, sky.height() / 2);
+    QTest::mouseClick(&sky, Qt::LeftButton, {}, east);
+    EXPECT_EQ(f().txtPointAz.Text, "90.00");
+    clock.advance(30'000);
+    EXPECT_NEAR(f().sngPosAz, 90, 0.3);
+    f().chkRotOnOff.Value = 1;
+    QTest::mouseClick(&sky, Qt::LeftButton, {}, QPoint(sky.width() / 2, sky.height() / 2 + 30));
+    clock.advance(1000);
+    EXPECT_NEAR(f().sngPosAz, 90, 0.3); // it follows: a click is refused
+}
+
+TEST_F(SatelliteWindow, TheRotatorDialogKeepsWhatFitsTheMachine) {
+    withDialog([this] { f().mnuRotator.Click.fire(); },
+               [](QWidget& dialog) {
+                   auto& entry = part<ui::LineEdit>(dialog, "txtAzimuth");
+                   EXPECT_TRUE(entry.hasFocus());
+                   entry.selectAll();
+                   QTest::keyClicks(&entry, "-90..400");
+                   QTest::keyClick(&entry, Qt::Key_Return);
+                   settle();
+                   EXPECT_TRUE(dialog.isVisible());
+                   EXPECT_NE(part<QLabel>(dialog, "lblRotatorError").text(), "");
+                   entry.selectAll();
+                   QTest::keyClicks(&entry, "-90..360");
+                   QTest::keyClick(&entry, Qt::Key_Return);
+               });
+    EXPECT_EQ(settings.sections["rotor"]["azimuth"], "-90..360");
 }
 
 } // namespace

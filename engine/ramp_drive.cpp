@@ -1,0 +1,97 @@
+#include "engine/ramp_drive.h"
+
+#include "runtime/text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace engine {
+
+std::chrono::milliseconds rampTime(const form::Form1& form) {
+    constexpr std::chrono::milliseconds kUnit{20};
+    return form.HScroll1.Value.get() * kUnit;
+}
+
+std::string speedsText(const form::Form1& form, const Sides& sides) {
+    const auto speed = [](form::Int16 period) {
+        constexpr double kMillisecondsPerSecond = 1000;
+        return period > 0 ? std::to_string(std::lround(kMillisecondsPerSecond / period.value()))
+                          : std::string("?");
+    };
+    const auto speeds = [&](const Side& side) {
+        return speed(side.intTickBassa) + " to " + speed(side.intTickAlta);
+    };
+    const std::string a = speeds(sides.a);
+    const std::string b = speeds(sides.b);
+    const auto seconds = std::chrono::duration<float>(rampTime(form)).count();
+    return (seconds > 0 ? runtime::formatShown(seconds) + " s; " : "No ramp; ") + a +
+           (a == b ? "" : " and " + b) + " steps/s";
+}
+
+RampCurve rampOf(const form::Form1& form, const Side& side) {
+    return {side.intTickBassa.value(), side.intTickAlta.value(), rampTime(form)};
+}
+
+void RampDrive::begin() {
+    end();
+    curve_ = rampOf(form_, side_);
+    plan();
+}
+
+void RampDrive::end() {
+    level_ = from_ = 0;
+    setThen(ThenDo::kGoOn);
+}
+
+void RampDrive::setThen(ThenDo then, int turnTo) {
+    then_ = then;
+    turnTo_ = turnTo;
+}
+
+void RampDrive::stepped() {
+    refreshCurve();
+    plan();
+}
+
+void RampDrive::speedChanged() {
+    // The clock has started anew, at the selected speed: the next step is planned again.
+    if (!side_.running()) return;
+    level_ = from_;
+    plan();
+}
+
+/// Speeds or time may be entered while the engine runs: the ramp goes on from the speed that it has.
+void RampDrive::refreshCurve() {
+    RampCurve now = rampOf(form_, side_);
+    if (now == curve_) return;
+    level_ = level_ > 0 ? now.levelOf(interval_) : 0;
+    if (now.flat()) timer().setPeriod(std::chrono::milliseconds(timer().Interval));
+    curve_ = now;
+}
+
+void RampDrive::plan() {
+    if (curve_.flat()) return;
+    // A speed that was entered while it was selected has left Interval behind: the nearer one is meant.
+    const bool fast = 2 * timer().Interval < side_.intTickAlta.value() + side_.intTickBassa.value();
+    const Pace pace = then_ != ThenDo::kGoOn ? Pace::kStop : fast ? Pace::kFast : Pace::kSlow;
+    const std::int64_t next = nextLevel(curve_, level_, pace, stepsToGo());
+    interval_ = curve_.interval(level_, next);
+    from_ = std::exchange(level_, next);
+    timer().setPeriod(interval_);
+}
+
+std::optional<std::int64_t> RampDrive::stepsToGo() const {
+    const bool rotor = form_.intFunzione == form::kSatelliteRotor;
+    if (!(rotor ? side_.bolTargetRotor : side_.bolMem)) return std::nullopt;
+    const double way =
+        rotor ? double{side_.sngTargetRotor} - side_.sngPosRotor : double{side_.sngTarget} - side_.sngPos;
+    const double step = side_.sngMMGiro / (side_.bytMolt.value() * side_.intSteps.value());
+    const double steps = (side_.intDir == form::kForward ? way : -way) / step;
+    // Positions are singles: a step too many must not come from their rounding.
+    constexpr double kRounding = 1e-3;
+    constexpr double kFar = 1e9;
+    return static_cast<std::int64_t>(std::ceil(std::clamp(steps, -kFar, kFar) - kRounding));
+}
+
+} // namespace engine

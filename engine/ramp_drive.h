@@ -1,0 +1,59 @@
+#pragma once
+
+#include "engine/ramp.h"
+#include "engine/side.h"
+
+#include <string>
+
+namespace engine {
+
+/// What an engine does when its ramp has brought it down to slow.
+enum class ThenDo { kGoOn, kStop, kTurn, kReturn };
+
+/// Takes the step timers of one engine along the ramp between slow and fast. The timers' Interval stays the
+/// selected speed's; with no ramp set nothing here touches a clock.
+class RampDrive {
+  public:
+    /// Both outlive this object.
+    RampDrive(form::Form1& form, const Side& side) : form_(form), side_(side) {}
+
+    /// The engine starts from rest.
+    void begin();
+    /// The engine stands.
+    void end();
+    /// The engine has made a step and goes on: sets the period of the next one.
+    void stepped();
+    /// The selected speed, and with it Interval, has changed while the engine runs.
+    void speedChanged();
+
+    /// Above slow, so that it has to come down before it stops or turns.
+    bool aboveSlow() const { return level_ > 0; }
+    /// What is to be done at slow; the ramp leads there at once unless this is kGoOn.
+    void setThen(ThenDo then, int turnTo = 0);
+    ThenDo then() const { return then_; }
+    int turnTo() const { return turnTo_; } // with kTurn, a direction
+
+  private:
+    void plan();
+    void refreshCurve();
+    std::optional<std::int64_t> stepsToGo() const;
+    form::Timer& timer() const { return side_.forward.Enabled ? side_.forward : side_.backward; }
+
+    form::Form1& form_;
+    const Side& side_;
+    RampCurve curve_;
+    Period interval_{};      // until the next step
+    std::int64_t level_ = 0; // after the next step
+    std::int64_t from_ = 0;  // before it
+    ThenDo then_ = ThenDo::kGoOn;
+    int turnTo_ = 0;
+};
+
+/// From slow to fast, as HScroll1 stands.
+std::chrono::milliseconds rampTime(const form::Form1& form);
+/// The slow and fast speeds as they really run, and the time of the ramp: "0.40 s; 100 to 1000 steps/s".
+std::string speedsText(const form::Form1& form, const Sides& sides);
+/// The ramp of an engine, as its speeds and HScroll1 stand.
+RampCurve rampOf(const form::Form1& form, const Side& side);
+
+} // namespace engine

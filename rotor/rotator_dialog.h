@@ -1,0 +1,22 @@
+#pragma once
+
+#include "form/dialogs.h"
+#include "rotor/rotor.h"
+
+namespace rotor {
+
+/// The dialog for what the machine can do: its ranges, where it parks, when it rests.
+class RotatorDialog {
+  public:
+    RotatorDialog(form::FrmRotator& dialog, Rotor& rotor, platform::Settings& file);
+
+    void Form_Load();
+    void cmdSaveRotator_Click();
+
+  private:
+    form::FrmRotator& dialog_;
+    Rotor& rotor_;
+    platform::Settings& file_;
+};
+
+} // namespace rotor

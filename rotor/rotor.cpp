@@ -1,0 +1,316 @@
+#include "rotor/rotor.h"
+
+#include "engine/position.h"
+#include "rotor/machine.h"
+#include "runtime/errors.h"
+#include "runtime/number.h"
+
+#include <algorithm>
+
+namespace rotor {
+
+namespace {
+
+constexpr Sources::Time kRefresh{form::RotorPanel::kRefreshMilliseconds};
+
+AxisThresholds thresholdsOf(const form::ScrollBar& restart, const form::ScrollBar& fast) {
+    constexpr double kPerDegree = 10; // the restart is set in tenths
+    return {restart.Value.get() / kPerDegree, static_cast<double>(fast.Value.get()), 0};
+}
+
+} // namespace
+
+Rotor::Rotor(form::Form1& form, engine::Motion& motion, engine::OutputPorts& outputs, Sources& sources)
+    : form_(form), motion_(motion), outputs_(outputs), sources_(sources), sides_(form) {
+    form_.tmrDispRefr.Tick.attach([this] { tmrDispRefr_Timer(); });
+    form_.chkRotOnOff.Click.attach([this] { chkRotOnOff_Click(); });
+    form_.cmdPark.Click.attach([this] { cmdPark_Click(); });
+    form_.cmdPoint.Click.attach([this] { cmdPoint_Click(); });
+    form_.cmdCalibrate.Click.attach([this] { cmdCalibrate_Click(); });
+    form_.cmdUndoCalibrate.Click.attach([this] { cmdUndoCalibrate_Click(); });
+    for (form::TextBox* box : {&form_.txtPointAz, &form_.txtPointEl}) {
+        box->KeyDown.attach([this](int key) {
+            if (key == form::TextBox::kEnter) cmdPoint_Click();
+        });
+    }
+    sources_.onTarget = [this] { targetCame(); };
+}
+
+void Rotor::use(const RotorSettings& settings) {
+    settings_ = settings;
+    sources_.setSilence(std::chrono::seconds(settings.silence));
+    // Another range may offer another way.
+    follower_.reset();
+    if (isOn() && sources_.target()) targetCame();
+    showPlan();
+}
+
+void Rotor::enter() {
+    standing_ = {};
+    form_.tmrDispRefr.Enabled = true;
+    show();
+}
+
+void Rotor::leave() {
+    form_.tmrDispRefr.Enabled = false;
+    goal_.reset();
+    clientTurns_ = parked_ = false;
+    follower_.reset();
+    sources_.forget();
+}
+
+bool Rotor::isBlocked(const engine::Side& side, bool up) const {
+    const bool azimuth = side.motor == sides_.a.motor;
+    const Ranges& ranges = settings_.ranges;
+    // At or beyond an end only the way back in is open.
+    return up ? side.sngPosRotor >= (azimuth ? ranges.azimuthMax : ranges.elevationMax)
+              : side.sngPosRotor <= (azimuth ? ranges.azimuthMin : ranges.elevationMin);
+}
+
+Direction Rotor::position() const {
+    return {sides_.a.sngPosRotor, sides_.b.sngPosRotor};
+}
+
+Follower::Axes Rotor::axes() const {
+    return {axisOf(sides_.a), axisOf(sides_.b)};
+}
+
+Machine Rotor::machine() const {
+    return {settings_.ranges, speedOf(sides_.a), speedOf(sides_.b)};
+}
+
+Follower::Settings Rotor::followerSettings() const {
+    Follower::Settings settings{machine(), settings_.followFrom, thresholdsOf(form_.HScroll6, form_.HScroll2),
+                                thresholdsOf(form_.HScroll5, form_.HScroll4)};
+    settings.elevation.reverse = thresholdsOf(form_.HScroll3, form_.HScroll4).restart;
+    return settings;
+}
+
+void Rotor::tmrDispRefr_Timer() {
+    sources_.pass(kRefresh);
+    // After silence the next target is a first one.
+    if (!sources_.target() && follower_.path().any()) follower_.reset();
+    form_.chkRotOnOff.Enabled =
+        following() || sources_.holder() || sources_.anyThere() || form_.chkOpenCom.ticked();
+    stopReleasedJogs();
+    letGoOfUsersMotion();
+    if (goal_) {
+        goOnToGoal();
+    } else {
+        subSat(kRefresh);
+        parkAfterPass();
+    }
+    restCoils(kRefresh);
+    show();
+}
+
+void Rotor::stopReleasedJogs() {
+    if (following()) return;
+    for (const engine::Side* side : {&sides_.a, &sides_.b}) {
+        if (motion_.takeReleased(*side)) motion_.release(*side);
+    }
+}
+
+/// An engine that the user runs is not taken back to the goal.
+void Rotor::letGoOfUsersMotion() {
+    for (const engine::Side* side : {&sides_.a, &sides_.b}) {
+        if (side->running() && !side->bolTargetRotor) goal_.reset();
+    }
+}
+
+void Rotor::targetCame() {
+    if (!isOn() || !following()) return;
+    clientTurns_ = false;
+    follower_.take(*sources_.target(), axes(), followerSettings());
+    if (!follower_.below()) goal_.reset();
+    if (sources_.target()->elevation >= Path::kPassBegins) passRose_ = true;
+    lastElevation_ = sources_.target()->elevation;
+    if (!goal_) subSat({});
+}
+
+void Rotor::subSat(Sources::Time time) {
+    if (!following() || clientTurns_) return;
+    // Without a target, or with one too low, both orders are to stop.
+    const Follower::Orders orders = follower_.look(time, axes(), followerSettings());
+    carryOut(sides_.a, orders.azimuth);
+    carryOut(sides_.b, orders.elevation);
+    if (follower_.turnedRound())
+        form_.notice.tell("The target has passed the end of the range: the antenna turns round");
+}
+
+void Rotor::carryOut(const engine::Side& side, const Order& order) {
+    if (order.direction == 0) {
+        if (side.running()) motion_.release(side);
+        return;
+    }
+    if (!motion_.moveTo(side, runtime::toSingle(order.target))) return;
+    standing_ = {};
+    coilsRest_ = false;
+    moved_ = true;
+    if (order.fast) {
+        motion_.fast(side);
+    } else {
+        motion_.slow(side);
+    }
+}
+
+void Rotor::goOnToGoal() {
+    // The machine goes all the way, whatever the restart is.
+    Follower::Settings settings = followerSettings();
+    settings.azimuth.restart = settings.elevation.restart = settings.elevation.reverse = 0;
+    const Order azimuth = orderFor(axisOf(sides_.a), goal_->place.azimuth, settings.azimuth);
+    const Order elevation = orderFor(axisOf(sides_.b), goal_->place.elevation, settings.elevation);
+    carryOut(sides_.a, azimuth);
+    carryOut(sides_.b, elevation);
+    if (azimuth.direction != 0 || elevation.direction != 0 || sides_.anyRunning()) return;
+    parked_ = goal_->parking;
+    goal_.reset();
+}
+
+void Rotor::startTurning(const Goal& goal) {
+    if (!isOn()) return;
+    const Ranges& ranges = settings_.ranges;
+    goal_ = {{std::clamp(goal.place.azimuth, ranges.azimuthMin, ranges.azimuthMax),
+              std::clamp(goal.place.elevation, ranges.elevationMin, ranges.elevationMax)},
+             goal.parking};
+    parked_ = false;
+    goOnToGoal();
+}
+
+void Rotor::parkAfterPass() {
+    const bool over = follower_.below() || (sources_.lost() && lastElevation_ < Path::kPassBegins);
+    if (!passRose_ || !over || !following()) return;
+    passRose_ = false;
+    if (settings_.parkAfterPass) startTurning({settings_.park, true});
+}
+
+void Rotor::restCoils(Sources::Time time) {
+    if (sides_.anyRunning()) {
+        standing_ = {};
+        coilsRest_ = parked_ = false;
+        if (!following() && !goal_) moved_ = false;
+        return;
+    }
+    standing_ += time;
+    const auto delay = std::chrono::seconds(form_.intAutoCmdOffSec.value());
+    const bool due = moved_ && form_.bolAutoCmdOff && delay.count() > 0 && standing_ >= delay;
+    if (coilsRest_ || !(due || parked_)) return;
+    coilsRest_ = true; // also when it fails: that is told once
+    if (settings_.holdElevation) {
+        outputs_.rest(sides_.a);
+    } else {
+        form_.cmdOff.Click.raise();
+    }
+}
+
+void Rotor::chkRotOnOff_Click() {
+    goal_.reset();
+    clientTurns_ = passRose_ = false;
+    follower_.reset();
+    if (!isOn()) return;
+    if (following() && sources_.target()) {
+        targetCame();
+    } else if (!following()) {
+        for (const engine::Side* side : {&sides_.a, &sides_.b}) {
+            if (side->running()) motion_.release(*side);
+        }
+    }
+}
+
+void Rotor::stopFollowing() {
+    if (!isOn()) return;
+    if (following() || goal_) motion_.stopBoth();
+    goal_.reset();
+    form_.chkRotOnOff.Value = 0;
+    // A command that was being carried out is over; what a program goes on sending is not.
+    if (sources_.holder() && sources_.holder()->hold() == Hold::kUntilDone) sources_.forget();
+}
+
+void Rotor::cmdPark_Click() {
+    form_.chkRotOnOff.Value = 0;
+    park();
+}
+
+void Rotor::park() {
+    clientTurns_ = false;
+    startTurning({settings_.park, true});
+}
+
+void Rotor::cmdPoint_Click() {
+    if (following()) {
+        form_.notice.tell("The antenna follows: untick " + form_.chkRotOnOff.Caption.get() +
+                          " before you point it");
+        return;
+    }
+    try {
+        const Direction wanted{runtime::parseNumber(form_.txtPointAz.Text.get()),
+                               runtime::parseNumber(form_.txtPointEl.Text.get())};
+        Path path;
+        path.take(wanted, position(), machine());
+        startTurning({path.aim(settings_.ranges), false});
+    } catch (const runtime::RunTimeError&) {
+        form_.notice.tell("Type azimuth and elevation in degrees, such as 180 and 12.5");
+    }
+}
+
+void Rotor::cmdCalibrate_Click() {
+    if (sides_.anyRunning()) {
+        form_.notice.tell("The antenna turns: calibrate when it stands");
+        return;
+    }
+    if (!sources_.target()) {
+        form_.notice.tell("There is no target to calibrate at");
+        return;
+    }
+    Path path;
+    path.take(*sources_.target(), position(), machine());
+    const Direction place = path.aim(settings_.ranges);
+    constexpr double kSame = 0.01; // degrees
+    if (arc(place, *sources_.target()) > kSame) {
+        form_.notice.tell("The target is outside the range of the machine: nothing is calibrated");
+        return;
+    }
+    calibrated_ = {place.azimuth - position().azimuth, place.elevation - position().elevation};
+    form_.cmdUndoCalibrate.Enabled = true;
+    setPosition(place);
+}
+
+void Rotor::cmdUndoCalibrate_Click() {
+    if (sides_.anyRunning()) {
+        form_.notice.tell("The antenna turns: undo when it stands");
+        return;
+    }
+    form_.cmdUndoCalibrate.Enabled = false;
+    setPosition({position().azimuth - calibrated_.azimuth, position().elevation - calibrated_.elevation});
+}
+
+void Rotor::setPosition(const Direction& position) {
+    sides_.a.sngPosRotor = runtime::toSingle(position.azimuth);
+    sides_.b.sngPosRotor = runtime::toSingle(position.elevation);
+    engine::showPosition(form_, sides_.a);
+    engine::showPosition(form_, sides_.b);
+    follower_.reset();
+    if (sources_.target()) targetCame();
+}
+
+void Rotor::turn(Axis axis, int direction, bool fast) {
+    const engine::Side& side = axis == Axis::kAzimuth ? sides_.a : sides_.b;
+    const bool up = direction == form::kForward;
+    goal_.reset();
+    clientTurns_ = true;
+    motion_.run(side, side.ascends(form::kForward) == up ? form::kForward : form::kBackward);
+    if (fast) {
+        motion_.fast(side);
+    } else {
+        motion_.slow(side);
+    }
+}
+
+void Rotor::halt() {
+    clientTurns_ = false;
+    goal_.reset();
+    follower_.reset();
+    motion_.stopBoth();
+}
+
+} // namespace rotor

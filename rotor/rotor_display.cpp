@@ -1,0 +1,73 @@
+#include "engine/ramp_drive.h"
+#include "rotor/machine.h"
+#include "rotor/rotor.h"
+#include "runtime/text.h"
+
+#include <algorithm>
+#include <cmath>
+
+/// What the window shows of the antenna.
+namespace rotor {
+
+std::optional<Direction> Rotor::destination() const {
+    if (goal_) return goal_->place;
+    if (!following() || !follower_.path().any() || follower_.below()) return std::nullopt;
+    return follower_.path().aim(settings_.ranges);
+}
+
+void Rotor::show() {
+    form_.lblSource.Caption = sources_.lost()     ? std::string("Target lost")
+                              : sources_.holder() ? "Target: " + sources_.holder()->name()
+                                                  : std::string();
+    form_.lblRotorState.Caption = stateText();
+    showPlan();
+}
+
+void Rotor::showPlan() {
+    const auto place = destination();
+    form_.plan = {place.has_value(), place ? place->azimuth : 0, place ? place->elevation : 0,
+                  settings_.ranges.azimuthMin, settings_.ranges.azimuthMax};
+}
+
+std::string Rotor::stateText() const {
+    std::string text;
+    if (goal_) {
+        text = (goal_->parking ? "Parks: " : "Turns: ") + toGoText();
+    } else if (clientTurns_) {
+        text = "Turned by a program";
+    } else if (!following()) {
+        text = parked_ ? "Parked" : "";
+    } else if (!follower_.path().any()) {
+        text = "Waits for a target";
+    } else if (follower_.below()) {
+        text = "Waits: the target is too low";
+    } else if (follower_.path().waiting(settings_.ranges)) {
+        text = "Waits at the end of the range";
+    } else {
+        text = sides_.anyRunning() ? "Follows: " + toGoText() : "On target";
+    }
+    constexpr double kVertical = 90;
+    if (position().elevation > kVertical) text += text.empty() ? "Flipped" : ", flipped";
+    if (coilsRest_ && settings_.holdElevation) text += "; elevation is held, its engine gets hot";
+    return text;
+}
+
+std::string Rotor::toGoText() const {
+    const auto place = destination();
+    if (!place) return "";
+    const auto left = [](double to, const engine::Side& side) { return std::fabs(to - side.sngPosRotor); };
+    const auto seconds = [&](double degrees, const engine::Side& side) {
+        const engine::RampCurve ramp = engine::rampOf(form_, side);
+        if (ramp.flat()) return degrees / speedOf(side);
+        const auto steps = static_cast<std::int64_t>(std::ceil(degrees / stepOf(side)));
+        return std::chrono::duration<double>(ramp.timeFor(steps, 0)).count();
+    };
+    const double azimuth = left(place->azimuth, sides_.a);
+    const double elevation = left(place->elevation, sides_.b);
+    const double time = std::max(seconds(azimuth, sides_.a), seconds(elevation, sides_.b));
+    const auto text = [](double degrees) { return runtime::formatShown(static_cast<float>(degrees)) + "°"; };
+    return text(azimuth) + " and " + text(elevation) + " to go, " +
+           std::to_string(std::lround(std::ceil(time))) + " s";
+}
+
+} // namespace rotor

@@ -1,0 +1,153 @@
+#include "rotor/rotor_settings.h"
+
+#include "runtime/errors.h"
+#include "runtime/number.h"
+
+#include <cmath>
+#include <utility>
+
+namespace rotor {
+
+namespace {
+
+constexpr double kLowestAzimuth = -180, kHighestAzimuth = 360;
+constexpr double kHighestElevation = 180;
+constexpr double kVertical = 90;
+constexpr int kLongestSilence = 3600;
+
+std::string number(double value) {
+    return runtime::shortestText(static_cast<float>(value));
+}
+
+std::optional<double> numberOf(const std::string& text) {
+    try {
+        return runtime::parseNumber(text);
+    } catch (const runtime::RunTimeError&) {
+        return std::nullopt;
+    }
+}
+
+/// The two numbers around a separator.
+std::optional<std::pair<double, double>> pairOf(const std::string& text, const std::string& separator) {
+    const auto place = text.find(separator);
+    if (place == std::string::npos) return std::nullopt;
+    const auto first = numberOf(text.substr(0, place));
+    const auto second = numberOf(text.substr(place + separator.size()));
+    if (!first || !second) return std::nullopt;
+    return std::pair(*first, *second);
+}
+
+constexpr const char* kBetween = "..";
+
+bool takeAzimuth(RotorSettings& settings, const std::string& text) {
+    const auto range = pairOf(text, kBetween);
+    if (!range || range->first < kLowestAzimuth || range->first > 0 || range->second > kHighestAzimuth ||
+        range->second <= range->first)
+        return false;
+    settings.ranges.azimuthMin = range->first;
+    settings.ranges.azimuthMax = range->second;
+    return true;
+}
+
+bool takeElevation(RotorSettings& settings, const std::string& text) {
+    const auto range = pairOf(text, kBetween);
+    if (!range || range->first < 0 || range->second > kHighestElevation || range->second <= range->first)
+        return false;
+    settings.ranges.elevationMin = range->first;
+    settings.ranges.elevationMax = range->second;
+    return true;
+}
+
+bool takeFollowFrom(RotorSettings& settings, const std::string& text) {
+    const auto degrees = numberOf(text);
+    if (!degrees || std::fabs(*degrees) > kVertical) return false;
+    settings.followFrom = *degrees;
+    return true;
+}
+
+bool takeSilence(RotorSettings& settings, const std::string& text) {
+    const auto seconds = numberOf(text);
+    if (!seconds || *seconds < 1 || *seconds > kLongestSilence || *seconds != std::floor(*seconds))
+        return false;
+    settings.silence = static_cast<int>(*seconds);
+    return true;
+}
+
+bool takePark(RotorSettings& settings, const std::string& text) {
+    const auto place = pairOf(text, ",");
+    if (!place || place->first < kLowestAzimuth || place->first > kHighestAzimuth || place->second < 0 ||
+        place->second > kHighestElevation)
+        return false;
+    settings.park = {place->first, place->second};
+    return true;
+}
+
+template <bool RotorSettings::*kFlag>
+bool takeFlag(RotorSettings& settings, const std::string& text) {
+    if (text != kYes && text != kNo) return false;
+    settings.*kFlag = text == kYes;
+    return true;
+}
+
+template <bool RotorSettings::*kFlag>
+std::string flagText(const RotorSettings& settings) {
+    return settings.*kFlag ? kYes : kNo;
+}
+
+constexpr const char* kYesOrNo = "yes or no";
+
+} // namespace
+
+const std::array<RotorField, 7> kRotorFields = {{
+    {"azimuth",
+     [](const RotorSettings& s) {
+         return number(s.ranges.azimuthMin) + kBetween + number(s.ranges.azimuthMax);
+     },
+     takeAzimuth, "a range such as 0..360, which begins at -180 to 0 and ends at 360 at most",
+     &form::FrmRotator::txtAzimuth, nullptr},
+    {"elevation",
+     [](const RotorSettings& s) {
+         return number(s.ranges.elevationMin) + kBetween + number(s.ranges.elevationMax);
+     },
+     takeElevation, "a range such as 0..90, from 0 up to 180 at most", &form::FrmRotator::txtElevation,
+     nullptr},
+    {"follow-from", [](const RotorSettings& s) { return number(s.followFrom); }, takeFollowFrom,
+     "an elevation from -90 to 90 degrees", &form::FrmRotator::txtFollowFrom, nullptr},
+    {"silence", [](const RotorSettings& s) { return std::to_string(s.silence); }, takeSilence,
+     "whole seconds, 1 to 3600", &form::FrmRotator::txtSilence, nullptr},
+    {"park", [](const RotorSettings& s) { return number(s.park.azimuth) + "," + number(s.park.elevation); },
+     takePark, "azimuth and elevation such as 180,0", &form::FrmRotator::txtPark, nullptr},
+    {"park-after-pass", flagText<&RotorSettings::parkAfterPass>, takeFlag<&RotorSettings::parkAfterPass>,
+     kYesOrNo, nullptr, &form::FrmRotator::chkParkAfterPass},
+    {"hold-elevation", flagText<&RotorSettings::holdElevation>, takeFlag<&RotorSettings::holdElevation>,
+     kYesOrNo, nullptr, &form::FrmRotator::chkHoldElevation},
+}};
+
+std::optional<std::string> faultOf(const RotorSettings& settings) {
+    const Ranges& ranges = settings.ranges;
+    if (settings.park.azimuth < ranges.azimuthMin || settings.park.azimuth > ranges.azimuthMax ||
+        settings.park.elevation < ranges.elevationMin || settings.park.elevation > ranges.elevationMax)
+        return "The parking place lies outside the range";
+    return std::nullopt;
+}
+
+RotorSettings readRotorSettings(const platform::Settings& file, std::string& faults) {
+    RotorSettings settings;
+    const auto texts = file.read(kRotorSection);
+    for (const RotorField& field : kRotorFields) {
+        const auto text = texts.find(field.name);
+        if (text == texts.end() || field.take(settings, text->second)) continue;
+        faults += std::string("[") + kRotorSection + "] " + field.name + ": \"" + text->second +
+                  "\" is not " + field.shape + ". The default is used.\n";
+    }
+    return settings;
+}
+
+void writeRotorSettings(platform::Settings& file, const RotorSettings& settings) {
+    platform::Settings::Texts texts;
+    for (const RotorField& field : kRotorFields)
+        texts[field.name] = field.text(settings);
+    file.write(kRotorSection, texts);
+}
+
+} // namespace rotor
