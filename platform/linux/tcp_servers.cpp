@@ -6,6 +6,7 @@
 #include <arpa/inet.h>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -16,8 +17,10 @@ namespace linux_ports {
 
 namespace {
 
-/// Bytes read in one turn: one or two short lines, so that even many clients ask for a fraction of a step.
-constexpr std::size_t kPiece = 16;
+/// Bytes taken at once, and then none for a while, so that floods from many clients leave the step timers
+/// their time. Programs that turn a rotator send a short line or two in a second.
+constexpr std::size_t kPiece = 32;
+constexpr std::chrono::milliseconds kRest{10};
 constexpr int kWaiting = 16; // connections that the kernel keeps until they are accepted
 
 void set(int fd, int level, int option, int value) {
@@ -48,7 +51,8 @@ class Connection : public platform::TcpConnection {
         set(state_->fd.get(), IPPROTO_TCP, TCP_NODELAY, 1);
         noticeSilentEnd(state_->fd.get());
         state_->events = std::move(events);
-        state_->readWatch = state_->watcher.watch(state_->fd.get(), [state = state_] { receive(*state); });
+        state_->readWatch = state_->watcher.watch(
+            state_->fd.get(), [state = state_] { receive(*state); }, kRest);
     }
 
     std::size_t send(std::string_view bytes) override {
@@ -96,9 +100,10 @@ class Listener : public platform::TcpServer {
     Listener(FdWatcher& watcher, FileDescriptor fd, platform::TcpServers::Accepted accepted)
         : fd_(std::move(fd)),
           // What is told may destroy this listener.
-          watch_(watcher.watch(fd_.get(), [&watcher, fd = fd_.get(), accepted = std::move(accepted)] {
-              accept(watcher, fd, accepted);
-          })) {}
+          watch_(watcher.watch(
+              fd_.get(),
+              [&watcher, fd = fd_.get(), accepted = std::move(accepted)] { accept(watcher, fd, accepted); },
+              kRest)) {}
 
   private:
     static std::string textOf(const sockaddr_in& address) {

@@ -5,8 +5,8 @@
 
 namespace linux_ports {
 
-/// Listening sockets of the kernel. Each turn of the event loop accepts one connection and takes one small
-/// piece from each, so that no flood keeps the step timers waiting.
+/// Listening sockets of the kernel. Connections are accepted one at a time and read in small pieces, with a
+/// rest after each, so that no flood keeps the step timers waiting.
 class TcpServers : public platform::TcpServers {
   public:
     explicit TcpServers(FdWatcher& watcher) : watcher_(watcher) {}

@@ -79,12 +79,12 @@ TEST_F(TcpServersTest, BytesGoBothWaysAndTheLastOnesComeBeforeTheEnd) {
     EXPECT_EQ(guest.addresses.here, "127.0.0.1");
     EXPECT_EQ(guest.connection->send("hello"), 5U);
     ASSERT_TRUE(EventLoop::until([&] { return peer->bytesAvailable() == 5; }));
-    const std::string all(100'000, 'x');
+    const std::string all(3000, 'x');
     peer->write(all.data(), static_cast<qint64>(all.size()));
     peer->disconnectFromHost();
     ASSERT_TRUE(EventLoop::until([&] { return guest.ended; }));
     EXPECT_EQ(guest.received, all);
-    EXPECT_LE(guest.longest, 16U);
+    EXPECT_LE(guest.longest, 32U);
     EXPECT_LT(guest.connection->send("late"), 5U); // and no signal ends the program
 }
 
@@ -96,13 +96,13 @@ TEST_F(TcpServersTest, AFloodDoesNotKeepOthersWaiting) {
     Guest& other = *guests.back();
     std::size_t waited = 0;
     other.onEvent = [&] { waited = flooded.received.size(); };
-    const std::string much(100'000, 'x');
+    const std::string much(3000, 'x');
     flood->write(much.data(), static_cast<qint64>(much.size()));
     flood->flush();
     quiet->write("me too");
     quiet->flush();
     ASSERT_TRUE(EventLoop::until([&] { return flooded.received.size() == much.size(); }));
-    EXPECT_LE(waited, 20U * 16U);
+    EXPECT_LE(waited, 20U * 32U);
     EXPECT_EQ(other.received, "me too");
 }
 
