@@ -8,6 +8,7 @@
 #include "app/shutdown.h"
 #include "app/startup.h"
 #include "app/storage_notice.h"
+#include "app/version.h"
 #include "config/general_settings.h"
 #include "config/hardware_and_links.h"
 #include "config/named_configurations.h"
@@ -23,6 +24,7 @@
 #include "radio/frequency_sources.h"
 #include "radio/tuner_connections.h"
 #include "rotor/rotator_dialog.h"
+#include "rotor/rotctld_link.h"
 #include "rotor/rotor.h"
 #include "rotor/satellite_connections.h"
 #include "rotor/sources.h"
@@ -68,6 +70,8 @@ struct Controller::Subsystems {
     rotor::TrackingServer trackingServer{form, ports.tcp, trackingSources,
                                          ports.hardware.get().settings().trackingServer};
     rotor::TrackingLinks trackingLinks{form, boxes, trackingSources};
+    rotor::rotctld::Link rotctld{form,         trackingSources,      rotor, ports.tcpServers,
+                                 ports.timers, std::string(kVersion)};
     config::NamedConfigurations configurations{form, boxes, file};
 
     Functions functions{form, slots, motion};
@@ -105,6 +109,7 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
         motion.stopBoth();
     };
     shutdown.leaveTracking = [this] {
+        rotctld.leave();
         rotor.leave();
         trackingLinks.close();
         trackingServer.leave();
@@ -116,6 +121,7 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
         if (function == form::kSatelliteRotor) {
             trackingServer.use();
             rotor.enter();
+            rotctld.use(ports.hardware.get().settings());
         } else {
             shutdown.leaveTracking();
         }
@@ -184,7 +190,9 @@ void Controller::Subsystems::mnuHardware_Click() {
 void Controller::Subsystems::hardwareChanged() {
     form.StatusBar1.Panels(form::kPanelOutputs) = ports.hardware.get().outputsName();
     trackingServer.setHost(ports.hardware.get().settings().trackingServer);
-    if (form.intFunzione == form::kSatelliteRotor) trackingServer.use();
+    if (form.intFunzione != form::kSatelliteRotor) return;
+    trackingServer.use();
+    rotctld.use(ports.hardware.get().settings());
 }
 
 void Controller::Subsystems::loadRotorSettings() {

@@ -20,7 +20,8 @@ class Source : public TrackingSource, public Rotator {
     std::function<bool()> clientThere;
 
     std::string name() const override { return "rotctld"; }
-    bool there() const override { return clientThere && clientThere(); }
+    /// A client may have gone and its target be on its way.
+    bool there() const override { return sources_.holder() == this || (clientThere && clientThere()); }
     Hold hold() const override { return Hold::kUntilDone; }
 
     Direction position() const override;
