@@ -45,6 +45,7 @@ void TrackingLinks::cmdConnect_Click() {
 
 void TrackingLinks::closeOrbitron() {
     form_.lblOrbitron.LinkMode = form::LinkLabel::kNone;
+    sources_.drop(orbitron_);
     form_.cmdConnect.Caption = "0";
     form_.cmdConnect.BackColor = form::kGreen;
     form_.chkRotOnOff.Value = 0;
@@ -80,6 +81,7 @@ void TrackingLinks::openSatPc32() {
 
 void TrackingLinks::closeSatPc32() {
     form_.Label29.LinkMode = form::LinkLabel::kNone;
+    sources_.drop(satPc32_);
     form_.lblOpenCom.ForeColor = form::kBlack;
     form_.lblOpenCom.BackColor = form::kGreen;
     form_.lblOpenCom.Caption = "Connect";

@@ -90,6 +90,7 @@ void TrackingServer::hideState() {
 void TrackingServer::leave() {
     hideState();
     ClientIP_.reset();
+    sources_.drop(source_);
     lines_.clear();
     for (form::Timer* timer : {&form_.Timer5, &form_.tmrTrackingRetry, &form_.tmrTrackingSilence}) {
         timer->Enabled = false;

@@ -10,7 +10,7 @@ namespace {
 constexpr double kRadian = 180 / std::numbers::pi;   // degrees
 constexpr double kEarth = 6371, kOrbit = 6371 + 600; // km
 constexpr double kRate = 360 / 5800.0;               // degrees a second, one turn in 97 minutes
-constexpr double kBelow = -6; // degrees of elevation at which the source begins to count
+constexpr double kBelow = -10; // degrees of elevation at which the source begins to count
 
 /// A number from -1 to 1 that looks like chance and is the same in each run.
 double chance(int number) {

@@ -22,7 +22,7 @@ extern const std::vector<Pass> kPasses;
 /// Where the satellite stands so many seconds before (below 0) or after it is nearest. Elevation may be below
 /// 0.
 rotor::Direction at(const Pass& pass, double seconds);
-/// Seconds from its rise above -6 degrees to the nearest point.
+/// Seconds from its rise above -10 degrees to the nearest point.
 double halfLength(const Pass& pass);
 /// The line that the source sends so many seconds after that rise, once a second; nothing while it is dead.
 std::optional<rotor::Direction> received(const Pass& pass, int second);

@@ -2,12 +2,14 @@
 #include "rotor/tracking_data.h"
 #include "tests/desk.h"
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
-/// Satellite Rotor with a tracking server: 0.1 degrees a step, slow 10 and fast 50 degrees per second, both
-/// axes.
+/// Satellite Rotor with a tracking server: 0.125 degrees a step, slow 12.5 and fast 62.5 degrees per second,
+/// both axes.
 class RotorTest : public Desk {
   protected:
     void SetUp() override {
@@ -146,6 +148,55 @@ TEST_F(RotorTest, ASilentSourceLeavesTheAntennaWhereItIs) {
     EXPECT_EQ(f().lblSource.Caption, "Target lost"); // until the next refresh
     clock.advance(200);
     EXPECT_EQ(f().lblSource.Caption, "Target: tracking server");
+}
+
+TEST_F(RotorTest, AnOpenLinkIsNotSilentAndTheFirstSourceHoldsTheTarget) {
+    const char* const program = "SatPC32|SatPcDdeConv";
+    links.run(program);
+    f().intSatSource = rotor::kOrbitron;
+    links.run("Orbitron|Tracking");
+    f().cmdConnect.Click.fire();
+    links.poke("Orbitron|Tracking", "TrackingData", "ISS AZ10 EL20");
+    f().chkOpenCom.userClick();
+    clock.advance(200);
+    EXPECT_TRUE(f().chkRotOnOff.Enabled);
+    follow();
+    clock.advance(60'000);
+    links.poke(program, "SatPcDdeItem", "SNISS AZ90 EL50 UP0");
+    settle();
+    expectAt(10, 20);
+    EXPECT_EQ(f().lblSource.Caption, "Target: Orbitron");
+    links.quit("Orbitron|Tracking"); // by itself: following goes on with the other one
+    clock.advance(200);
+    EXPECT_EQ(f().lblSource.Caption, "Target lost");
+    links.poke(program, "SatPcDdeItem", "SNISS AZ91 EL50 UP0");
+    settle();
+    expectAt(91, 50);
+    f().chkOpenCom.userClick();
+    clock.advance(200);
+    EXPECT_EQ(f().lblSource.Caption, "");
+    EXPECT_FALSE(f().chkRotOnOff.ticked());
+    EXPECT_FALSE(f().chkRotOnOff.Enabled);
+}
+
+TEST_F(RotorTest, WithARampATargetBehindIsComeBackToOnce) {
+    f().HScroll1.set(20);
+    f().HScroll6.set(10);
+    follow();
+    send(80, 10);
+    clock.advance(1000); // fast: 15 degrees to brake
+    const float turned = f().sngPosAz;
+    send(turned - 5.0, 10);
+    float furthest = turned;
+    int turns = 0;
+    for (bool down = false; runs();) {
+        clock.advance(20);
+        furthest = std::max(furthest, f().sngPosAz);
+        if (f().Timer2.Enabled != std::exchange(down, f().Timer2.Enabled)) ++turns;
+    }
+    EXPECT_NEAR(furthest, turned + 15, 1);
+    EXPECT_NEAR(f().sngPosAz, turned - 5, 0.13);
+    EXPECT_EQ(turns, 2); // down once, and at rest
 }
 
 TEST_F(RotorTest, TheRangesHoldForEveryMotion) {
