@@ -38,7 +38,7 @@ std::string Rotor::stateText() const {
     } else if (!following()) {
         text = parked_ ? "Parked" : "";
     } else if (!follower_.path().any()) {
-        text = "Waits for a target";
+        text = parked_ ? "Parked" : "Waits for a target";
     } else if (follower_.below()) {
         text = "Waits: the target is too low";
     } else if (follower_.path().waiting(settings_.ranges)) {
