@@ -28,10 +28,11 @@ class Motion {
     bool canMoveTo(const Side& side, float target);
     /// At once. The outputs keep the last pattern.
     void stop(const Side& side);
-    /// A held jog button or key has been let go, or a move is to end: with a ramp the engine slows down first.
+    /// A held jog button or key has been let go, or a move is to end: with a ramp the engine slows down
+    /// first.
     void release(const Side& side);
-    /// The engine has made a step that reaches or passes its target. Where the ramp is not down at slow yet the
-    /// target is passed and, outside Satellite Rotor, come back to.
+    /// The engine has made a step that reaches or passes its target. Where the ramp is not down at slow yet
+    /// the target is passed and, outside Satellite Rotor, come back to.
     void arrive(const Side& side);
     void stopBoth();
     /// Selects a speed, for this move or the next in the same direction. A speed without a period gives way
