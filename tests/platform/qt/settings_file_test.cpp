@@ -12,6 +12,8 @@ using ::testing::ThrowsMessage;
 
 namespace {
 
+constexpr const char* kSection = "hardware";
+
 struct Settings : ::testing::Test {
     TemporaryFolder folder;
     std::filesystem::path path = folder.path() / "twinstep.ini";
@@ -23,17 +25,17 @@ struct Settings : ::testing::Test {
 };
 
 TEST_F(Settings, AreWrittenBesideWhatOthersHaveThereAndThroughALink) {
-    EXPECT_TRUE(file.read().empty());
-    file.write({{"port", "simulated"}, {"usb", "none"}});
+    EXPECT_TRUE(file.read(kSection).empty());
+    file.write(kSection, {{"port", "simulated"}, {"usb", "none"}});
     EXPECT_EQ(filesInFolder(), 1);
     const auto real = folder.path() / "elsewhere.ini";
     std::filesystem::rename(path, real);
     std::ofstream(real, std::ios::app) << "[other]\nkept=yes\n";
     std::filesystem::permissions(real, std::filesystem::perms(0640));
     std::filesystem::create_symlink(real, path);
-    file.write({{"port", "0x378"}});
-    EXPECT_EQ(file.read().at("port"), "0x378");
-    EXPECT_EQ(file.read().at("usb"), "none");
+    file.write(kSection, {{"port", "0x378"}});
+    EXPECT_EQ(file.read(kSection).at("port"), "0x378");
+    EXPECT_EQ(file.read(kSection).at("usb"), "none");
     EXPECT_THAT(bytesOf(real), HasSubstr("kept=yes"));
     EXPECT_TRUE(std::filesystem::is_symlink(path));
     EXPECT_EQ(std::filesystem::status(real).permissions(), std::filesystem::perms(0640));
@@ -41,17 +43,17 @@ TEST_F(Settings, AreWrittenBesideWhatOthersHaveThereAndThroughALink) {
 }
 
 TEST_F(Settings, WhoseLockAnotherProgramHoldsAreRefusedAtOnceAndByName) {
-    file.write({{"port", "simulated"}});
+    file.write(kSection, {{"port", "simulated"}});
     const std::string before = bytesOf(path);
     const std::filesystem::path lockPath = path.string() + ".lock";
     const auto isRefused = [&] {
         EXPECT_THAT(
             [&] {
-                file.write({{"port", "auto"}});
+                file.write(kSection, {{"port", "auto"}});
             },
             ThrowsMessage<runtime::FileError>(
                 AllOf(HasSubstr("\"twinstep.ini\""), HasSubstr("\"twinstep.ini.lock\""))));
-        EXPECT_EQ(file.read().at("port"), "simulated");
+        EXPECT_EQ(file.read(kSection).at("port"), "simulated");
         EXPECT_EQ(bytesOf(path), before);
     };
     {
@@ -65,16 +67,16 @@ TEST_F(Settings, WhoseLockAnotherProgramHoldsAreRefusedAtOnceAndByName) {
     ASSERT_EQ(::mkfifo(lockPath.c_str(), 0600), 0);
     isRefused();
     std::filesystem::remove(lockPath);
-    file.write({{"port", "auto"}});
-    EXPECT_EQ(file.read().at("port"), "auto");
+    file.write(kSection, {{"port", "auto"}});
+    EXPECT_EQ(file.read(kSection).at("port"), "auto");
 }
 
 TEST_F(Settings, InWhatIsNoPlainFileOrTooLongAreRefusedWithoutWaiting) {
     const auto isRefused = [&](const char* why) {
-        EXPECT_THAT([&] { file.read(); }, ThrowsMessage<runtime::FileError>(HasSubstr(why)));
+        EXPECT_THAT([&] { file.read(kSection); }, ThrowsMessage<runtime::FileError>(HasSubstr(why)));
         EXPECT_THAT(
             [&] {
-                file.write({{"port", "auto"}});
+                file.write(kSection, {{"port", "auto"}});
             },
             ThrowsMessage<runtime::FileError>(HasSubstr(why)));
     };
