@@ -8,6 +8,7 @@
 #include <csignal>
 #include <fstream>
 #include <functional>
+#include <sstream>
 #include <string>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -26,20 +27,43 @@ inline bool comesTrue(const std::function<bool()>& done, int milliseconds = 1500
     return true;
 }
 
-/// The children of a process, dead ones that nobody has reaped included.
+/// The children of a process, the oldest first, dead ones that nobody has reaped included.
 inline std::vector<pid_t> childrenOf(pid_t parent) {
-    std::vector<pid_t> children;
+    std::vector<std::pair<std::int64_t, pid_t>> children; // with the time of their start
     for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
         const std::string name = entry.path().filename();
         if (name.find_first_not_of("0123456789") != std::string::npos) continue;
         std::ifstream file(entry.path() / "stat");
-        const std::string line{std::istreambuf_iterator<char>(file), {}};
-        // "pid (name) state parent ..."; the name may hold anything.
-        const auto nameEnd = line.rfind(')');
-        if (nameEnd == std::string::npos) continue;
-        if (std::stoi(line.substr(nameEnd + 4)) == parent) children.push_back(std::stoi(name));
+        // "pid (name) state parent", 17 more, "start"; the name may hold anything.
+        std::string line{std::istreambuf_iterator<char>(file), {}};
+        line.erase(0, line.rfind(')') + 1);
+        std::istringstream fields(line);
+        pid_t its = 0;
+        std::int64_t start = 0;
+        std::string skipped;
+        fields >> skipped >> its;
+        for (int field = 0; field < 17; ++field)
+            fields >> skipped;
+        if (fields >> start && its == parent) children.emplace_back(start, std::stoi(name));
     }
-    return children;
+    std::sort(children.begin(), children.end());
+    std::vector<pid_t> pids;
+    for (const auto& child : children)
+        pids.push_back(child.second);
+    return pids;
+}
+
+/// The open files and pipes of a process.
+inline std::vector<std::string> filesOf(pid_t pid) {
+    std::vector<std::string> files;
+    std::error_code error; // it may end meanwhile
+    for (const auto& entry :
+         std::filesystem::directory_iterator("/proc/" + std::to_string(pid) + "/fd", error)) {
+        const std::string target = std::filesystem::read_symlink(entry.path(), error);
+        if (!target.starts_with("socket:") && !target.starts_with("anon_inode:") && target != "/dev/null")
+            files.push_back(target);
+    }
+    return files;
 }
 
 /// This process becomes the parent of orphans, so that it learns how a watchdog ended whose controller is
@@ -83,9 +107,8 @@ class DrivenProgram {
     pid_t pid() const { return pid_; }
     /// Its watchdog and the one that stands by, which is younger; 0 both unless it has these two children.
     std::pair<pid_t, pid_t> watchdogs() const {
-        auto children = childrenOf(pid_);
+        const auto children = childrenOf(pid_);
         if (children.size() != 2) return {};
-        std::sort(children.begin(), children.end());
         return {children.front(), children.back()};
     }
     pid_t watchdog() const { return watchdogs().first; }
