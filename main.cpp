@@ -16,7 +16,7 @@
 
 namespace {
 
-/// The window and all behind it, from the start to the end.
+/// The window and the whole program behind it, from start to end.
 class Program {
   public:
     explicit Program(std::unique_ptr<app::Outside> outside) : outside_(std::move(outside)) {
@@ -36,7 +36,7 @@ class Program {
     }
 
   private:
-    /// Leaves every event loop, those of open boxes too, and the main one even where it has not begun yet.
+    /// Leaves every event loop, also those of open boxes, and the main event loop even before it has begun.
     void leave() {
         ended_ = true;
         QCoreApplication::exit();
@@ -47,7 +47,7 @@ class Program {
         leave();
     }
 
-    /// The display has gone, and nothing is destroyed on this way out.
+    /// The display is lost: the program ends here without running destructors.
     void endWithoutDisplay() {
         dialogs_.useStandardError();
         controller_.form().mnuUscita.Click.fire();
@@ -87,7 +87,7 @@ ui::CommandLine readCommandLine(int argc, char** argv) {
 }
 
 int run(int argc, char** argv, const app::Options& options) {
-    // Before there is a window, so that what is refused is told where the program was started.
+    // Opened before the window exists, so that errors appear where the program was started.
     auto outside = app::Outside::open(options, ui::notify);
 
     const auto usualHandler = qInstallMessageHandler(ui::tellOfNoDisplay);

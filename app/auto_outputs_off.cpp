@@ -6,7 +6,7 @@ namespace app {
 
 namespace {
 
-constexpr int kFirstDelay = 8; // seconds, for a user who has never set one
+constexpr int kFirstDelay = 8; // seconds, until the user sets a delay
 
 } // namespace
 
@@ -29,7 +29,7 @@ void AutoOutputsOff::arm() {
 void AutoOutputsOff::tmrAutoOff_Timer() {
     if (form_.intFunzione == form::kSatelliteRotor) return;
     form_.tmrAutoOff.Enabled = false;
-    // An engine that has started since the last poll keeps its coils.
+    // If an engine has started since the last poll, its coils stay on.
     if (sides_.anyRunning()) return;
     failed_ = true;
     form_.cmdOff.Click.raise();
@@ -40,7 +40,7 @@ void AutoOutputsOff::tmrAutoOff_Timer() {
 
 void AutoOutputsOff::chkAutoCmdOff_Click() {
     form_.bolAutoCmdOff = form_.chkAutoCmdOff.ticked();
-    // Without a delay it would never act.
+    // Without a delay the timer would never fire.
     if (form_.bolAutoCmdOff && form_.intAutoCmdOffSec == 0) form_.hScrCmdOff.set(kFirstDelay);
 }
 

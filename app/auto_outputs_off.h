@@ -6,20 +6,20 @@
 
 namespace app {
 
-/// Switches the outputs off once they have been on for a while at the same frequency: coils that hold
-/// nothing only heat up.
+/// Switches the outputs off after a delay while no engine moves and the frequency does not change: the coils
+/// of a standing motor only heat up.
 class AutoOutputsOff {
   public:
     AutoOutputsOff(form::Form1& form, config::RecordFile& file, memory::MemorySlots& slots);
 
-    /// Once for each tick of the polling timer: arms the countdown while nothing moves, ends it while an
-    /// engine runs. A change of frequency only keeps it from being armed.
+    /// Called at each tick of the polling timer. Starts the countdown while no engine runs, and ends it while
+    /// an engine runs. A change of frequency only prevents the start of the countdown.
     void arm();
     void tmrAutoOff_Timer();
     void chkAutoCmdOff_Click();
     void hScrCmdOff_Change();
 
-    /// Milliseconds of so many seconds. OverflowError above 32 s.
+    /// Converts seconds to milliseconds. OverflowError above 32 s.
     static int countdown(form::Int16 seconds) { return (seconds * 1000).value(); }
 
   private:
@@ -27,7 +27,7 @@ class AutoOutputsOff {
     config::RecordFile& file_;
     memory::MemorySlots& slots_;
     engine::Sides sides_;
-    bool failed_ = false; // the outputs did not go off; not tried again before an engine has run
+    bool failed_ = false; // switching off failed; tried again only after an engine has run
 };
 
 } // namespace app

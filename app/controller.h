@@ -21,10 +21,10 @@
 
 namespace app {
 
-/// The outside of the program, one adapter for each port. They outlive the controller.
+/// The interfaces to the outside of the program, one adapter for each. They outlive the controller.
 struct Ports {
     template <class Port>
-    using Ref = std::reference_wrapper<Port>; // so that one of them can be exchanged for another
+    using Ref = std::reference_wrapper<Port>; // so that a port can be replaced
 
     Ref<platform::PrinterPort> printer;
     Ref<platform::UsbBoard> usb;
@@ -55,10 +55,10 @@ class Controller {
     form::Form1& form();
     form::Boxes& boxes();
 
-    /// Loads "save.cfg" and starts polling. Call it once, when the window stands.
+    /// Loads "save.cfg" and starts polling. Call it once, when the window exists.
     void start();
-    /// The user closes the main window: everything off, saves, and calls the form's onUnload. A second call
-    /// does nothing.
+    /// The user closes the main window: switches everything off, saves, and calls the form's onUnload. A
+    /// second call does nothing.
     void close();
 
   private:

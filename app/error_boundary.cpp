@@ -6,7 +6,7 @@ namespace app {
 
 namespace {
 
-/// The text of an error, with the number of one of our own.
+/// The text of an error; our own errors also have a number.
 std::string textOf(const std::exception& error) {
     const auto* own = dynamic_cast<const runtime::RunTimeError*>(&error);
     return error.what() + (own ? " (error " + std::to_string(own->number()) + ")" : std::string());
@@ -20,7 +20,7 @@ ErrorBoundary::ErrorBoundary(form::Form1& form, form::Boxes& boxes, engine::Outp
 }
 
 void ErrorBoundary::handle(const std::exception& error) {
-    // Directly, and not through the stop commands, which could fail again.
+    // Stops the timers directly: the stop commands could fail again.
     for (form::Timer* timer : sides_.timers())
         timer->Enabled = false;
     form_.bolMemA = form_.bolMemB = false;
@@ -31,14 +31,14 @@ void ErrorBoundary::handle(const std::exception& error) {
         if (onStopped) onStopped();
     } catch (const std::exception&) { // as below
     }
-    // An error behind the box of another one adds nothing for the user.
+    // While a box shows an error, a second error tells the user nothing new.
     if (telling_) return;
     telling_ = true;
     try {
         boxes_.critical(textOf(error) + ". Both engines are stopped. " +
                             (allOff ? "The outputs are off." : std::string(engine::kOutputsStillOn) + "."),
                         "Error!");
-    } catch (const std::exception&) { // A second error on this way is swallowed.
+    } catch (const std::exception&) { // an error while handling an error is ignored
     }
     telling_ = false;
 }

@@ -9,15 +9,15 @@
 
 namespace app {
 
-/// Where an error arrives that a handler has let through: engines stop, outputs go off, the user reads what
-/// failed, and the program goes on.
+/// Handles the exceptions of event handlers: stops the engines, switches the outputs off, shows the error in
+/// a box, and lets the program go on.
 class ErrorBoundary {
   public:
     ErrorBoundary(form::Form1& form, form::Boxes& boxes, engine::OutputPorts& outputs);
 
     void handle(const std::exception& error);
 
-    /// Called when the engines stand and the outputs have been switched off.
+    /// Called after the engines have been stopped and the outputs switched off.
     std::function<void()> onStopped;
 
   private:

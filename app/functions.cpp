@@ -66,7 +66,7 @@ void Functions::switchOn(int function) {
     } else {
         motion_.stopBoth();
     }
-    // A port that fails is told by the error boundary; the function is on all the same.
+    // If the port fails, the error boundary reports it; the function is switched on anyway.
     form_.cmdOff.Click.fire();
     showTexts(textsOf(form_.intFunzione.value()));
 }

@@ -7,22 +7,22 @@
 
 namespace app {
 
-/// The three functions: the same two engines under other names and units.
+/// The three functions: the same two engines with different names and units.
 class Functions {
   public:
     Functions(form::Form1& form, memory::MemorySlots& slots, engine::Motion& motion);
 
-    /// Told the function that has been switched on.
+    /// Called with the function that has been switched on.
     std::function<void(int)> onChange;
 
     void mnuCoilTuner_Click() { choose(form::kCoilTuner); }
     void mnuAmpli_Click() { choose(form::kTuneAndLoad); }
     void mnuSat_Click() { choose(form::kSatelliteRotor); }
 
-    /// Switches on the function of this number, which may be on already; any other value than 1, 2 and 3
-    /// leaves the window without one.
+    /// Switches on the function with this number, even if it is already on. After any value but 1, 2 and 3 no
+    /// function is on.
     void switchOn(int function);
-    /// As the status bar shows it.
+    /// The function's name in the status bar.
     static std::string nameOf(int function);
 
   private:

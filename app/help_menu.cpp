@@ -8,7 +8,7 @@ namespace app {
 namespace {
 
 constexpr const char* kHelpPage = "help.html";
-constexpr const char* kMailAddress = ""; // the user chooses whom to write to
+constexpr const char* kMailAddress = ""; // empty: the user enters the recipient
 
 std::string version() {
     return "Version " + std::string(kVersion);
@@ -32,7 +32,7 @@ void HelpMenu::mnuMail_Click() {
 }
 
 void HelpMenu::tell(const std::string& why) {
-    // No error of a handler's: the engines run on.
+    // Reported here and not by the error boundary, so that the engines run on.
     form_.guard([&] { boxes_.critical(why, "Error!"); });
 }
 

@@ -49,7 +49,7 @@ void KeptPositions::start() {
     try {
         tuner = records_.read().boolean(record::kLoadPositions);
     } catch (const runtime::FileError&) {
-        return; // as the start has told; what a crash has left waits until save.cfg can be read
+        return; // already reported; the kept positions stay until save.cfg can be read
     }
     try {
         if (const auto bytes = file_.leftOver()) {
@@ -61,7 +61,7 @@ void KeptPositions::start() {
                             "the engines stand.",
                         "Positions");
     }
-    if (ended_) return; // while a box was open: its question is asked again at the next start
+    if (ended_) return; // the program ended while a box was open: ask again at the next start
     begun_ = true;
     std::array<std::byte, config::kPositionFileSize> bytes{};
     last_ = standing();
@@ -91,12 +91,12 @@ void KeptPositions::offer(const Standing& found, bool tuner) {
 }
 
 void KeptPositions::take(const Standing& found, bool tuner) {
-    // First the function: switching it on zeroes the tuner positions.
+    // Switch the function on first: this sets the tuner positions to 0.
     if (form_.intFunzione != found.function) functions_.switchOn(found.function);
     if (tuner) {
         form_.sngPosA = found.posA;
         form_.sngPosB = found.posB;
-        // What was in use at the last exit stood elsewhere.
+        // The memory in use at the last exit belongs to other positions.
         form_.lblUsoA.Caption = "";
         form_.lblUsoB.Caption = "";
     }
@@ -106,7 +106,7 @@ void KeptPositions::take(const Standing& found, bool tuner) {
     form_.Label8.Caption = runtime::formatShown(form_.sngPosB);
     form_.lblAzimut.Caption = runtime::formatShown(form_.sngPosAz);
     form_.lblElev.Caption = runtime::formatShown(form_.sngPosEl);
-    // The motors' rotors stand where these phases hold them.
+    // The motors' rotors stand where these phases have held them.
     const engine::Sides sides(form_);
     setPhases(sides.a, found.a);
     setPhases(sides.b, found.b);

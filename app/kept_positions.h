@@ -10,17 +10,17 @@
 
 namespace app {
 
-/// Keeps where the engines stand in a file that survives a crash, and offers it at the next start.
+/// Keeps the engines' positions in a file that survives a crash, and offers them at the next start.
 class KeptPositions {
   public:
     KeptPositions(form::Form1& form, form::Boxes& boxes, config::RecordFile& records, Functions& functions,
                   platform::PositionFile& file);
 
-    /// After the start-up load: offers what a disorderly end has left, and begins to keep.
+    /// Call after the start-up load: offers the positions left by a crash, and begins to keep positions.
     void start();
-    /// After every event, and before a box lets the program wait: stores what has changed.
+    /// Call after every event, and before a box opens: stores changed positions.
     void keep();
-    /// The end in order: leaves no file.
+    /// Call at an orderly end: removes the file.
     void end();
 
   private:

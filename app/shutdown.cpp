@@ -21,7 +21,7 @@ std::string tableText(float value) {
     return runtime::firstCharacters(digits.starts_with('-') ? digits : " " + digits, kTableTextMax);
 }
 
-/// What the records hold, each name once.
+/// The names of the records' values, each name once.
 std::string namesOf(const std::vector<config::Record>& records) {
     std::string names, last;
     for (const config::Record& record : records) {
@@ -60,7 +60,7 @@ void Shutdown::end() {
     form_.unload();
 }
 
-/// A step that fails says so, and the end goes on.
+/// If a step fails, a box reports it, and the shutdown goes on.
 void Shutdown::attempt(const std::function<void()>& step, const std::string& otherwise) {
     try {
         step();
@@ -75,7 +75,7 @@ void Shutdown::save() {
         std::string lost = "Not saved: " + namesOf(unit.records) + ". ";
         try {
             file_.write(unit);
-            lost.clear(); // the journal has it, whatever comes now
+            lost.clear(); // the journal has the changes now
             file_.finish();
             onSaved();
             again = false;
@@ -85,7 +85,7 @@ void Shutdown::save() {
     }
 }
 
-/// What is saved at the exit. A value that does not fit its record is told and left out.
+/// The values saved at exit. If a value does not fit its record, a box reports it and it is left out.
 config::Unit Shutdown::state() {
     config::Unit unit;
     std::vector<config::Record> misfits;
@@ -109,7 +109,7 @@ config::Unit Shutdown::state() {
     add(taggedTextRecord, record::kConfigName, form_.varConfigName);
     add(integerRecord, record::kOffsetAzimuth, form_.HScOffsetA.Value.get());
     add(integerRecord, record::kOffsetElevation, form_.HScOffsetB.Value.get());
-    // An empty table leaves the old count standing.
+    // If the table is empty, the old count stays in the file.
     if (form_.hiResMem.size() > record::kTableEntriesMax) {
         misfits.push_back({record::kTableCount});
     } else if (!form_.hiResMem.empty()) {

@@ -13,14 +13,14 @@ class Shutdown {
     Shutdown(form::Form1& form, form::Boxes& boxes, config::RecordFile& file, engine::OutputPorts& outputs,
              radio::FrequencySources& sources);
 
-    /// Lets go of the tracking programs.
+    /// Disconnects the tracking programs.
     std::function<void()> leaveTracking;
-    /// Told when the running state is saved.
+    /// Called when the running state has been saved.
     std::function<void()> onSaved;
 
     /// The exit menu: saves the running state and unloads the main window.
     void subSalvaInUscita() { end(); }
-    /// The main window unloads: saves the same way. Whichever comes first does it, once.
+    /// The main window unloads: saves the same state. Only the first of the two calls saves.
     void Form_Unload() { end(); }
 
   private:

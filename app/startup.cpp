@@ -43,7 +43,7 @@ void Startup::Form_Load() {
     loadTable();
     loadColours();
     loadFunction();
-    // A port that fails is told by the error boundary, and the load goes on.
+    // If the port fails, the error boundary reports it, and the load goes on.
     form_.guard([this] { outputs_.writePortOff(); });
     form_.bolAvvisoReset = true;
     form_.tmrFastMem.Enabled = true;
@@ -68,7 +68,7 @@ void Startup::resetEngines() {
         side->entryNotice.Caption = "";
         side->entryNotice.ToolTip = "";
         side->intDir = 0;
-        // The half-step index has no start value: it stays where it stood.
+        // The half-step index is not set at the start: it keeps its value.
         side->intFase = 1;
     }
 }
@@ -153,7 +153,7 @@ void Startup::loadOutputsOff() {
     form_.hScrCmdOff.load(seconds);
     const int usable = form_.hScrCmdOff.Value;
     if (seconds != 0 && seconds != usable) damage_.push_back(config::recordName(record::kAutoOffSeconds));
-    // A delay that was never set never fires, although the bar stands at its minimum.
+    // A delay that was never set is 0 and never fires, although the bar shows its minimum.
     form_.intAutoCmdOffSec = seconds == 0 ? 0 : usable;
     form_.lblAutoCmdOff.Caption = std::to_string(form_.intAutoCmdOffSec.value());
     form_.tmrAutoOff.Interval = AutoOutputsOff::countdown(form_.intAutoCmdOffSec);
@@ -202,8 +202,8 @@ void Startup::loadTable() {
             form_.hiResMem.push_back(entry);
         }
     } catch (const runtime::RunTimeError&) {
-        // A bad table ends the table alone. Empty, it is not written at exit, so the file keeps what it
-        // holds.
+        // An invalid table is dropped, and the load goes on. An empty table is not written at exit, so the
+        // file keeps its table.
         form_.hiResMem.clear();
         damage_.push_back(config::recordName(record::kTableCount));
     }

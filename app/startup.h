@@ -13,16 +13,16 @@
 
 namespace app {
 
-/// The start-up load: every record of "save.cfg" into its field and control. It writes nothing to the file,
-/// and no value that it puts into a control runs that control's handler.
+/// The start-up load: reads every record of "save.cfg" into its field and control. It writes nothing to the
+/// file, and a loaded value does not run the control's handler.
 class Startup {
   public:
     Startup(form::Form1& form, form::Boxes& boxes, config::RecordFile& file, engine::OutputPorts& outputs,
             engine::Motion& motion, Functions& functions, memory::MemorySlots& slots,
             rotor::Thresholds& thresholds);
 
-    /// At start, and again whenever a named configuration has been loaded. A file that cannot be read, or is
-    /// damaged, is told in one box.
+    /// At start, and again whenever a named configuration has been loaded. One box reports a damaged or
+    /// unreadable file.
     void Form_Load();
     /// Brings the chosen frequency source to the front.
     std::function<void()> subSelTunerProgr;
@@ -43,7 +43,7 @@ class Startup {
     void loadFunction();
     void loadColours();
     float finiteSingle(int record);
-    /// Loads a bar; a value outside its range becomes the nearer end, which is what is returned.
+    /// Loads a scroll bar; a value outside its range becomes the nearer limit. Returns the loaded value.
     int loadBar(form::ScrollBar& bar, int record);
     void tellTrouble();
 
@@ -58,7 +58,7 @@ class Startup {
     engine::Sides sides_;
     config::RecordImage records_;
     std::string trouble_;             // why the file could not be read
-    std::vector<std::string> damage_; // what in it makes no sense
+    std::vector<std::string> damage_; // the invalid values in the file
 };
 
 } // namespace app

@@ -5,7 +5,7 @@
 
 namespace app {
 
-/// Says in the status bar what became of changes on their way to the disk, where something went wrong.
+/// Reports in the status bar when a change could not be written to the disk.
 class StorageNotice {
   public:
     StorageNotice(form::Form1& form, config::RecordFile& file, platform::Timers& timers);
@@ -17,7 +17,7 @@ class StorageNotice {
 
     form::Form1& form_;
     config::RecordFile& file_;
-    form::Timer tmrStorage_; // runs while something is on its way
+    form::Timer tmrStorage_; // runs while changes are being written
 };
 
 } // namespace app

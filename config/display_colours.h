@@ -13,8 +13,7 @@ form::Colour displayBackground(const form::Form1& form);
 void applyDisplayColour(form::Form1& form, form::Colour colour);
 void applyDisplayBackground(form::Form1& form, form::Colour colour);
 
-/// The colour that a stored text names ("&H" and hexadecimal digits, or decimal ones), or `fallback` for a
-/// text that names none.
+/// Reads a stored colour ("&H" and hexadecimal digits, or decimal digits); `fallback` if the text is invalid.
 form::Colour colourFromText(const std::string& text, form::Colour fallback);
 
 } // namespace config

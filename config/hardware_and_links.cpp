@@ -14,9 +14,9 @@ namespace {
 
 constexpr const char* kStopFirst = "Stop the engines first.";
 constexpr const char* kIoAddressEntry = "I/O address";
-constexpr const char* kUsualIoAddress = "0x378"; // of the first printer port of a PC
+constexpr const char* kUsualIoAddress = "0x378"; // the first printer port of a PC
 
-/// What a list shows for a setting, and the other way round.
+/// A setting's text and the entry that a list shows for it.
 struct Entry {
     const char* shown;
     const char* setting;
@@ -130,7 +130,7 @@ void HardwareAndLinks::chosePort() {
 }
 
 HardwareSettings HardwareAndLinks::chosen() const {
-    // A fixed setting is as the command line gave it, which the dialog may show in other words.
+    // A setting fixed by the command line keeps its text; the dialog may show it in other words.
     HardwareSettings settings = before_;
     const auto take = [&](std::string HardwareSettings::*setting, const std::string& text) {
         if (!hardware_.isFixed(setting)) settings.*setting = text;
@@ -163,7 +163,7 @@ bool HardwareAndLinks::change(const HardwareSettings& settings) {
     try {
         hardware_.use(settings);
     } catch (const runtime::ObjectError& error) {
-        if (onChange) onChange(); // even the port before may be lost
+        if (onChange) onChange(); // the previous port may be lost as well
         return refuse(error.what());
     }
     if (otherOutputs) outputs_.writePortOff();
@@ -199,11 +199,11 @@ void HardwareAndLinks::cmdTest_Click(int motor) {
     test_.start(motor);
 }
 
-/// The test reaches the board that is chosen although the user has not switched it on.
+/// The test uses the chosen board even if the user has not ticked the USB box.
 bool HardwareAndLinks::openBoard() {
     if (hardware_.settings().usb == kNone || main_.chkUsbOn.ticked()) return true;
     main_.chkUsbOn.Value = 1;
-    if (!main_.chkUsbOn.ticked()) return false; // a box has said why
+    if (!main_.chkUsbOn.ticked()) return false; // a box has given the reason
     boardOpened_ = true;
     if (main_.bolUsbOn) return true;
     const std::string why = main_.lblUsb.Caption;
@@ -232,7 +232,7 @@ void HardwareAndLinks::showCoil(int coil) {
 void HardwareAndLinks::cmdSaveHardware_Click() {
     test_.stop();
     if (!change(chosen())) return;
-    // A port that stays away is told, and no reason to lose the rest.
+    // If the port is refused, a box reports it, and the settings are still saved.
     if (!engine::Sides(main_).anyRunning()) portIsOpen();
     try {
         hardware_.keep();

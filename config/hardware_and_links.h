@@ -13,7 +13,7 @@
 namespace config {
 
 /// The dialog for printer port, USB board, and the addresses of the links, with a test of the coils. A test
-/// goes over to the devices chosen at once; Cancel goes back.
+/// switches to the chosen devices at once; Cancel switches back.
 class HardwareAndLinks {
   public:
     HardwareAndLinks(form::Form1& main, form::FrmHardware& dialog, form::Boxes& boxes,
@@ -22,12 +22,12 @@ class HardwareAndLinks {
     void Form_Load();
     void cmdSaveHardware_Click();
     void cmdExitHardware_Click();
-    /// Tests engine 1 or 2; a second press ends the test.
+    /// Starts the test of engine 1 or 2; pressing the button again ends the test.
     void cmdTest_Click(int motor);
     /// Shows the state of the link to the bridge.
     void tmrBridge_Timer();
 
-    /// Other devices or links are in use now.
+    /// Called when other devices or links are in use.
     std::function<void()> onChange;
 
     /// The entries of the dialog's lists for these settings and this computer's devices.
@@ -36,10 +36,10 @@ class HardwareAndLinks {
 
   private:
     platform::HardwareSettings chosen() const;
-    /// Goes over to `settings`; false, after a box that says why, when that is refused.
+    /// Switches to `settings`. If they are refused, shows the reason in a box and returns false.
     bool change(const platform::HardwareSettings& settings);
-    /// Tries a port that does not work once more; false, after a box that says why, when it is refused. No
-    /// engine is running.
+    /// Tries a failed port again. If the port is refused, shows the reason in a box and returns false.
+    /// Precondition: no engine is running.
     bool portIsOpen();
     void chosePort();
     bool openBoard();
@@ -55,7 +55,7 @@ class HardwareAndLinks {
     engine::CoilCheck test_;
     const platform::HardwareSettings before_;
     form::Button* tested_ = nullptr;
-    bool boardOpened_ = false; // for the test alone
+    bool boardOpened_ = false; // opened only for the test
 };
 
 } // namespace config

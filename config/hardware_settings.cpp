@@ -17,7 +17,7 @@ constexpr int kRegisters = 4; // a port's registers begin at a multiple of this
 constexpr int kHighestCard = 3;
 constexpr std::size_t kLongestHost = 253; // RFC 1035
 
-/// The whole text as a number without a sign.
+/// Reads the whole text as a number without a sign.
 template <class Number>
 std::optional<Number> number(std::string_view text, int base = 10) {
     Number value = 0;
@@ -127,7 +127,7 @@ std::optional<Endpoint> parseEndpoint(std::string_view text, std::uint16_t usual
 std::optional<Endpoint> listenEndpoint(std::string_view text) {
     const std::string place =
         text.find(':') == std::string_view::npos ? "127.0.0.1:" + std::string(text) : std::string(text);
-    // A missing port comes out as 0.
+    // A missing port gives 0.
     const auto endpoint = parseEndpoint(place, 0);
     if (!endpoint || endpoint->port == 0 || !bridge::isAddress(endpoint->host)) return std::nullopt;
     return endpoint;

@@ -28,7 +28,8 @@ void append(std::string& bytes, std::size_t value) {
     put(bytes, end, static_cast<std::uint32_t>(value));
 }
 
-/// Takes values from the front of a text. After one that is not there, `good` is false and all are empty.
+/// Takes values from the front of a text. When a value is missing, `good` becomes false, and this and all
+/// later values are empty.
 struct Reader {
     std::string_view rest;
     bool good = true;
@@ -50,7 +51,7 @@ Unit decodeUnit(Reader& reader) {
     for (std::uint32_t count = reader.number(); count > 0 && reader.good; --count) {
         const std::string name(reader.bytes(reader.number()));
         unit.files.push_back({name, std::string(reader.bytes(reader.number()))});
-        // Names of this folder alone.
+        // Only plain file names of this folder are valid.
         reader.good = reader.good && !name.empty() && name.find('/') == std::string::npos;
     }
     for (std::uint32_t count = reader.number(); count > 0 && reader.good; --count) {

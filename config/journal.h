@@ -2,10 +2,10 @@
 
 #include "config/record.h"
 
-/// Changes of files that belong together, and how the journal holds them.
+/// Changes that belong together, and their format in the journal.
 namespace config {
 
-/// What reaches the disk together or not at all.
+/// Changes that reach the disk together or not at all.
 struct Unit {
     /// The new content of a whole file, named without its folder.
     struct Whole {
@@ -19,10 +19,11 @@ struct Unit {
 /// A unit as a group of bytes: a mark, the length of what follows, its CRC-32, and the unit itself.
 std::string encodeUnit(const Unit& unit);
 
-/// The units of a journal, up to the first group that is not whole: its writer was interrupted.
+/// The units of a journal, up to the first incomplete group; an interrupted program leaves an incomplete
+/// group.
 struct Journal {
     std::vector<Unit> units;
-    std::size_t length = 0; // bytes that they take
+    std::size_t length = 0; // bytes of these units in the journal
 };
 Journal decodeJournal(std::string_view bytes);
 

@@ -4,7 +4,7 @@
 
 namespace config {
 
-/// Values in files are little-endian whatever the machine is.
+/// Values in files are little-endian on every machine.
 template <class Bytes, class Unsigned>
 void put(Bytes& bytes, std::size_t offset, Unsigned value) {
     for (std::size_t i = 0; i < sizeof value; ++i)

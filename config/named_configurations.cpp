@@ -19,7 +19,8 @@ void NamedConfigurations::setName(const std::string& name) {
 void NamedConfigurations::mnuSaveConfig_Click() {
     const auto name = boxes_.input("Insert a Text (8 characters)", "Configuration Name", "test");
     if (!name) return;
-    // The name is in the working file before a file is chosen, and stays there when none is.
+    // The name is written to the working file before the user chooses a file, and stays there if the user
+    // cancels.
     const std::string kept = runtime::firstCharacters(*name, kTaggedTextMax);
     file_.write({taggedTextRecord(record::kConfigName, kept)});
     setName(kept);

@@ -18,9 +18,9 @@ class NamedConfigurations {
     void mnuSaveConfig_Click();
     void mnuLoadConfig_Click();
 
-    /// Lets go of the frequency source and stops both engines, before another configuration takes over.
+    /// Disconnects the frequency source and stops both engines before another configuration is loaded.
     std::function<void()> beforeLoad;
-    /// The whole start-up load.
+    /// Called to run the whole start-up load.
     std::function<void()> load;
 
   private:

@@ -21,7 +21,7 @@ static_assert(sizeof(Slot) == 48 && sizeof(Slot) <= kSlotDistance);
 
 using Words = std::array<std::uint64_t, sizeof(Slot) / sizeof(std::uint64_t)>;
 
-/// The constants of FNV-1a, taken over words: its bytewise form would cost more than the rest of a step.
+/// FNV-1a over 8-byte words. FNV-1a over bytes would take more time than the rest of a step.
 std::uint64_t sumOf(const Slot& slot) {
     std::uint64_t sum = 0xCBF29CE484222325;
     const auto words = std::bit_cast<Words>(slot);
@@ -46,7 +46,7 @@ void storeSlot(std::span<std::byte, kPositionFileSize> file, std::uint32_t numbe
     Slot slot{.number = number, .standing = standing};
     slot.sum = sumOf(slot);
     std::memcpy(file.data() + number % 2 * kSlotDistance, &slot, sizeof slot);
-    // The other slot is not begun before this one is whole.
+    // This slot must be complete before the next store writes the other slot.
     std::atomic_thread_fence(std::memory_order_release);
 }
 

@@ -9,16 +9,16 @@
 
 namespace config {
 
-/// Beside "save.cfg" while the program runs; docs/save-cfg.md describes it.
+/// The file beside "save.cfg" while the program runs; docs/save-cfg.md describes it.
 inline constexpr const char* kPositionFile = "positions.dat";
 
-/// The phase indexes of one engine, under the names that the form has for them.
+/// The phase indexes of one engine, with the names of the form's members.
 struct Phases {
     std::int16_t intFase = 0, intFaseHalf = 0, intUltFase = 0, intUltFaseHalf = 0;
     bool operator==(const Phases&) const = default;
 };
 
-/// Where both engines stand, laid out as the file holds it.
+/// The positions and phases of both engines, in the layout of the file.
 struct Standing {
     std::int16_t function = 0; // a form::Function
     std::int16_t unused = 0;
@@ -28,15 +28,15 @@ struct Standing {
     bool operator==(const Standing&) const = default;
 };
 
-/// The two slots lie in different sectors of a disk, so that a write torn by a power failure hits one.
+/// The two slots lie in different disk sectors, so that a power failure during a write damages only one slot.
 constexpr std::size_t kSlotDistance = 512; // bytes
 constexpr std::size_t kPositionFileSize = 2 * kSlotDistance;
 
-/// Stores `standing` under this number. Numbers follow one another and wrap: each goes over the older slot.
+/// Stores `standing` under `number`, over the older slot. Each call uses the next number; numbers wrap.
 void storeSlot(std::span<std::byte, kPositionFileSize> file, std::uint32_t number, const Standing& standing);
 
-/// The newer one of the whole slots; nothing where none has been stored yet. Throws runtime::FileError when
-/// the file is damaged.
+/// The newest valid slot; empty if nothing has been stored yet. Throws runtime::FileError if the file is
+/// damaged.
 std::optional<Standing> newestSlot(std::string_view file);
 
 } // namespace config

@@ -15,7 +15,7 @@ constexpr std::size_t kRecordLength = 12;
 constexpr std::size_t kTextMax = 10;      // characters of a text record
 constexpr std::size_t kTaggedTextMax = 8; // characters of a tagged text record
 
-/// A record as it is written: its number, from 1, and its bytes, zero behind the value.
+/// A record to be written: its number, from 1, and its bytes; the bytes after the value are 0.
 struct Record {
     int number;
     std::array<char, kRecordLength> bytes{};
@@ -31,7 +31,7 @@ Record textRecord(int number, std::string_view text);
 /// BadRecordLength when the text has more than kTaggedTextMax characters.
 Record taggedTextRecord(int number, std::string_view text);
 
-/// The records of a file as they stood when it was read. What lies beyond its end reads as zeros.
+/// The records of a file at the time of reading. Records beyond the end of the file read as zeros.
 class RecordImage {
   public:
     RecordImage() = default;
@@ -41,7 +41,7 @@ class RecordImage {
     bool boolean(int number) const { return integer(number) == -1; }
     runtime::Byte byte(int number) const;
     float single(int number) const;
-    /// A length that the record cannot hold is cut to what it holds, and the record counts as damaged.
+    /// A stored length that is too large for the record is limited, and the record counts as damaged.
     std::string text(int number);
     /// Empty for a record that was never written.
     std::string taggedText(int number);

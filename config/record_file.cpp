@@ -13,9 +13,9 @@ namespace {
 
 using Path = std::filesystem::path;
 
-/// Far more than all records take, and soon read.
+/// Far more than all records need, and still read quickly.
 constexpr std::size_t kBytesMax = std::size_t{1} << 20U;
-/// A card that takes seconds lets many changes wait in the journal.
+/// A memory card may need seconds for a flush; meanwhile many changes wait in the journal.
 constexpr std::size_t kJournalMax = 16 * kBytesMax;
 
 std::string quoted(const Path& path) {
@@ -35,7 +35,8 @@ void putRecords(std::string& bytes, const std::vector<Record>& records) {
     }
 }
 
-/// Where the bytes that differ begin, and how many there are up to the last one. `longer` has no fewer bytes.
+/// The offset of the first differing byte, and the length up to the last differing byte. `longer` is at least
+/// as long as the other text.
 std::pair<std::size_t, std::size_t> difference(std::string_view before, std::string_view longer) {
     const auto begin = std::mismatch(before.begin(), before.end(), longer.begin()).second;
     auto end = longer.end();
@@ -73,7 +74,7 @@ void RecordFile::load() {
     journalLength_ = journal.length;
     if (journalLength_ != 0) {
         later([this] { flush(); });
-    } else { // at most the beginning of a group
+    } else { // the journal holds at most an incomplete group
         attempt([this] { storage_.remove(journal_); }, "");
     }
 }
@@ -94,7 +95,7 @@ void RecordFile::append(const std::string& group) {
         storage_.remove(journal_);
         storage_.create(journal_, group);
     } else {
-        // Over what an attempt that failed may have left.
+        // Overwrites what a failed attempt may have left.
         storage_.write(journal_, journalLength_, group);
     }
     journalLength_ += group.size();
@@ -138,7 +139,7 @@ void RecordFile::flush() {
                 putWhole(beside(name), bytes);
             putInPlace(held);
             lock.lock();
-            // While a change has come in meanwhile, the journal goes on.
+            // A new change has come meanwhile: keep the journal and repeat.
             if (journalLength_ != length) continue;
             storage_.remove(journal_);
             journalLength_ = 0;
@@ -154,7 +155,7 @@ void RecordFile::putInPlace(const std::string& bytes) {
     std::optional<std::string> found;
     try {
         found = storage_.read(path_, kBytesMax);
-    } catch (const runtime::FileError&) { // Something else has taken its place.
+    } catch (const runtime::FileError&) { // something that is not a plain file has its name
     }
     if (known && found == known && bytes.size() >= known->size()) {
         const auto [first, length] = difference(*known, bytes);
@@ -229,7 +230,7 @@ void RecordFile::copyTo(const Path& target) {
             storage_.sync(target);
         };
         attempt(bring, "");
-        attempt([&] { storage_.remove(part); }, ""); // what a failure has left
+        attempt([&] { storage_.remove(part); }, ""); // left by a failed attempt
     });
 }
 

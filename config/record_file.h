@@ -10,44 +10,45 @@
 
 namespace config {
 
-/// The random-access file of fixed records, as the program holds it, and its way to the disk. A change is
-/// first one group in a journal beside the file, "save.cfg.journal". A thread of the storage brings that to
-/// the disk, then writes the file, and removes the journal. A journal that an interrupted program has left is
-/// taken up by the next reading, so that each change is on the disk whole or not at all.
+/// The file of fixed-length records "save.cfg": its content in memory, and its way to the disk. Each change
+/// is first appended as one group to the journal "save.cfg.journal". A thread of the storage flushes the
+/// journal to the disk, writes the file, and then removes the journal. After an interruption the next start
+/// applies the journal, so each change is on the disk completely or not at all.
 class RecordFile {
   public:
     RecordFile(platform::Storage& storage, std::filesystem::path path);
     RecordFile(const RecordFile&) = delete;
     RecordFile& operator=(const RecordFile&) = delete;
-    /// Waits for what is on its way.
+    /// Waits until all changes have been written.
     ~RecordFile() { storage_.finish(); }
 
     const std::filesystem::path& path() const { return path_; }
 
-    /// The records as the program holds them; from the disk the first time, where a file that is missing is
-    /// created empty. FileError when that failed: nothing is written to such a file.
+    /// The records in memory. The first call reads the file, and creates an empty file if there is none.
+    /// Throws FileError if reading failed; the program never writes to a file that it could not read.
     RecordImage read();
-    /// Returns when the change would survive the end of the program. FileError, and nothing changed, when it
-    /// cannot be written.
+    /// Returns when the change is safe against a crash of the program. Throws FileError if it cannot be
+    /// written; nothing has changed then.
     void write(std::vector<Record> records) { write(Unit{{}, std::move(records)}); }
     void write(const Unit& unit);
-    /// Waits until all is in its place on the disk. FileError when something cannot get there; the journal
-    /// keeps it then.
+    /// Waits until all changes are in the file on the disk. Throws FileError if a change cannot be written to
+    /// the file; the journal keeps the change then.
     void finish();
 
-    /// The bytes of another file that is to take the place of this one. FileError when it is none.
+    /// The bytes of another configuration file. Throws FileError if the file is no configuration.
     std::string configuration(const std::filesystem::path& source);
-    /// Puts them in place of this file, which is kept as "save.cfg.bak".
+    /// Replaces this file by `bytes` and keeps the old file as "save.cfg.bak".
     void replaceBy(const std::string& bytes);
-    /// A copy at `target`; the old file of that name stays until the copy is whole. FileError when it cannot
-    /// be written.
+    /// Copies the file to `target`; an old file at `target` stays until the copy is complete. Throws
+    /// FileError if the copy cannot be written.
     void copyTo(const std::filesystem::path& target);
-    /// Nothing is written any more: the program has saved for the last time.
+    /// From now on nothing is written: the program has saved for the last time.
     void seal() { sealed_ = true; }
 
-    /// Told whenever something is on its way to the disk.
+    /// Called whenever a change starts on its way to the disk.
     std::function<void()> onBusy;
-    /// Whether something still is, and what went wrong meanwhile, once; empty when nothing did.
+    /// busy(): whether a change is still on its way to the disk. takeNotice(): the last problem, reported
+    /// once; empty if there was none.
     bool busy();
     std::string takeNotice();
 
@@ -70,7 +71,7 @@ class RecordFile {
     State state_ = State::Unread;
     bool sealed_ = false;
 
-    // What follows is shared with the thread.
+    // Shared with the thread; mutex_ guards the members that follow.
     std::mutex mutex_;
     std::string held_;
     std::map<std::string, std::string> files_; // whole files that are in the journal, by their names
@@ -78,8 +79,8 @@ class RecordFile {
     int jobs_ = 0;
     std::string notice_;
 
-    // The thread's own, or of who has waited for it: what it last found or put in the file, where that is
-    // known.
+    // Used by the thread, or after waiting for the thread: the file's last known content on the disk; empty
+    // if unknown.
     std::optional<std::string> onDisk_;
 };
 

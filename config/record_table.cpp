@@ -6,20 +6,20 @@ namespace config {
 
 namespace {
 
-enum class Kind { Text, Tagged, Integer, Byte, Other }; // Other: not judged
+enum class Kind { Text, Tagged, Integer, Byte, Other }; // Other: not checked
 
 struct Row {
     int first;
     const char* name;
     Kind kind = Kind::Other;
-    int min = 0, max = 0; // of an Integer or a Byte
-    int last = first;     // of a row of such records
+    int min = 0, max = 0; // the range of an Integer or a Byte
+    int last = first;     // the last of a row of equal records
 };
 
 constexpr int kMemories = 10;
 constexpr int kTrue = -1;
 
-// Names of single records as the window, its dialogs or their tips have them.
+// The records' names, in the words of the window, its dialogs and their tips.
 constexpr Row kRows[] = {
     {record::kMemoryPosA + 1, "position of engine 1", Kind::Text, 0, 0, record::kMemoryPosA + kMemories},
     {record::kMemoryLabel + 1, "label", Kind::Text, 0, 0, record::kMemoryLabel + kMemories},
@@ -71,7 +71,7 @@ constexpr Row kRows[] = {
     {record::kTableFirst, "high-resolution table", Kind::Text, 0, 0, record::kLast},
 };
 
-/// Whether the record holds what its kind and range allow.
+/// Whether the record's value fits its kind and range.
 bool allowed(RecordImage& image, const Row& row, int number) {
     const auto within = [&row](int value) { return value >= row.min && value <= row.max; };
     const std::size_t damaged = image.damaged().size();

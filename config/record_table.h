@@ -4,14 +4,14 @@
 #include <string>
 #include <string_view>
 
-/// What the records are to the user, and what they may hold.
+/// The records' names for the user, and their allowed values.
 namespace config {
 
-/// What a record holds, in the words of the window.
+/// The name of a record's value, in the words of the window.
 std::string recordName(int number);
 
-/// What shows that these bytes are no configuration, in words that follow "is no configuration: "; nothing
-/// when they may be one. Up to two records out of their range count as damage alone.
+/// Why these bytes are no configuration, as words that follow "is no configuration: "; empty if they may be a
+/// configuration. Up to two records out of range count only as damage.
 std::optional<std::string> configurationFault(const std::string& bytes);
 
 } // namespace config

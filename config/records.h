@@ -1,6 +1,6 @@
 #pragma once
 
-/// Numbers of the records of "save.cfg". docs/save-cfg.md tells what each of them holds.
+/// Numbers of the records of "save.cfg". docs/save-cfg.md describes each record.
 namespace config::record {
 
 // Of a memory n, 1 to 10: add n.

@@ -10,7 +10,7 @@ namespace engine {
 
 namespace {
 
-/// User units of a step, above 0; 0 where an engine cannot step.
+/// The size of one step in user units, always positive; 0 if the engine cannot step.
 double stepDistance(const Side& side) {
     const double stepsPerTurn = side.bytMolt.value() * side.intSteps.value();
     return stepsPerTurn == 0 ? 0 : std::fabs(side.sngMMGiro / stepsPerTurn);

@@ -10,28 +10,27 @@
 
 namespace engine {
 
-/// subStartDaMemA and subStartDaMemB: moves to a position as recalls make them in the tuner functions, slowly
-/// where the way is short, and always from below where an engine has backlash.
+/// subStartDaMemA and subStartDaMemB: the moves of a recall in the tuner functions. A short move runs slowly.
+/// An engine with backlash always reaches its target from below.
 class Approach {
   public:
     Approach(form::Form1& form, Motion& motion);
 
-    /// Runs towards `target`, in user units; a new target takes the place of one that is on its way. False
-    /// when the engine cannot start: the notice says why.
+    /// Runs towards `target`, in user units; a new target replaces the old one. Returns false when the engine
+    /// cannot start; the notice gives the reason.
     bool moveTo(const Side& side, float target);
-    /// Steps from where the engine stands to a position, above 0 where the position rises; 0 where one step
-    /// moves nothing.
+    /// Steps from the engine's position to `target`, positive upwards; 0 if the engine cannot step.
     static double stepsTo(const Side& side, float target);
 
-    /// Steps of play of engine 1 and 2.
+    /// The backlash of engine 1 and engine 2, in steps.
     void setBacklash(int play1, int play2);
-    /// Why a place was not reached from below, in words for the user; empty when both were.
+    /// Names an engine that did not reach its position from below, as a text for the user; empty if both did.
     std::string faultOfPlace() const;
 
   private:
     struct Engine {
         Backlash backlash;
-        std::optional<float> target; // behind the dip that is under way
+        std::optional<float> target; // the final target, while the engine runs to a point below it
     };
     Engine& of(const Side& side) { return engines_.at(static_cast<std::size_t>(side.motor - 1)); }
     const Engine& of(const Side& side) const { return engines_.at(static_cast<std::size_t>(side.motor - 1)); }

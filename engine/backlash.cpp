@@ -16,7 +16,8 @@ void Backlash::stepped(int direction) {
 int Backlash::dip(int steps, int floor) const {
     const bool fromBelow = steps >= play_ - taken_ && steps > 0;
     if (steps == 0 || play_ == 0 || fromBelow) return steps;
-    // Never above the target, and not up at all: a target below the floor keeps its own place.
+    // The first leg never goes above the target and never upwards. A target below the floor is not raised to
+    // the floor.
     return std::min({steps, 0, std::max(steps - play_, floor)});
 }
 

@@ -8,22 +8,23 @@
 
 namespace engine {
 
-/// Lights the four coils of an engine one after the other, slowly, so that a user can check the wiring. The
-/// engine's position does not change, although its rotor may twitch.
+/// Energises the four coils of an engine one after the other, slowly, so that a user can check the wiring.
+/// The engine's position does not change, although its rotor may twitch.
 class CoilCheck {
   public:
     static constexpr int kMillisecondsPerCoil = 800;
 
-    /// `timer` is for the test alone.
+    /// Nothing else may use `timer`.
     CoilCheck(form::Form1& form, OutputPorts& outputs, form::Timer& timer);
 
-    /// Lights the first coil of engine 1 or 2. Ends a test that runs. No engine is running.
+    /// Energises the first coil of engine 1 or 2. Ends a running test first. Precondition: no engine is
+    /// running.
     void start(int motor);
-    /// Ends the test, all coils off. Does nothing while no test runs.
+    /// Ends the test and switches all coils off. Does nothing if no test is running.
     void stop();
     bool running() const { return coil_ > 0; }
 
-    /// Told the coil that is lit, 1 to 4; 0: the test is over.
+    /// Called with the number of the energised coil, 1 to 4, and with 0 when the test is over.
     std::function<void(int coil)> onCoil;
 
   private:

@@ -2,9 +2,9 @@
 
 #include <array>
 
-/// The coil patterns of both step modes. Outputs are engine A's, 1 to 4; engine B's are 4 higher. A coil is
-/// energised by a 0 on the printer port. The USB values are active-high and follow a pattern of their own:
-/// they are not the complement of the port's, and engine B's are 16 times engine A's.
+/// The coil patterns of both step modes. The output numbers are those of engine A, 1 to 4; engine B's are 4
+/// higher. A coil is energised by a 0 on the printer port. The USB values are active-high, but they are not
+/// the complement of the port's bits. Engine B's USB values are 16 times engine A's.
 namespace engine {
 
 struct OutputWrite {

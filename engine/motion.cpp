@@ -17,17 +17,18 @@ int opposite(int direction) {
     return direction == form::kForward ? form::kBackward : form::kForward;
 }
 
-/// Milliseconds; 0 or below where the speed has no period.
+/// In milliseconds; 0 or negative if the speed has no period.
 int period(const Side& side, bool fast) {
     return (fast ? side.intTickAlta : side.intTickBassa).value();
 }
 
-/// The speed that is run when this one is chosen: a speed without a period gives way to one that has one.
+/// Returns the speed to use: the chosen speed, or the other speed if only the other one has a period.
 bool usableSpeed(const Side& side, bool fast) {
     return period(side, fast) > 0 || period(side, !fast) <= 0 ? fast : !fast;
 }
 
-/// A reversal picks the phases up beside the last ones written. They may lie outside the tables here.
+/// After a reversal the next phase is the neighbour of the last phase written. The new index may lie outside
+/// the tables.
 void stepBackPhases(const Side& side, int direction) {
     const form::Int16 oneOn = direction == form::kForward ? 1 : -1;
     side.intFase = side.intUltFase + oneOn;
@@ -67,12 +68,12 @@ bool Motion::moveTo(const Side& side, float target) {
     (isRotor() ? side.bolTargetRotor : side.bolMem) = true;
     const int direction = directionTo(side, target);
     if (direction == 0) {
-        // A recall lets an engine that runs make the step that tells it so.
+        // Only the next step ends a recall, so a running engine goes on to that step.
         if (isRotor() || !side.running()) stop(side);
         return true;
     }
-    // A recall sees no reversal: the phase indexes stay. The rotor would lose its place over the many turns
-    // of a pass.
+    // A recall does not count as a reversal, so the phase indexes stay. The rotor's moves do count: without
+    // the step back its position would drift over the many reversals of a pass.
     return start(side, direction, !isRotor());
 }
 
@@ -81,7 +82,7 @@ bool Motion::canMoveTo(const Side& side, float target) {
 }
 
 int Motion::directionTo(const Side& side, float target) const {
-    // A stored position has two decimals, so a recall compares no more of them.
+    // A stored position has two decimals, so a recall compares two decimals.
     const float here =
         isRotor() ? side.sngPosRotor : runtime::parseSingle(runtime::formatStored(side.sngPos));
     if (here == target) return 0;
@@ -109,7 +110,7 @@ bool Motion::start(const Side& side, int direction, bool recall) {
     RampDrive& ramp = own(side).ramp;
     const bool runs = side.running();
     if (runs && side.intDir == opposite(direction) && ramp.aboveSlow()) {
-        // The ramp comes down first; `stepped` turns the engine then.
+        // The ramp first slows the engine down; then `stepped` reverses it.
         ramp.setThen(ThenDo::kTurn, direction);
         return true;
     }
@@ -117,7 +118,7 @@ bool Motion::start(const Side& side, int direction, bool recall) {
     form::Button& button = direction == form::kForward ? side.cmdRunForward : side.cmdRunBackward;
     form::Timer& timer = side.timer(direction);
     button.Enabled = true;
-    // A timer that has never been given a period takes the slow one, or the engine would not step at all.
+    // A timer without a period gets the slow one; otherwise the engine would not step at all.
     if (timer.Interval <= 0) timer.Interval = period(side, usableSpeed(side, false));
     paintSpeedButtons(side, timer.Interval != side.intTickBassa.value());
     if (side.intDir == opposite(direction)) stepBackPhases(side, direction);
@@ -157,7 +158,7 @@ void Motion::stepped(const Side& side) {
 
 void Motion::arrive(const Side& side) {
     RampDrive& ramp = own(side).ramp;
-    // An engine that is about to turn back to its target has it behind.
+    // An engine that is about to reverse has already passed its target.
     const bool comesBack = ramp.then() == ThenDo::kTurn || ramp.then() == ThenDo::kReturn;
     if (comesBack || ramp.aboveSlow()) {
         if (!comesBack) ramp.setThen(isRotor() ? ThenDo::kStop : ThenDo::kReturn);
@@ -187,7 +188,7 @@ void Motion::jogDown(const Side& side, int direction) {
         form_.chkAutoMemOnOff.Value = 0;
         form_.bolAutoMemByJog = true;
     }
-    // A jog takes the engine out of a recall: the old target must not stop it.
+    // A jog ends a recall: the old target must not stop the engine.
     side.bolMem = false;
     if (!run(side, direction)) return;
     own(side).jogHeld = true;
@@ -199,7 +200,7 @@ void Motion::jogDown(const Side& side, int direction) {
 void Motion::jogUp(const Side& side) {
     own(side).jogHeld = false;
     if (isRotor()) {
-        // The engine runs on; the rotor function decides when it stops.
+        // The engine runs on; Rotor decides when it stops.
         side.bolVelAlta = false;
         side.bolManual = false;
         own(side).released = true;
@@ -218,8 +219,8 @@ void Motion::selectSpeed(const Side& side, bool fast) {
     const bool chosen = usableSpeed(side, fast);
     side.bolVelAlta = chosen;
     paintSpeedButtons(side, chosen);
-    // The timer of the current direction, or of the one to which the engine turns; the other keeps the period
-    // that it had.
+    // Sets the timer of the current direction, or of the new direction if the engine is reversing. The other
+    // timer keeps its period.
     RampDrive& ramp = own(side).ramp;
     const int direction = ramp.then() == ThenDo::kTurn ? ramp.turnTo() : side.intDir.value();
     const bool hasDirection = direction == form::kForward || direction == form::kBackward;
@@ -258,7 +259,7 @@ void Motion::stop(const Side& side) {
     try {
         side.intVelRot = runtime::parseInt16(side.slow.box.Text.get());
     } catch (const runtime::RunTimeError&) {
-        // An entry is half typed: a stop never fails over it, and the last speed stays.
+        // The user is typing a speed. The stop must not fail; the last speed is kept.
     }
 }
 

@@ -9,34 +9,34 @@
 
 namespace engine {
 
-/// The commands that start, steer and stop the engines, for buttons, memories and all else that moves one.
-/// They set direction states and step timers and never write an output. A `side` is one of form's two
-/// engines.
+/// The commands that start, steer and stop the engines. Buttons, memories and everything else that moves an
+/// engine call them. They set direction states and step timers and never write an output. A `side` is one of
+/// form's two engines.
 class Motion {
   public:
     Motion(form::Form1& form, form::Boxes& boxes);
 
-    /// Runs in `direction` (kForward, kBackward) until a stop or the end of run; a target that a recall has
-    /// set (bolMem) still holds. False when the engine cannot start: the notice says why, and it stands.
+    /// Runs in `direction` (kForward, kBackward) until a stop or the end of run. A target set by a recall
+    /// (bolMem) still stops the engine. Returns false when the engine cannot start: the engine stands, and
+    /// the notice gives the reason.
     bool run(const Side& side, int direction);
     /// Runs towards `target` and stops on the step that reaches or passes it: in user units, or in degrees in
-    /// Satellite Rotor. An engine on its way to another target turns to this one without a stop; one that is
-    /// there does not start. The speed is the last of its direction: call fast or slow next. False as with
-    /// `run`.
+    /// Satellite Rotor. An engine that is running to another target changes to this target without a stop. An
+    /// engine that is already at the target does not start. The move uses the last speed of its direction:
+    /// call fast or slow next. Returns false like `run`.
     bool moveTo(const Side& side, float target);
-    /// Whether moveTo would start, or has nothing to do; if not, the notice says why.
+    /// Whether moveTo can start or has nothing to do; if false, the notice gives the reason.
     bool canMoveTo(const Side& side, float target);
-    /// At once. The outputs keep the last pattern.
+    /// Stops at once, without a ramp. The outputs keep the last pattern.
     void stop(const Side& side);
-    /// A held jog button or key has been let go, or a move is to end: with a ramp the engine slows down
-    /// first.
+    /// Ends a jog or a move: with a ramp the engine slows down first.
     void release(const Side& side);
-    /// The engine has made a step that reaches or passes its target. Where the ramp is not down at slow yet
-    /// the target is passed and, outside Satellite Rotor, come back to.
+    /// The engine has made a step that reaches or passes its target. If the ramp is still above the slow
+    /// speed, the engine passes the target. Outside Satellite Rotor it then returns to the target.
     void arrive(const Side& side);
     void stopBoth();
-    /// Selects a speed, for this move or the next in the same direction. A speed without a period gives way
-    /// to the other one.
+    /// Selects a speed for this move, or for the next move in the same direction. If the speed has no period,
+    /// the other speed is used.
     void fast(const Side& side) { selectSpeed(side, true); }
     void slow(const Side& side) { selectSpeed(side, false); }
 
@@ -53,32 +53,33 @@ class Motion {
     void cmdAlt_Click() { userStop(sides_.a); }
     void cmdAltB_Click() { userStop(sides_.b); }
 
-    /// A step has been made that ends nothing.
+    /// The engine has made a step that is neither the end of run nor the target.
     void stepped(const Side& side);
 
-    /// Whether a jog of the engine has been released in Satellite Rotor since the last call, and no command
-    /// has come after it.
+    /// Whether the user has released a jog in Satellite Rotor since the last call, with no command after the
+    /// release.
     bool takeReleased(const Side& side) { return std::exchange(own(side).released, false); }
 
-    /// A jog that a box or a lost focus has cut off: as if its button had been released.
+    /// Ends held jogs as if their buttons had been released: a box or a lost focus hides the release.
     void releaseJogs();
 
-    /// A jog begins and fast memory store is off: no memory is selected any longer.
+    /// Called to deselect the memory, when a jog begins while fast memory store is off.
     std::function<void()> subResetPressedMem;
-    /// An engine has made a step in `direction`.
+    /// Called after each step of an engine in `direction`.
     std::function<void(const Side& side, int direction)> onStep;
-    /// An engine was stopped, by whomever.
+    /// Called after every stop of an engine, by the user or by the program.
     std::function<void(const Side& side)> onStop;
-    /// Asked before an engine stops at its target: what is to follow at once; empty where it is to stand.
+    /// Called before an engine stops at its target. Returns what to do right after the stop; empty for
+    /// nothing.
     std::function<std::function<void()>(const Side& side)> onArrival;
-    /// The user has pressed Stop: the engine stands. No stop by the program comes here.
+    /// Called after the user has stopped an engine with Stop; not after a stop by the program.
     std::function<void()> onUserStop;
 
   private:
     bool canStart(const Side& side);
-    /// Every move begins here. A recall keeps the phase indexes.
+    /// Every move begins here. If `recall` is true, the phase indexes are kept.
     bool start(const Side& side, int direction, bool recall = false);
-    /// The direction towards `target`, or 0 where the engine stands there.
+    /// The direction towards `target`, or 0 if the engine is at the target.
     int directionTo(const Side& side, float target) const;
     void userStop(const Side& side);
     void jogDown(const Side& side, int direction);
@@ -96,10 +97,10 @@ class Motion {
     struct Own {
         RampDrive ramp;
         bool jogHeld = false;
-        bool released = false; // a jog, in Satellite Rotor
+        bool released = false; // a jog was released in Satellite Rotor
     };
     Own ownA_, ownB_;
-    /// Any Side of the same engine will do.
+    /// `side` may be any Side object of the engine.
     Own& own(const Side& side) { return side.motor == sides_.a.motor ? ownA_ : ownB_; }
 };
 

@@ -9,8 +9,8 @@ namespace engine {
 
 namespace {
 
-/// The card that was chosen. A card that is let go is named by this 0, whatever address it has answered with:
-/// "USB Card 2 connected", and later "USB Card 0 disconnected".
+/// Stands for the card that the user chose. The label names a closed card by this 0, whatever its own
+/// address: first "USB Card 2 connected", later "USB Card 0 disconnected".
 constexpr int kCardAddress = 0;
 constexpr int kCardAddressMax = 3;
 constexpr int kNoCard = -1;
@@ -21,7 +21,7 @@ std::string cardText(int address, const char* state) {
     return "USB Card " + std::to_string(address) + " " + state;
 }
 
-/// Whether it went without an error.
+/// Runs `action`; returns false if it throws.
 template <class Action>
 bool attempt(const Action& action) {
     try {
@@ -85,7 +85,7 @@ void OutputPorts::letBoardGo() {
     form_.chkUsbOn.Value.load(0);
     showUsbOff();
     form_.lblUsb.Caption = cardText(kCardAddress, "disconnected");
-    attempt([this] { board_.writeAllDigital(0); }); // a board that comes back to life finds its outputs off
+    attempt([this] { board_.writeAllDigital(0); }); // if the board recovers, it gets "off"
     lost_ = !attempt([this] { board_.closeDevice(); });
 }
 

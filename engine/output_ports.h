@@ -8,13 +8,13 @@
 
 namespace engine {
 
-/// What a user must be told when the outputs do not go off.
+/// The message when the outputs cannot be switched off.
 constexpr const char* kOutputsStillOn =
     "The outputs could NOT be switched off: remove the power of the engines";
 
 /// The two ways to the coils: the printer port, written bit by bit and always, and the K8055 board, written
-/// as one byte while chkUsbOn is ticked. A board that does not answer any more is let go, chkUsbOn unticked,
-/// and the call throws on: ticking the box looks for it again.
+/// as one byte while chkUsbOn is ticked. If the board stops answering, it is closed, chkUsbOn is unticked and
+/// the call throws. Ticking chkUsbOn looks for the board again.
 class OutputPorts {
   public:
     OutputPorts(form::Form1& form, form::Boxes& boxes, platform::PrinterPort& port,
@@ -22,22 +22,23 @@ class OutputPorts {
 
     /// Writes output `bit` (1 to 8). State 1 sets it, which leaves the coil off; any other state clears it.
     void subBitPorta(form::Int16 stato, form::Int16 bit);
-    /// What subBitPorta has written since the last call is one pattern of the printer port.
+    /// Marks the bits that subBitPorta has written since the last call as one complete pattern.
     void endPattern() { objPorta_.endPattern(); }
-    /// Takes the USB value `peso` of engine `mot` (1 = A, 2 = B) and writes both engines' together.
+    /// Stores the USB value `peso` of engine `mot` (1 = A, 2 = B) and writes the values of both engines as
+    /// one byte.
     void subUsbOnOff(form::Int16 peso, form::Int16 mot);
-    /// Whether the engine may step: its last pattern is on the printer port, and on the USB board where the
-    /// box is ticked.
+    /// Whether the engine may step: the printer port has its last pattern, and so has the USB board if
+    /// chkUsbOn is ticked.
     bool ready(const Side& side);
     /// Throws when the board has failed since the last write.
     void checkUsb();
     void chkUsbOn_Click();
     /// All coils off, all lamps dark. The phase indexes stay, so the next step resumes the sequence.
     void cmdOff_Click();
-    /// The coils of one engine off, its lamps dark, as cmdOff does it for both.
+    /// Like cmdOff, but for one engine: its coils off, its lamps dark.
     void rest(const Side& side);
-    /// Coils off at any price: each path is tried, whatever the other does. For use after an error. False
-    /// when a path failed, so that coils may still be on.
+    /// Switches the coils off after an error: tries the printer port and the USB board, even if one of them
+    /// fails. Returns false if one failed, so that coils may still be on.
     bool offWithoutFail() noexcept;
     /// Sets all eight bits of the printer port: every coil off.
     void writePortOff();
@@ -48,7 +49,7 @@ class OutputPorts {
     void openUsb();
     void closeUsb();
     void showUsbOff();
-    /// Runs a call of the open board, and lets the board go when it fails.
+    /// Calls the open board; closes the board if the call fails.
     template <class Call>
     auto onBoard(const Call& call) -> decltype(call());
     void letBoardGo();
@@ -57,7 +58,7 @@ class OutputPorts {
     form::Boxes& boxes_;
     platform::PrinterPort& objPorta_;
     platform::UsbBoard& board_;
-    bool lost_ = false; // the board was let go with nobody knowing what its outputs hold, and not told yet
+    bool lost_ = false; // the board failed, its outputs are unknown, offWithoutFail has not said so
 };
 
 } // namespace engine

@@ -11,12 +11,12 @@ namespace {
 constexpr int kFastest = 1000; // steps per second
 constexpr double kMillisecondsPerSecond = 1000;
 
-/// Digits, and what engine A may have beside them, being the azimuth engine: ',', '-', '.' and '/'.
+/// Accepts digits. Engine A, the azimuth engine, also accepts ',', '-', '.' and '/'.
 void keepNumberCharacters(int& character) {
     form::keepRange(character, ',', '9');
 }
 
-/// A reason of the file may be too long for its place: the tool tip has it whole.
+/// A file error may be too long for the label, so the tool tip shows the whole text.
 void showReason(const Side& side, const std::string& reason) {
     side.entryNotice.Caption = reason;
     side.entryNotice.ToolTip = reason;
@@ -116,7 +116,7 @@ void Parameters::confirm(Entry& entry) {
     } catch (const runtime::FileError& error) {
         refuse(entry, error.what());
         return;
-    } catch (const runtime::RunTimeError&) { // no number, or none that fits
+    } catch (const runtime::RunTimeError&) { // not a number, or out of range
         refuse(entry, std::string("enter ") + entry.wanted);
         return;
     }
@@ -143,7 +143,7 @@ void Parameters::recomputeStepsGiroA(const Side& side) {
         const float turns = runtime::divideSingle(360, runtime::parseSingle(side.units.box.Text.get()));
         form_.dblStepsGiroA = double{runtime::parseSingle(side.steps.box.Text.get())} * turns;
     } catch (const runtime::RunTimeError&) {
-        // A text that gives no number leaves the figure as it was.
+        // If the text is not a number, the value stays.
     }
 }
 

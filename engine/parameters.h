@@ -12,14 +12,14 @@ namespace engine {
 form::Int16 stepPeriod(form::Int16 speed);
 
 /// The four parameters of each engine: a double-click on a label opens the entry beside it, a second one or
-/// Enter confirms it and writes it to "save.cfg". What is refused, by the check or by the file, stays open
-/// with the reason beside it, and the old value holds.
+/// Enter confirms it and writes it to "save.cfg". If the check or the file refuses the value, the entry stays
+/// open, the reason is shown beside it, and the old value stays in force.
 class Parameters {
   public:
     Parameters(form::Form1& form, form::Boxes& boxes, config::RecordFile& file, Motion& motion);
 
   private:
-    /// A text that has been understood, not in force yet.
+    /// A valid entry that is not in force yet.
     struct Value {
         std::string text; // corrected
         config::Record record;
@@ -28,12 +28,12 @@ class Parameters {
     struct Entry {
         const Side& side;
         const Parameter& parameter;
-        const char* wanted; // what may be entered
-        /// Throws what a text that is no value throws.
+        const char* wanted; // what the user may enter
+        /// Throws runtime::RunTimeError for an invalid text.
         std::function<Value(const std::string& text)> read;
         /// Runs after a value has been taken.
         std::function<void()> afterwards = {};
-        /// Runs at the end of every double-click, whichever way it went.
+        /// Runs at the end of every double-click, whether the value was taken or not.
         std::function<void()> always = {};
     };
     void addEntries(const Side& side);

@@ -8,7 +8,7 @@ namespace engine {
 
 namespace {
 
-// What a position can have: 999.99.
+// The largest position is 999.99.
 constexpr int kIntegerDigits = 3;
 constexpr int kDecimals = 2;
 
@@ -31,7 +31,7 @@ PositionEntry::PositionEntry(form::Form1& form, form::Boxes& boxes)
 }
 
 void PositionEntry::open(PositionChoice choice) {
-    // Where cmdOff is disabled an engine runs, and its position is its own.
+    // cmdOff is disabled while an engine runs; the position of a running engine must not be set.
     if (!form_.cmdOff.Enabled) return;
     form_.bytInsPosSel = choice;
     form::FrmInsPosition dialog;

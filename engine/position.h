@@ -6,13 +6,13 @@
 
 namespace engine {
 
-/// Puts the position that the present function moves into its display.
+/// Shows the position that the engine has in the present function.
 void showPosition(const form::Form1& form, const Side& side);
 
 /// Values of bytInsPosSel: the position that the "New Value" dialog edits.
 enum PositionChoice { kTunePosition = 1, kLoadPosition = 2, kAzimuthPosition = 3, kElevationPosition = 4 };
 
-/// Declares where an engine stands by the "New Value" dialog, which a double-click on a position opens. No
+/// The "New Value" dialog: the user declares an engine's position. A double-click on a position opens it. No
 /// engine moves.
 class PositionEntry {
   public:

@@ -10,7 +10,7 @@ namespace {
 constexpr double kMillisecondsPerSecond = 1000;
 
 Period fromSeconds(double seconds) {
-    // To the nanosecond and never down: an interval must not come out shorter than fast's.
+    // Rounds up to a nanosecond: an interval must not become shorter than the fast period.
     return Period(static_cast<Period::rep>(std::ceil(seconds * 1e9 - 1e-3)));
 }
 
@@ -23,7 +23,7 @@ RampCurve::RampCurve(int slowMilliseconds, int fastMilliseconds, std::chrono::mi
     const double seconds = static_cast<double>(time.count()) / kMillisecondsPerSecond;
     acceleration_ = (fast_ - slow_) / seconds;
     length_ = (fast_ + slow_) / 2 * seconds;
-    // A length that is whole but for rounding is whole.
+    // A length that differs from a whole number only by rounding counts as whole.
     levels_ = std::max<std::int64_t>(1, static_cast<std::int64_t>(std::ceil(length_ - 1e-6)));
 }
 

@@ -55,13 +55,13 @@ void RampDrive::stepped() {
 }
 
 void RampDrive::speedChanged() {
-    // The clock has started anew, at the selected speed: the next step is planned again.
+    // Changing Interval has restarted the clock at the selected speed, so the next step is planned again.
     if (!side_.running()) return;
     level_ = from_;
     plan();
 }
 
-/// Speeds or time may be entered while the engine runs: the ramp goes on from the speed that it has.
+/// The user may change speeds or ramp time while the engine runs: the ramp goes on from the present speed.
 void RampDrive::refreshCurve() {
     RampCurve now = rampOf(form_, side_);
     if (now == curve_) return;
@@ -72,7 +72,8 @@ void RampDrive::refreshCurve() {
 
 void RampDrive::plan() {
     if (curve_.flat()) return;
-    // A speed that was entered while it was selected has left Interval behind: the nearer one is meant.
+    // After the user has edited the selected speed, Interval still holds the old period. Take the speed whose
+    // period is nearer.
     const bool fast = 2 * timer().Interval < side_.intTickAlta.value() + side_.intTickBassa.value();
     const Pace pace = then_ != ThenDo::kGoOn ? Pace::kStop : fast ? Pace::kFast : Pace::kSlow;
     const std::int64_t next = nextLevel(curve_, level_, pace, stepsToGo());
@@ -88,7 +89,7 @@ std::optional<std::int64_t> RampDrive::stepsToGo() const {
         rotor ? double{side_.sngTargetRotor} - side_.sngPosRotor : double{side_.sngTarget} - side_.sngPos;
     const double step = side_.sngMMGiro / (side_.bytMolt.value() * side_.intSteps.value());
     const double steps = (side_.intDir == form::kForward ? way : -way) / step;
-    // Positions are singles: a step too many must not come from their rounding.
+    // Positions are singles: their rounding must not add a step.
     constexpr double kRounding = 1e-3;
     constexpr double kFar = 1e9;
     return static_cast<std::int64_t>(std::ceil(std::clamp(steps, -kFar, kFar) - kRounding));

@@ -7,14 +7,15 @@
 
 namespace engine {
 
-/// What an engine does when its ramp has brought it down to slow.
+/// What an engine does when its ramp has slowed it down to slow; kReturn goes back to a target that was
+/// passed.
 enum class ThenDo { kGoOn, kStop, kTurn, kReturn };
 
-/// Takes the step timers of one engine along the ramp between slow and fast. The timers' Interval stays the
-/// selected speed's; with no ramp set nothing here touches a clock.
+/// Sets the periods of one engine's step timers along the ramp between slow and fast. The timers' Interval
+/// stays the period of the selected speed. Without a ramp this class changes no timer.
 class RampDrive {
   public:
-    /// Both outlive this object.
+    /// `form` and `side` outlive this object.
     RampDrive(form::Form1& form, const Side& side) : form_(form), side_(side) {}
 
     /// The engine starts from rest.
@@ -23,12 +24,12 @@ class RampDrive {
     void end();
     /// The engine has made a step and goes on: sets the period of the next one.
     void stepped();
-    /// The selected speed, and with it Interval, has changed while the engine runs.
+    /// The selected speed, and so Interval, may have changed while the engine runs.
     void speedChanged();
 
-    /// Above slow, so that it has to come down before it stops or turns.
+    /// Whether the engine is faster than slow, so that it must slow down before it stops or reverses.
     bool aboveSlow() const { return level_ > 0; }
-    /// What is to be done at slow; the ramp leads there at once unless this is kGoOn.
+    /// Sets what the engine does at slow. Unless `then` is kGoOn, the engine slows down from now on.
     void setThen(ThenDo then, int turnTo = 0);
     ThenDo then() const { return then_; }
     int turnTo() const { return turnTo_; } // with kTurn, a direction
@@ -49,11 +50,11 @@ class RampDrive {
     int turnTo_ = 0;
 };
 
-/// From slow to fast, as HScroll1 stands.
+/// The time from slow to fast that HScroll1 sets.
 std::chrono::milliseconds rampTime(const form::Form1& form);
 /// The slow and fast speeds as they really run, and the time of the ramp: "0.40 s; 100 to 1000 steps/s".
 std::string speedsText(const form::Form1& form, const Sides& sides);
-/// The ramp of an engine, as its speeds and HScroll1 stand.
+/// The ramp of an engine, from its speeds and HScroll1.
 RampCurve rampOf(const form::Form1& form, const Side& side);
 
 } // namespace engine

@@ -8,8 +8,8 @@ namespace engine {
 
 namespace {
 
-// All that differs between the engines beside their names. Where no reason stands, none is known: set-ups
-// that exist rely on what is.
+// All differences between the engines except their names. If no reason is given, none is known; existing
+// set-ups rely on the difference.
 constexpr Differences kEngineA = {
     .motor = 1,
     .firstOutput = 1,
@@ -29,7 +29,7 @@ constexpr Differences kEngineB = {
     .motor = 2,
     .firstOutput = 5,
     .usbFactor = 16,
-    .rotorEnd = 180, // elevation: over the top, down to the other horizon
+    .rotorEnd = 180, // elevation: over the zenith, down to the other horizon
     .rotorHasNoLimit = false,
     .roundsEndOfRun = false,
     .lowFast = LowSpeed::Kept,

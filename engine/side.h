@@ -6,21 +6,21 @@
 
 namespace engine {
 
-/// What is done with a speed too low for a step period, before it is stored.
+/// How a speed entry that is too low for a step period is corrected before it is stored.
 enum class LowSpeed {
-    Kept,           // also 0, which leaves the speed without a period
-    ZeroBecomesOne, // a negative one, which only pasting brings, is kept
+    Kept,           // 0 is kept too; the speed then has no period
+    ZeroBecomesOne, // negative values are kept; they come only from pasting
     BelowOneBecomesOne
 };
 
-/// Every deliberate difference between the engines. Their values stand side by side in side.cpp.
+/// Every deliberate difference between the engines. The values are in side.cpp, side by side.
 struct Differences {
-    int motor;                   // number towards the USB board
+    int motor;                   // engine number in calls for the USB board
     int firstOutput;             // the engine's lowest output
-    int usbFactor;               // shifts engine A's USB values into this engine's half of the byte
-    float rotorEnd;              // degrees at which Satellite Rotor ends a move towards larger positions
-    bool rotorHasNoLimit;        // the limit before a step does not hold in Satellite Rotor
-    bool roundsEndOfRun;         // the end of run after a step compares the rounded position
+    int usbFactor;               // engine A's USB value times this is the engine's USB value
+    float rotorEnd;              // degrees at which a move towards larger positions stops in Satellite Rotor
+    bool rotorHasNoLimit;        // the limit check before a step is skipped in Satellite Rotor
+    bool roundsEndOfRun;         // the end-of-run check after a step uses the rounded position
     LowSpeed lowFast, lowSlow;   // how an entry of a speed is corrected
     bool takesSlowAtOnce;        // an entry of the slow speed also selects it
     bool takesFractions;         // units per revolution may be typed with a point
@@ -36,7 +36,7 @@ struct Parameter {
     int record;
 };
 
-/// The names of Form1 that are A's or B's.
+/// References to the members of Form1 that belong to engine A or engine B.
 struct Names {
     // State.
     float& sngPos;      // user units
@@ -89,8 +89,8 @@ struct Names {
 struct Side : Differences, Names {
     bool running() const { return forward.Enabled || backward.Enabled; }
     form::Timer& timer(int direction) const { return direction == form::kForward ? forward : backward; }
-    /// Whether steps in this direction lead to larger positions. With units or steps per revolution below 0
-    /// those backward do.
+    /// Whether steps in this direction lead to larger positions. If units or steps per revolution are
+    /// negative, backward steps do.
     bool ascends(int direction) const {
         return (direction == form::kForward) == ((sngMMGiro < 0) == (intSteps < 0));
     }
@@ -105,7 +105,7 @@ struct Sides {
     Side a;
     Side b;
     bool anyRunning() const { return a.running() || b.running(); }
-    /// How long the next step of either is away; the longest time there is while both stand.
+    /// The time until the next step of either engine; the maximum of the type while both stand.
     std::chrono::nanoseconds untilStep() const;
     /// The step timers of both.
     std::array<form::Timer*, 4> timers() const { return {&a.forward, &a.backward, &b.forward, &b.backward}; }

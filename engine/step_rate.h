@@ -8,18 +8,19 @@
 
 namespace engine {
 
-/// Steps made beside steps due, of each engine: the rate that is left where a slow board holds the engines
-/// back.
+/// Counts the steps due and the steps made of each engine, to show the real step rate when a slow USB board
+/// limits it.
 class StepRate {
   public:
     /// A step of the engine was due. It was not made when the outputs were not ready.
     void count(int motor, bool made);
-    /// The measured and the set rate of each running engine that fell behind since the last call, "Engine 1:
-    /// 118 of 200 steps/s (USB board)"; empty when all kept up.
+    /// A text with the measured and the set rate of each running engine that was too slow since the last
+    /// call: "Engine 1: 118 of 200 steps/s (USB board)". Empty if no engine was too slow.
     std::string takeText(const Sides& sides);
 
   private:
-    /// An engine that makes fewer of the due steps falls behind: a single late report does not count.
+    /// An engine that makes less than this share of its due steps is too slow; a single late report does not
+    /// count.
     static constexpr double kKeepsUp = 0.95;
 
     struct Counts {

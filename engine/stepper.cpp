@@ -8,7 +8,7 @@ namespace engine {
 
 namespace {
 
-/// The index that follows in the direction of travel. Only an index that leaves its range wraps.
+/// The next index in the direction of travel. The index wraps only when it leaves its range.
 form::Int16 nextIndex(form::Int16 index, int direction, int phases) {
     if (direction == form::kForward) {
         index += 1;
@@ -32,7 +32,7 @@ Stepper::Stepper(form::Form1& form, form::Boxes& boxes, OutputPorts& outputs, Mo
 }
 
 void Stepper::tick(const Side& side, int direction) {
-    // A pattern that never reached the coils would part the position from them.
+    // Each pattern must reach the coils; otherwise the position would no longer match the rotor.
     const bool ready = outputs_.ready(side);
     if (form_.chkUsbOn.ticked()) rate_.count(side.motor, ready);
     if (!ready) return;
@@ -61,7 +61,8 @@ void Stepper::tmrUsb_Timer() {
 
 bool Stepper::atLimit(const Side& side, int direction) const {
     if (isRotor() && isBlocked && isBlocked(side, side.ascends(direction))) return true;
-    // Engine B's limit holds in Satellite Rotor too, although B moves another position there.
+    // Engine B's limit holds in Satellite Rotor too, although it is compared with sngPosB, which does not
+    // change there.
     if (side.rotorHasNoLimit && isRotor()) return false;
     const form::Int16 rounded = runtime::roundToInt16(side.sngPos);
     return side.ascends(direction) ? rounded >= kEndOfRun : rounded <= -kEndOfRun;

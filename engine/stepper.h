@@ -9,11 +9,12 @@
 
 namespace engine {
 
-/// Beyond this many user units, either way, an engine is at the end of its run.
+/// The end of run: this many user units in either direction.
 constexpr int kEndOfRun = 999;
 
-/// The step timers: each tick puts the next coil pattern out and moves the position by one step. While the
-/// outputs have not taken an engine's last pattern, its ticks pass by, so that the rate follows the device.
+/// Handles the ticks of the step timers: each tick writes the next coil pattern and moves the position by one
+/// step. Until the outputs have taken an engine's last pattern, its ticks make no step, so the step rate
+/// follows the device.
 class Stepper {
   public:
     Stepper(form::Form1& form, form::Boxes& boxes, OutputPorts& outputs, Motion& motion);
@@ -23,18 +24,18 @@ class Stepper {
     void Timer3_Timer() { tick(sides_.b, form::kBackward); }
     void Timer4_Timer() { tick(sides_.b, form::kForward); }
 
-    /// Once a second while the USB box is ticked: finds a board that is gone though no engine runs, and shows
-    /// the rate that is left where a slow one holds the engines back.
+    /// Runs once a second while the USB box is ticked: notices a lost board even if no engine runs, and shows
+    /// the real step rate if a slow board limits it.
     void tmrUsb_Timer();
 
     void chkHalfStep_Click() { changeStepMode(sides_.a); }
     void chkHalfStepB_Click() { changeStepMode(sides_.b); }
 
-    /// Caption, mode and multiplier as the step mode box stands.
+    /// Sets caption, mode and multiplier from the step mode box.
     static void applyStepMode(const Side& side);
 
-    /// In Satellite Rotor: whether the machine must not turn on towards larger positions (`up`), or smaller
-    /// ones. Asked before each step.
+    /// In Satellite Rotor, called before each step: whether the engine must not move towards larger positions
+    /// (`up`) or smaller positions (not `up`).
     std::function<bool(const Side& side, bool up)> isBlocked;
 
   private:
@@ -43,11 +44,11 @@ class Stepper {
     /// Writes phase `index` of a sequence and moves the position. False when the sequence has no such phase.
     template <class Sequence>
     bool writePhase(const Side& side, int direction, const Sequence& sequence, form::Int16 index);
-    /// subApos, subAneg, subBpos and subBneg in one: once for each step that was made.
+    /// subApos, subAneg, subBpos and subBneg in one: called once for each step made.
     void move(const Side& side, int direction);
-    /// Whether the step that was made has reached the end of run.
+    /// Whether the step has reached the end of run.
     bool atEndOfRun(const Side& side, int direction) const;
-    /// Whether it has reached or passed the target.
+    /// Whether the step has reached or passed the target.
     bool atTarget(const Side& side, int direction) const;
     void changeStepMode(const Side& side);
     bool isRotor() const { return form_.intFunzione == form::kSatelliteRotor; }

@@ -5,7 +5,7 @@
 
 namespace form {
 
-/// Every box and dialog of the program goes through here, so that it is known whether one is open.
+/// Shows every box and dialog of the program, so that the program knows whether a box is open.
 class Boxes {
   public:
     explicit Boxes(platform::Dialogs& dialogs) : dialogs_(dialogs) {}
@@ -22,12 +22,12 @@ class Boxes {
     std::optional<std::uint32_t> chooseColour(std::uint32_t initial, const std::string& title);
     /// Shows a dialog until it is unloaded.
     void showModal(Form& form);
-    /// Leaves all dialogs without saving, the last one first.
+    /// Cancels all dialogs without saving, the last opened first.
     void cancelDialogs();
 
-    /// The window's way to show a dialog; returns when it has been unloaded.
+    /// Set by the window: shows a dialog and returns when the dialog has been unloaded.
     std::function<void(Form&)> modalWindow;
-    /// Called before a box takes the input away from the main window.
+    /// Called before a box takes the input focus from the main window.
     std::function<void()> onOpening;
 
   private:

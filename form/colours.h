@@ -4,8 +4,8 @@
 
 namespace form {
 
-/// A colour as users and files have it: blue-green-red (255 is pure red). With the top bit set it names a
-/// colour of the user's palette instead.
+/// A colour as stored in files: blue-green-red (255 is pure red). If the top bit is set, it is the number of
+/// a colour in the user's palette.
 using Colour = std::uint32_t;
 
 constexpr Colour kBlack = 0;
@@ -13,7 +13,7 @@ constexpr Colour kRed = 255;
 constexpr Colour kGreen = 0xC000;       // off, safe, disconnected
 constexpr Colour kBrightGreen = 0xFF00; // a test connection that works
 constexpr Colour kYellow = 0xFFFF;      // an entry being edited
-constexpr Colour kAmber = 0x00BFFF;     // needs a look
+constexpr Colour kAmber = 0x00BFFF;     // warning
 
 constexpr Colour kPaletteBit = 0x80000000;
 constexpr Colour kWindowBackground = 0x80000005;

@@ -18,7 +18,7 @@ class ControlObserver {
     virtual void frontWanted(Control& control) = 0;
 };
 
-/// A window or dialog: its controls, and the place where errors of its handlers arrive.
+/// A window or dialog: its controls, and the handler for errors of its event handlers.
 class Form {
   public:
     explicit Form(std::string name) : name_(std::move(name)) {}
@@ -31,16 +31,16 @@ class Form {
 
     std::string Caption;
 
-    /// Runs `body` as an event from outside: what it throws goes to `onError` and ends there.
+    /// Runs `body` as an event from outside: `onError` receives its exceptions.
     void guard(const std::function<void()>& body);
     std::function<void(const std::exception&)> onError;
     /// Called after each event from outside.
     std::function<void()> onEventEnd;
 
-    /// Takes the window off the screen; `onUnload` is the window's side of it.
+    /// Closes the window or dialog; the window sets `onUnload`.
     void unload();
     std::function<void()> onUnload;
-    /// The user leaves the dialog without saving: what its Cancel does, where that is more than to unload it.
+    /// The user leaves the dialog without saving. Set if Cancel does more than unload the dialog.
     void cancel();
     std::function<void()> onCancel;
     void beep();
@@ -76,7 +76,7 @@ class Property {
     T value_;
 };
 
-/// Something that happens to a control. It has one handler, which a subsystem attaches.
+/// An event of a control. It has one handler, which a subsystem attaches.
 template <class... Args>
 class Event {
   public:

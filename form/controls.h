@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-/// The kinds of controls, without behaviour of their own beyond what is said here.
+/// The kinds of controls. They do only what the comments here say.
 namespace form {
 
 class Label : public Control {
@@ -56,8 +56,8 @@ class CheckBox : public Control {
     }
 };
 
-/// One of a group of which at most one is selected; the group's owner clears the others. Setting Value to
-/// true raises Click.
+/// An option of a group. At most one option is selected; the group's owner clears the others. Setting Value
+/// to true raises Click.
 class OptionButton : public Control {
   public:
     OptionButton(Form& form, std::string name, std::string caption = {})
@@ -76,8 +76,8 @@ class OptionButton : public Control {
     }
 };
 
-/// A change of Value from code raises Change, as the user's scrolling does. Values outside Min to Max become
-/// the nearer end.
+/// A change of Value from code raises Change, as the user's scrolling does. A value outside Min to Max
+/// becomes the nearer limit.
 class ScrollBar : public Control {
   public:
     struct Range {

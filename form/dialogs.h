@@ -5,7 +5,7 @@
 #include "form/timer.h"
 #include "runtime/checked.h"
 
-/// The dialogs' state. Each is made when it is opened and gone when it is closed.
+/// The state of the dialogs. Each object exists only while its dialog is open.
 namespace form {
 
 /// "New Value": declares the current position of an engine.
@@ -79,7 +79,7 @@ struct FrmSatConn : Form {
     Button cmdExitSatConn{*this, "cmdExitSatConn", "Cancel"};
 };
 
-/// Settings of the program's own data server, which does not serve yet: nothing here acts.
+/// Settings of the program's own data server. The server does not exist yet, so the controls do nothing.
 struct FrmServer : Form {
     FrmServer() : Form("frmServer") { Caption = "TVNserver Configuration"; }
 
@@ -98,7 +98,7 @@ struct FrmHardware : Form {
         Caption = "Hardware and Links";
     }
 
-    static constexpr int kBridgeMilliseconds = 500; // between two looks at the bridge's state
+    static constexpr int kBridgeMilliseconds = 500; // between two updates of the bridge's state
     static constexpr const char* kTestA = "Test &1";
     static constexpr const char* kTestB = "Test &2";
 
@@ -106,7 +106,7 @@ struct FrmHardware : Form {
     TextBox txtPortAddress{*this, "txtPortAddress"};
     ComboBox cmbUsb;
     Button cmdTestA{*this, "cmdTestA", kTestA}, cmdTestB{*this, "cmdTestB", kTestB};
-    Label lblTest{*this, "lblTest"}; // the coil that is lit
+    Label lblTest{*this, "lblTest"}; // the energised coil
     Timer tmrCoilTest;
     TextBox txtN1mmListen{*this, "txtN1mmListen"};
     TextBox txtTrackingServer{*this, "txtTrackingServer"};
@@ -120,7 +120,7 @@ struct FrmHardware : Form {
     Button cmdExitHardware{*this, "cmdExitHardware", "Cancel"};
 };
 
-/// "Rotator": what the machine can do, and when it rests.
+/// "Rotator": the ranges of the rotator, and when it parks.
 struct FrmRotator : Form {
     FrmRotator() : Form("frmRotator") { Caption = "Rotator"; }
 

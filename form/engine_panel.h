@@ -46,7 +46,7 @@ struct EnginePanel {
     bool bolMemA = false, bolMemB = false; // running towards the target
     float sngTargetA = 0, sngTargetB = 0;
 
-    // Targets in degrees, where Satellite Rotor moves to one.
+    // Targets in degrees, in Satellite Rotor.
     bool bolTargetAz = false, bolTargetEl = false; // running towards the target
     float sngTargetAz = 0, sngTargetEl = 0;
 
@@ -72,7 +72,7 @@ struct EnginePanel {
     Timer Timer2; // A backward
     Timer Timer3; // B backward: the numbering is not parallel between the engines
     Timer Timer4; // B forward
-    Timer tmrUsb; // looks after the USB board while its box is ticked
+    Timer tmrUsb; // checks the USB board while its box is ticked
 
     Label lblEngineA{form_, "lblEngineA", "Engine 1"}, lblEngineB{form_, "lblEngineB", "Engine 2"};
     Shape out1{form_, "out1"}, out2{form_, "out2"}, out3{form_, "out3"}, out4{form_, "out4"};
@@ -82,7 +82,7 @@ struct EnginePanel {
     Label Label2{form_, "Label2", "0"}, Label8{form_, "Label8", "0"};           // positions of A and B
     Label lblAzimut{form_, "lblAzimut", "0"}, lblElev{form_, "lblElev", "0"};
     Label lblUnitA{form_, "lblUnitA"}, lblUnitB{form_, "lblUnitB"};
-    Label lblUsoA{form_, "lblUsoA"}, lblUsoB{form_, "lblUsoB"}; // what drives the engine: a memory, "Manual"
+    Label lblUsoA{form_, "lblUsoA"}, lblUsoB{form_, "lblUsoB"}; // what moves the engine: a label, "Manual"
 
     Button cmdAv{form_, "cmdAv", "Run >"}, cmdInd{form_, "cmdInd", "< Run"};
     Button cmdAvB{form_, "cmdAvB", "Run >"}, cmdIndB{form_, "cmdIndB", "< Run"};
@@ -111,7 +111,7 @@ struct EnginePanel {
     CheckBox chkUsbOn{form_, "chkUsbOn", "USB Off"};
     Label lblUsb{form_, "lblUsb", "USB Card 0 disconnected"};
     Label lblRuns{form_, "lblRuns"};       // the speeds as they run, and the time of the ramp
-    Label rateNotice{form_, "rateNotice"}; // measured rates, where the USB board holds the engines back
+    Label rateNotice{form_, "rateNotice"}; // measured step rates, if the USB board slows the engines
 };
 
 } // namespace form

@@ -8,7 +8,7 @@
 
 namespace form {
 
-/// Characters of a frequency that tell one band from another, and one memory from another.
+/// The number of leading characters of a frequency that distinguish bands and memories.
 constexpr std::size_t kKeyCharacters = 2;
 
 /// A program that reports the transceiver's frequency. radio::FrequencySources lists them all.
@@ -28,20 +28,21 @@ class FrequencySource {
 
     /// Connects, at once or later. The state shows in lblAutoMemConn.
     virtual void connect() = 0;
-    /// Ends the connection, or the attempt at one; nothing happens where there is neither.
+    /// Ends the connection or the connection attempt, if there is one.
     virtual void release() = 0;
-    /// Looks after the connection, at each tick of tmrFastMem.
+    /// Checks the connection; called at each tick of tmrFastMem.
     virtual void poll() {}
 
-    /// Whether there is anything to derive a key from. If not, the tick ends before it compares anything.
+    /// Whether there is a frequency to derive a key from. If not, the tick compares nothing.
     virtual bool hasFrequency() const { return true; }
-    /// Whether the connection is in a state in which another band is announced.
+    /// Whether the connection is in a state in which a band change is announced.
     virtual bool announcesBands() const = 0;
-    /// What memories compare with the beginning of their labels: "14", "7."; other texts match none.
+    /// The key that is compared with the beginning of the memories' labels: "14", "7.". Any other text
+    /// matches no memory.
     virtual std::string key() const = 0;
-    /// The frequency as exactly as the program reports it; nothing where it is not known.
+    /// The frequency, as exact as the program reports it; empty if unknown.
     virtual std::optional<std::int64_t> hertz() const = 0;
-    /// Whether the transceiver transmits; false where the program does not say.
+    /// Whether the transceiver transmits; false if the program does not report it.
     virtual bool transmitting() const { return false; }
 };
 

@@ -2,8 +2,8 @@
 
 namespace form {
 
-/// Key filters of text boxes: they set a character that may not be typed to 0. Backspace is discarded
-/// too: a wrong digit is typed over, or removed with Delete.
+/// Key filters of text boxes: they set a character that may not be typed to 0. They discard Backspace too:
+/// the user types over a wrong digit or removes it with Delete.
 inline void keepRange(int& character, int first, int last) {
     if (character < first || character > last) character = 0;
 }

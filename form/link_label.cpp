@@ -29,7 +29,8 @@ void LinkLabel::open() {
         });
     };
     events.closed = [this] {
-        // The link object is telling us this: it goes with the next opening or closing.
+        // This is a call from the link object, so it cannot be destroyed here. The next open or close
+        // destroys it.
         LinkMode.load(kNone);
         ended();
     };

@@ -35,7 +35,7 @@ struct MemoryPanel {
     runtime::Int16 intMemSlowDist; // position units below which a recall moves slowly
     bool bolAutoMemByJog = false;  // a jog has switched automatic recall off
     std::string strFreqPrev;       // the source's text at the end of the previous tick
-    std::string strFreqKey;        // what is compared with the labels: MHz digits, or the band name
+    std::string strFreqKey;        // the key compared with the labels: MHz digits or the band name
     bool bolFreqChanged = false;
     bool bolAutoOffFire = false; // the automatic outputs-off has fired
     bool bolBandMode = false;

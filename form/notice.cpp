@@ -13,7 +13,7 @@ Notice::Notice(Form& form, const std::string& name, platform::Timers& timers)
 
 void Notice::tell(const std::string& text) {
     Caption = text;
-    ToolTip = text; // whole, where the status bar has too little room
+    ToolTip = text; // the full text, in case the status bar is too narrow
     age_.Enabled = false;
     age_.Enabled = true;
 }

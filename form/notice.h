@@ -5,8 +5,8 @@
 
 namespace form {
 
-/// A short message in the status bar: why something did not happen, or what the program does instead. It goes
-/// by itself once it could be read; a newer message takes its place.
+/// A short message in the status bar: why something did not happen, or what the program does instead. It
+/// disappears after a time long enough to read it; a newer message replaces it.
 class Notice : public Label {
   public:
     static constexpr int kMilliseconds = 8000;

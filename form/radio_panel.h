@@ -9,7 +9,7 @@ namespace form {
 /// Values of intConnProgrTuner.
 enum FrequencyProgram { kNoProgram = 0, kHamRadioDeluxe = 1, kLogger32 = 2, kN1mmLogger = 3 };
 
-/// The transceiver's frequency: one label for each program, of which the chosen one is in front.
+/// The transceiver's frequency: one label for each program; the chosen program's label is in front.
 struct RadioPanel {
     RadioPanel(Form& form, platform::DdeLinks& links) : form_(form), lblFreqRx(form, "lblFreqRx", links) {
         cmdAutoMemConn.BackColor = kGreen;

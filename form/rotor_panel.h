@@ -7,9 +7,9 @@
 
 namespace form {
 
-/// What the sky plot shows beside antenna and target. Degrees of the machine.
+/// What the sky plot shows besides antenna and target. In degrees of the rotator.
 struct RotorPlan {
-    bool moves = false; // the antenna is to go to this place
+    bool moves = false; // the antenna moves to this place
     double azimuth = 0, elevation = 0;
     double azimuthMin = 0, azimuthMax = 360; // the range's ends
     bool operator==(const RotorPlan&) const = default;
@@ -24,7 +24,7 @@ struct RotorPanel {
 
     static constexpr int kRefreshMilliseconds = 200;
     static constexpr int kStatePollMilliseconds = 500;
-    /// After so much silence, bytes without a line end are taken as a line.
+    /// After this silence, bytes without a line end count as a line.
     static constexpr int kSilenceMilliseconds = 100;
 
     RotorPanel(Form& form, platform::Timers& timers, platform::DdeLinks& links)
@@ -56,7 +56,7 @@ struct RotorPanel {
     CheckBox chkOpenCom{form_, "chkOpenCom", "SatPC32"};
     Label lblOpenCom{form_, "lblOpenCom", "Connect"}; // state of the tracking link
 
-    Label lblRotctld{form_, "lblRotctld"}; // where other programs turn the rotor, and how many
+    Label lblRotctld{form_, "lblRotctld"}; // the address for rotator programs, and how many are connected
 
     Button cmdConnect{form_, "cmdConnect", "0"};          // Orbitron's link: "0" closed, "I" open
     CheckBox chkRotOnOff{form_, "chkRotOnOff", "Follow"}; // automatic following
@@ -80,8 +80,8 @@ struct RotorPanel {
     Label lblAzRx{form_, "lblAzRx"}, lblElRx{form_, "lblElRx"}; // received, offsets added
 
     // What moves the antenna.
-    Label lblSource{form_, "lblSource"};         // whose target it is, or that it is lost
-    Label lblRotorState{form_, "lblRotorState"}; // what the antenna does, and how long
+    Label lblSource{form_, "lblSource"};         // the program that holds the target, or "lost"
+    Label lblRotorState{form_, "lblRotorState"}; // what the antenna does, and for how long
     Button cmdPark{form_, "cmdPark", "Park"};
     TextBox txtPointAz{form_, "txtPointAz"}, txtPointEl{form_, "txtPointEl"}; // degrees
     Button cmdPoint{form_, "cmdPoint", "Point"};

@@ -55,12 +55,12 @@ struct ShellPanel {
     // Settings of the general settings dialog: the jog keys and the alarms.
     std::string strCW1, strCCW1, strCW2, strCCW2;
     bool bolAllarmi = false;
-    bool bolAllarmePOF = false; // alarm of the power-off; no setting turns it on
+    bool bolAllarmePOF = false; // alarm at power-off; no setting turns it on
 
     Frame framTuner{form_, "framTuner"}, framSat{form_, "framSat"};
     StatusBar StatusBar1{form_, "StatusBar1"};
-    Notice notice;                     // why something did not start, where panel 2 would be cleared too soon
-    Label lblClock{form_, "lblClock"}; // how the step clock is scheduled, where the user asked for real time
+    Notice notice;                     // why something did not start; panel 2 would be cleared too soon
+    Label lblClock{form_, "lblClock"}; // how the step clock is scheduled, if the user asked for real time
 
     Menu mnuLoadConfig{form_, "mnuLoadConfig", "&Load Config…"};
     Menu mnuSaveConfig{form_, "mnuSaveConfig", "&Save Config…"};

@@ -15,13 +15,13 @@ class Timer : public Control {
     Property<bool> Enabled{*this, false};
     Event<> Tick{*this};
 
-    /// Ticks with another period, above 0, until Interval or Enabled changes, and keeps the schedule: the
-    /// next tick comes one new period after the moment at which the last one was due. May be called from the
-    /// tick. Does nothing while the timer stands.
+    /// Uses another period, above 0, until Interval or Enabled changes. The schedule is kept: the next tick
+    /// is due one new period after the last tick was due. May be called from the tick. Does nothing if the
+    /// timer is stopped.
     void setPeriod(std::chrono::nanoseconds period);
-    /// The period in force; 0 while the timer stands.
+    /// The period in force; 0 if the timer is stopped.
     std::chrono::nanoseconds period() const { return period_; }
-    /// How long the next tick is away; below 0 when it is overdue. Of a timer that runs.
+    /// The time until the next tick, negative if the tick is overdue. Precondition: the timer runs.
     std::chrono::nanoseconds untilTick() const { return clock_->untilTick(); }
 
   protected:

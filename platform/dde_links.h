@@ -6,14 +6,14 @@
 
 namespace platform {
 
-/// What a link tells its owner, always on the user-interface thread.
+/// The events of a link, always on the user-interface thread.
 struct DdeEvents {
     std::function<void()> opened;
-    /// The server did not answer; the link is over.
+    /// The server did not answer; the link has ended.
     std::function<void()> failed;
-    /// The item's text, at the opening and at each change.
+    /// Called with the item's text, after opening and at each change.
     std::function<void(const std::string&)> changed;
-    /// The server ended the link; the link is over.
+    /// The server has ended the link.
     std::function<void()> closed;
 };
 

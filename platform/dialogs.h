@@ -16,13 +16,14 @@ class Dialogs {
     virtual ~Dialogs() = default;
     /// True when the user answered OK.
     virtual bool message(const std::string& text, const std::string& title, Icon icon, Buttons buttons) = 0;
-    /// The text, or nothing when the user cancelled. `proposed` is selected.
+    /// The text entered; empty if the user cancelled. `proposed` is preset and selected.
     virtual std::optional<std::string> input(const std::string& prompt, const std::string& title,
                                              const std::string& proposed) = 0;
-    /// A chosen path, or nothing. `filter` is "description|pattern": "Config File (*.cfg)|*.cfg".
+    /// The chosen path; empty if the user cancelled. `filter` is "description|pattern": "Config File
+    /// (*.cfg)|*.cfg".
     virtual std::optional<std::string> openFile(const std::string& filter) = 0;
     virtual std::optional<std::string> saveFile(const std::string& filter) = 0;
-    /// A blue-green-red colour (255 is pure red), or nothing.
+    /// The chosen colour, blue-green-red (255 is pure red); empty if the user cancelled.
     virtual std::optional<std::uint32_t> chooseColour(std::uint32_t initial, const std::string& title) = 0;
 };
 

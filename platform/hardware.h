@@ -5,7 +5,7 @@
 
 namespace platform {
 
-/// What the user chooses about devices and links, in the words of the command line.
+/// The user's choice of devices and links, in the form of the command line.
 struct HardwareSettings {
     /// "simulated", a device "/dev/parportN", an I/O address "0x378", or "auto": /dev/parport0 where it can
     /// be claimed, else simulated.
@@ -24,25 +24,25 @@ struct HardwareSettings {
 class Hardware {
   public:
     virtual ~Hardware() = default;
-    /// Those that were chosen.
+    /// The chosen settings.
     virtual const HardwareSettings& settings() const = 0;
-    /// Whether the printer port that was chosen is the one in use, and has taken all that was written so far.
+    /// Whether the chosen printer port is in use and has accepted all writes so far.
     virtual bool portWorks() const = 0;
-    /// Whether the command line gave this one, so that it cannot be changed until the next start.
+    /// Whether the command line gave this setting, so that it cannot be changed until the next start.
     virtual bool isFixed(std::string HardwareSettings::*setting) const = 0;
-    /// Goes over to other devices and links. The outputs are off, and another USB board is closed meanwhile.
-    /// Throws runtime::ObjectError, naming what was refused; all is then as it was, as far as it can be had
-    /// back.
+    /// Switches to other devices and links. Precondition: the outputs are off. Closes the previous USB board
+    /// if another board is chosen. Throws runtime::ObjectError, naming what was refused; the previous devices
+    /// are then restored as far as possible.
     virtual void use(const HardwareSettings& settings) = 0;
-    /// Tries the chosen printer port once more. Throws runtime::ObjectError, naming what was refused; the
-    /// outputs are then simulated.
+    /// Tries the chosen printer port again. Throws runtime::ObjectError, naming what was refused; the outputs
+    /// are then simulated.
     virtual void openPortAnew() = 0;
-    /// Stores the settings for the next start; a fixed one stays stored as it was. Throws
+    /// Stores the settings for the next start; the stored value of a fixed setting is not changed. Throws
     /// runtime::FileError.
     virtual void keep() = 0;
     /// The devices "/dev/parportN" of this computer.
     virtual std::vector<std::string> printerPorts() const = 0;
-    /// What the status bar calls the printer port: "/dev/parport0", "simulated".
+    /// The name of the printer port in the status bar: "/dev/parport0", "simulated".
     virtual std::string outputsName() const = 0;
     /// The state of the link to the bridge, in one line: "bridge 127.0.0.1:7380 connected".
     virtual std::string bridgeStateText() const = 0;

@@ -7,19 +7,19 @@
 
 namespace platform {
 
-/// A small file whose memory outlives the program: a kill leaves in it what was stored last.
+/// A small memory-mapped file: after a crash or a kill it contains what was stored last.
 class PositionFile {
   public:
     virtual ~PositionFile() = default;
-    /// What a program left that did not end in order; nothing when there is no file. Throws
-    /// runtime::FileError when there is one that cannot be read or is no plain file.
+    /// The content left by a program that did not end in order; empty if there is no file. Throws
+    /// runtime::FileError if the file is unreadable or not a plain file.
     virtual std::optional<std::string> leftOver() = 0;
-    /// Puts a new file with these bytes in place of any other, and returns its memory, which stays until the
-    /// file is removed. Throws runtime::FileError; an older file is then as it was.
+    /// Creates a file with these bytes, replacing an old file, and returns its memory, which is valid until
+    /// remove(). Throws runtime::FileError; then an old file is unchanged.
     virtual std::span<std::byte> create(std::span<const std::byte> bytes) = 0;
-    /// The memory has changed: within a second the disk holds it too. Makes no system call.
+    /// Call after changing the memory: the change is on the disk within a second. Makes no system call.
     virtual void changed() = 0;
-    /// Takes the file away: the program ends in order.
+    /// Removes the file at an orderly end.
     virtual void remove() = 0;
 };
 

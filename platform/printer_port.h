@@ -2,18 +2,18 @@
 
 namespace platform {
 
-/// The data register of a PC printer port, or what stands for it: eight outputs, of which one at a time is
-/// changed. A register puts each change out at once; a slower device collects them and puts out patterns.
-/// All calls throw runtime::ObjectError when the device refuses.
+/// The data register of a PC printer port, or a device that replaces it: eight outputs, changed one at a
+/// time. A register outputs each change at once; a slower device collects changes and outputs whole patterns.
+/// All calls throw runtime::ObjectError if the device refuses.
 class PrinterPort {
   public:
     virtual ~PrinterPort() = default;
     /// `bit` is the data bit, 0 to 7.
     virtual void clearBit(int bit) = 0;
     virtual void setBit(int bit) = 0;
-    /// The changes since the last call make up a pattern, which may be put out now. Never waits.
+    /// Marks the changes since the last call as a complete pattern, which may be output now. Never waits.
     virtual void endPattern() = 0;
-    /// Whether the outputs in `mask` are as the last pattern has them: always, for a register.
+    /// Whether the device has output the last pattern for the outputs in `mask`; always true for a register.
     virtual bool taken(int mask) = 0;
 };
 

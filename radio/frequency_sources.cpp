@@ -37,7 +37,7 @@ void FrequencySources::cmdAutoMemConn_Click() {
 
 void FrequencySources::disconnect() {
     if (form_.sourceConnected()) showDisconnected(form_);
-    // A link that is still being made would open beside the next program.
+    // Otherwise a connection attempt could succeed after the user has chosen another program.
     release();
 }
 

@@ -15,20 +15,20 @@ class FrequencySources {
   public:
     FrequencySources(form::Form1& form, Logger32& logger32, platform::UdpSockets& sockets);
 
-    /// The program that intConnProgrTuner names; null where it names none.
+    /// The program that intConnProgrTuner selects; null if its value is invalid.
     form::FrequencySource* chosen() const;
     /// Connects or disconnects the chosen program.
     void cmdAutoMemConn_Click();
-    /// Disconnects whatever is connected or being connected, before another program may be chosen.
+    /// Ends every connection and connection attempt, before the user chooses another program.
     void disconnect();
     /// Brings the chosen program's label to the front and names it in the status bar. Not in Satellite Rotor.
     void subSelTunerProgr();
-    /// The main window goes: whatever is connected is let go.
+    /// Ends every connection, when the main window closes.
     void release();
 
   private:
     form::Form1& form_;
-    std::vector<std::unique_ptr<form::FrequencySource>> all_; // in the order in which they are released
+    std::vector<std::unique_ptr<form::FrequencySource>> all_; // in the order of disconnecting
 };
 
 } // namespace radio

@@ -14,7 +14,7 @@ std::string keyOfMegahertz(std::string_view text);
 std::string keyOfKilohertz(std::string_view text);
 
 /// The hertz of a frequency in megahertz: "14.0255", "14,0255", "14.025.500" and " 7.050.000" alike. Digits
-/// below a hertz are cut off. Nothing for 0 and for any other text.
+/// below a hertz are cut off. Empty for 0 and for any other text.
 std::optional<std::int64_t> hertzOfMegahertz(std::string_view text);
 
 } // namespace radio

@@ -5,7 +5,7 @@
 
 namespace radio {
 
-/// Asks on this label for the link to Ham Radio Deluxe's frequency. LinkOpen or LinkError follows.
+/// Opens the label's link to Ham Radio Deluxe's frequency. LinkOpen or LinkError follows.
 void linkToHamRadioDeluxe(form::LinkLabel& label);
 
 /// Ham Radio Deluxe: a DDE link brings the frequency, in megahertz.

@@ -6,9 +6,9 @@ namespace radio {
 
 namespace {
 
-constexpr const char* kName = "Logger32"; // of the message and of the window
+constexpr const char* kName = "Logger32"; // the name of both the message and the window
 
-// What wParam says in a message of Logger32.
+// Values of wParam in Logger32's messages.
 constexpr long kSubscribe = 3; // lParam: the window that listens
 constexpr long kUnsubscribe = 4;
 constexpr long kFrequency = 100; // lParam: hertz
@@ -17,7 +17,7 @@ constexpr long kFrequency = 100; // lParam: hertz
 
 void Logger32::connect(form::Label& frequency) {
     lngMsgLogger32_ = station_.registerMessage(kName);
-    station_.findWindow(kName); // begins to look, so that the first poll knows
+    station_.findWindow(kName); // starts the search, so that the first poll has a result
     form::Form& form = frequency.form();
     lngOldWndProc_ = station_.hook(station_.ownWindow(form.name()),
                                    [this, &form, &frequency](long message, long wParam, long lParam) {

@@ -5,20 +5,20 @@
 
 namespace radio {
 
-/// What the main window and the tuner connections dialog share of Logger32: the registered message, the
-/// window that was found, and the one window-procedure hook, of which there is a single slot.
+/// The access to Logger32 that the main window and the tuner connections dialog share: the registered
+/// message, the window found, and the window-procedure hook. There can be only one hook.
 class Logger32 {
   public:
     explicit Logger32(platform::StationMessages& station) : station_(station) {}
 
-    /// Registers the message and puts the program's own window procedure on the form's window. From then on
-    /// the frequency arrives in `frequency` in the form "14.200.000", below 10 MHz with a leading blank.
+    /// Registers the message and hooks the form's window. From then on `frequency` receives texts such as
+    /// "14.200.000", with a leading blank below 10 MHz.
     void connect(form::Label& frequency);
-    /// Unsubscribes where Logger32 is known, and takes the hook off the form's window.
+    /// Unsubscribes if Logger32 was found, and unhooks the form's window.
     void disconnect(form::Form& form);
 
     enum class Sighting { Missing, New, Known };
-    /// Looks for Logger32's window and, when it has newly appeared, subscribes the form's window to it.
+    /// Looks for Logger32's window; subscribes the form's window when Logger32's window has newly appeared.
     Sighting poll(form::Form& form);
 
   private:

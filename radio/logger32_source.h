@@ -11,7 +11,7 @@ class Logger32Source : public form::FrequencySource {
   public:
     Logger32Source(form::Form1& form, Logger32& logger32);
 
-    /// The subscription follows with the next poll.
+    /// The next poll subscribes.
     void connect() override;
     void release() override;
     void poll() override;
@@ -19,7 +19,7 @@ class Logger32Source : public form::FrequencySource {
     std::string key() const override;
     std::optional<std::int64_t> hertz() const override;
 
-    /// One look at Logger32, whose window comes and goes.
+    /// Looks for Logger32's window, which may appear and disappear.
     void subFreqLog32();
 
   private:

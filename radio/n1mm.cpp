@@ -9,7 +9,7 @@ namespace radio {
 
 namespace {
 
-/// What stands behind the tag; where it is missing, from the eighth character on.
+/// The text after the tag; without the tag, the text from the eighth character on.
 std::string_view frequencyIn(std::string_view datagram) {
     constexpr std::string_view kTag = "<TXFreq>";
     constexpr std::size_t kUntaggedStart = 7;
@@ -18,7 +18,7 @@ std::string_view frequencyIn(std::string_view datagram) {
     return datagram.substr(std::min(start, datagram.size()));
 }
 
-/// The leading digits as a number; 0 where there are none, or more than it holds.
+/// The leading digits as a number; 0 if there are none or too many for the type.
 std::int64_t leadingDigits(std::string_view text) {
     std::uint64_t number = 0;
     std::from_chars(text.data(), text.data() + text.size(), number);
@@ -39,7 +39,7 @@ std::string n1mmKilohertz(std::string_view datagram) {
 }
 
 std::optional<std::int64_t> n1mmHertz(std::string_view datagram) {
-    constexpr std::size_t kMostDigits = 12; // 9.9 THz; a longer number is none
+    constexpr std::size_t kMostDigits = 12; // 9.9 THz; longer numbers are invalid
     constexpr std::int64_t kHertz = 10;
     const std::string_view text = frequencyIn(datagram);
     const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());

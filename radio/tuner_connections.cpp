@@ -70,7 +70,7 @@ void TunerConnections::choose(const Program& chosen) {
     program_ = chosen.number;
     const bool n1mm = program_ == form::kN1mmLogger;
     dialog_.cmdOn.Enabled = program_ == form::kHamRadioDeluxe;
-    // One hook at a time: a test that runs must be ended first.
+    // There can be only one hook, so a running test must be ended first.
     dialog_.cmdOnLog32.Enabled = program_ == form::kLogger32 && !dialog_.tmrLog32.Enabled;
     dialog_.Command1.Enabled = n1mm;
     dialog_.txtN1mmPortNumb.Enabled = n1mm;
@@ -80,7 +80,7 @@ void TunerConnections::choose(const Program& chosen) {
         listen();
     } else {
         closeSocket();
-        // What is greyed is what will be kept.
+        // The disabled field shows the port that Save keeps.
         showPort(std::to_string(port_.value()), false);
     }
 }
@@ -147,7 +147,7 @@ void TunerConnections::showPort(const std::string& text, bool editing) {
 }
 
 std::optional<form::Int16> TunerConnections::typedPort() {
-    // 0 can be kept, but not listened at.
+    // 0 can be stored, but the program cannot listen at port 0.
     const int lowest = program_ == form::kN1mmLogger ? 1 : 0;
     const auto port = form::portFromText(dialog_.txtN1mmPortNumb.Text, lowest);
     if (!port) dialog_.lblPortError.Caption = form::portRange(lowest);
@@ -164,7 +164,7 @@ void TunerConnections::Command1_Click() {
 }
 
 void TunerConnections::cmdSaveTConf_Click() {
-    // A port that was not touched goes back as it was read.
+    // If the user has not changed the port, the stored value is written back.
     const bool edited = dialog_.txtN1mmPortNumb.Text.get() != std::to_string(port_.value());
     if (edited && dialog_.txtN1mmPortNumb.Enabled) {
         const auto port = typedPort();

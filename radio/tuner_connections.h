@@ -12,8 +12,8 @@
 
 namespace radio {
 
-/// The dialog that chooses the frequency program and tries each connection out. Its test connections are its
-/// own: the main window's is not touched.
+/// The dialog in which the user chooses the frequency program and tests each connection. The dialog uses its
+/// own test connections, not the main window's connection.
 class TunerConnections {
   public:
     TunerConnections(form::Form1& main, form::FrmTunerConn& dialog, config::RecordFile& file,
@@ -33,18 +33,18 @@ class TunerConnections {
     struct Program {
         int number; // record 64
         form::OptionButton& option;
-        form::Label& received; // by its try
+        form::Label& received; // shows the frequency received in the test
     };
     void attachLinkTest();
     void attachPortEntry();
     void choose(const Program& chosen);
-    /// Who chooses N1MM Logger by hand gets the default port in place of 0.
+    /// When the user chooses N1MM Logger, the default port replaces 0.
     void replaceZeroPort();
     void listen();
     void closeSocket();
     void showLogger32(bool connected);
     void showPort(const std::string& text, bool editing);
-    /// The port typed in; nothing, with a message beside the field, when it cannot be one.
+    /// The typed port. If it is invalid, shows a message beside the field and returns nothing.
     std::optional<form::Int16> typedPort();
 
     form::Form1& main_;

@@ -20,7 +20,7 @@ std::array<double, 3> vector(const Direction& direction) {
 } // namespace
 
 double arc(const Direction& a, const Direction& b) {
-    // By the chord: exact for small angles, where the cosine is not.
+    // Computed from the chord: unlike the cosine, it is exact for small angles.
     const auto u = vector(a);
     const auto v = vector(b);
     const double apart = std::hypot(u[0] - v[0], u[1] - v[1], u[2] - v[2]);

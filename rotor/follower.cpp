@@ -6,7 +6,7 @@
 namespace rotor {
 
 Order orderFor(const AxisState& axis, double aim, const AxisThresholds& thresholds) {
-    // Positions are singles: what differs by less than this is the same.
+    // Positions are singles: smaller differences count as equal.
     constexpr double kSame = 1e-4; // degrees
     const double error = aim - axis.position;
     const int towards = error > 0 ? 1 : -1;

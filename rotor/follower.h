@@ -4,7 +4,7 @@
 
 namespace rotor {
 
-/// An axis of the machine as it stands now.
+/// The present state of one axis of the rotator.
 struct AxisState {
     double position = 0; // degrees
     double step = 1;     // degrees of a step, above 0
@@ -12,26 +12,26 @@ struct AxisState {
     int last = 0;        // the direction in which it moved last; 0: it has not moved yet
 };
 
-/// When an axis starts, and how fast it runs. Degrees.
+/// When an axis starts, and how fast it runs. In degrees.
 struct AxisThresholds {
     double restart = 0; // the error at which a standing axis starts; at least a step
     double fast = 0;    // the error above which it runs fast; 0: always
     double reverse = 0; // the error beyond the restart at which it turns back
 };
 
-/// What an axis is to do.
+/// The command for an axis.
 struct Order {
     int direction = 0; // 1 upwards, -1 downwards, 0: stop
     bool fast = false;
-    double target = 0; // degrees: it stops on the step that reaches this
+    double target = 0; // degrees: the axis stops on the step that reaches this position
     bool operator==(const Order&) const = default;
 };
 
-/// Whether and how an axis moves towards `aim`. A target that moves on ahead of a running axis is followed
-/// without a stop.
+/// Decides whether and how an axis moves towards `aim`. A running axis follows a target that moves ahead of
+/// it without a stop.
 Order orderFor(const AxisState& axis, double aim, const AxisThresholds& thresholds);
 
-/// Follows a target with both axes. Time comes from outside.
+/// Follows a target with both axes. The caller passes the time in.
 class Follower {
   public:
     using Time = Path::Time;
@@ -48,18 +48,18 @@ class Follower {
         Order azimuth, elevation;
     };
 
-    /// Following begins, or goes on after silence: the next target is the first one.
+    /// Call when following begins, or goes on after silence: forgets the previous targets.
     void reset();
-    /// A whole new target.
+    /// Takes a new complete target.
     void take(const Direction& target, const Axes& axes, const Settings& settings);
-    /// What both axes are to do, so much time after the last call.
+    /// Returns the commands for both axes; `time` is the time since the last call.
     Orders look(Time time, const Axes& axes, const Settings& settings);
 
     const Path& path() const { return path_; }
-    /// The target is too low to be followed.
+    /// Whether the target is too low to be followed.
     bool below() const { return below_; }
 
-    /// The last look has begun a turn to the other end of the range.
+    /// Whether the last call of look began a turn to the other end of the range.
     bool turnedRound() const { return turnedRound_; }
 
   private:

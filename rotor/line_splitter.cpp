@@ -20,7 +20,7 @@ void LineSplitter::add(std::string_view bytes) {
 }
 
 void LineSplitter::flush() {
-    // Silence ends a line that is being dropped, too.
+    // Silence also ends a line that is being dropped.
     endLine();
 }
 

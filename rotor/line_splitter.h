@@ -6,20 +6,20 @@
 
 namespace rotor {
 
-/// Cuts a stream of text into lines. A server may send several lines at once, half of one, or a position
-/// with no line end at all: what has no end yet is kept for the next bytes, until flush takes it as a line.
-/// A line that grows beyond kLongest bytes is dropped up to its end, by a line end or by silence.
+/// Cuts a stream of text into lines. A server may send several lines at once, half a line, or a position
+/// without a line end. Text without a line end is kept for the next bytes, until flush takes it as a line. A
+/// line longer than kLongest bytes is dropped up to its end; a line end or silence ends it.
 class LineSplitter {
   public:
     static constexpr std::size_t kLongest = 64U << 10; // bytes
 
-    /// `take` gets each line without its end ("\n", "\r" or both); empty lines are left out.
+    /// Calls `take` with each line, without the line end ("\n", "\r" or both); empty lines are skipped.
     explicit LineSplitter(std::function<void(const std::string&)> take) : take_(std::move(take)) {}
 
     void add(std::string_view bytes);
-    /// Nothing more has come for a while: what is there is a line.
+    /// Call after silence: takes the kept text as a line.
     void flush();
-    /// Forgets what is there: the connection it came from is gone.
+    /// Call when the connection is lost: drops the kept text.
     void clear();
     bool pending() const { return dropping_ || !line_.empty(); }
 

@@ -9,10 +9,10 @@ namespace rotor {
 namespace {
 
 constexpr double kTurn = 360;
-constexpr double kOnItsBack = 180; // elevation and azimuth of an antenna that lies over
-constexpr double kLeap = 90;       // degrees of azimuth at once
-constexpr double kEqual = 0.05;    // degrees; shorter differences decide nothing
-// Near the zenith another way is taken for a clear gain alone, or two ways would take turns.
+constexpr double kOnItsBack = 180; // a flipped antenna has azimuth + 180 and elevation 180 - elevation
+constexpr double kLeap = 90;       // degrees of azimuth between two targets
+constexpr double kEqual = 0.05;    // degrees; smaller differences do not matter
+// Near the zenith the way changes only for a clear gain; otherwise the choice could change again and again.
 constexpr double kClearGain = 0.7;
 constexpr double kClearSeconds = 1;
 
@@ -47,7 +47,7 @@ bool Path::waiting(const Ranges& ranges) const {
 Path::Worth Path::worth(const Way& way, const Direction& antenna, const Machine& machine) const {
     const Ranges& ranges = machine.ranges;
     const Direction place = position(way);
-    // Below the horizon elevation waits at its end, which reaches the target as well as can be.
+    // Below the horizon the elevation waits at its limit; this counts as reached.
     const double horizon =
         way.flipped ? std::min(place.elevation, kOnItsBack) : std::max(place.elevation, 0.0);
     const double room = drift_.value_or(0) > 0   ? ranges.azimuthMax - place.azimuth
@@ -73,7 +73,7 @@ void Path::choose(const Direction& antenna, const Machine& machine, Reason reaso
     const double north = kTurn * std::floor(target_->azimuth / kTurn);
     Way best = way_;
     Worth bestWorth = worth(best, antenna, machine);
-    // Flipped only where the elevation range reaches that far.
+    // A flipped position needs an elevation range that reaches it.
     const bool over = kOnItsBack - std::max(target_->elevation, 0.0) <= machine.ranges.elevationMax;
     for (const bool flipped : {false, true}) {
         if (flipped && !over) continue;
@@ -110,7 +110,7 @@ void Path::crossZenith(const Direction& antenna, const Machine& machine) {
 
 double Path::continued(double azimuth, const Ranges& ranges) const {
     const double change = std::remainder(azimuth - target_->azimuth, kTurn);
-    // Over the zenith both ways round are nearly as long: the one inside the range is taken.
+    // Over the zenith both ways round are nearly equally long: take the way inside the range.
     const double around = change > 0 ? change - kTurn : change + kTurn;
     const auto leaves = [&](double by) {
         return outside(position(way_).azimuth + by, ranges.azimuthMin, ranges.azimuthMax) > 0;
@@ -123,7 +123,7 @@ void Path::take(const Direction& target, const Direction& antenna, const Machine
     const bool first = !target_;
     const bool other = !first && arc(*target_, target) > kOtherTarget;
     Direction next = target;
-    // On through north: the nearest azimuth to the one before.
+    // Counts on through north: the azimuth nearest to the previous azimuth.
     if (!first) next.azimuth = continued(target.azimuth, machine.ranges);
     const bool rises = first || next.elevation >= target_->elevation;
     target_ = next;
@@ -159,7 +159,7 @@ bool Path::pass(Time time, const Direction& antenna, const Machine& machine) {
     const Path before = *this;
     choose(antenna, machine, Reason::kTurnRound);
     if (way_ == before.way_) return false;
-    // Between two ends that are nearly as far off nothing is gained.
+    // If the other end is hardly nearer to the target, turning round gains nothing.
     const double gain =
         before.worth(before.way_, antenna, machine).outside - worth(way_, antenna, machine).outside;
     if (gain >= kBeyondEnd) return true;

@@ -7,61 +7,62 @@
 
 namespace rotor {
 
-/// What the antenna can do.
+/// The ranges and speeds of the rotator.
 struct Machine {
     Ranges ranges;
     double azimuthSpeed = 1, elevationSpeed = 1; // degrees per second at the fast speeds
 };
 
-/// Which of the antenna's positions for a target: azimuth may be taken 360 degrees further on, and an antenna
-/// that turns over the top reaches the target from behind. One is taken that holds the rest of the pass, and
-/// kept through it. Time comes from outside.
+/// Chooses one of the positions in which the antenna points at the target. There may be several: azimuth plus
+/// or minus 360 degrees, and flipped positions over the zenith. Path prefers the position from which the rest
+/// of the pass can be followed, and keeps it through the pass. The caller passes the time in.
 class Path {
   public:
     using Time = std::chrono::milliseconds;
 
     static constexpr double kDriftKnown = 2;   // degrees of arc
     static constexpr double kPassBegins = 5;   // degrees of elevation; below, the choice is still open
-    static constexpr double kOtherTarget = 10; // degrees of arc at once: another satellite
-    static constexpr double kPass = 180;       // degrees of azimuth that a pass takes at most
-    static constexpr double kBeyondEnd = 3;    // degrees beyond the range's end, for so long:
+    static constexpr double kOtherTarget = 10; // degrees of arc between two targets: another satellite
+    static constexpr double kPass = 180;       // the largest change of azimuth in a pass, in degrees
+    static constexpr double kBeyondEnd = 3;    // degrees beyond the end of the range, before a turn round
     static constexpr Time kBeyondTime{2000};
-    static constexpr double kNearZenith = 80; // degrees of elevation; above, azimuth leaps
+    static constexpr double kNearZenith = 80; // degrees of elevation; above, azimuth changes fast
 
-    /// What led to the present choice.
+    /// The reason for the present choice.
     enum class Reason { kNone, kFirst, kRising, kDrift, kOtherTarget, kZenith, kTurnRound };
 
-    /// The next target is the first one: following begins, or goes on after silence.
+    /// Call when following begins, or goes on after silence: forgets the previous targets.
     void reset();
-    /// The target has set below what is followed: the next pass is chosen for anew.
+    /// The target has set: the next pass gets a new choice.
     void endPass() { risen_ = false; }
-    /// A whole new target, while the antenna stands at `antenna`.
+    /// Takes a new complete target; `antenna` is the antenna's present position.
     void take(const Direction& target, const Direction& antenna, const Machine& machine);
-    /// So much time has gone by since the last call. True when the antenna has to turn round.
+    /// `time` is the time since the last call. Returns true when the antenna must turn round.
     bool pass(Time time, const Direction& antenna, const Machine& machine);
 
     bool any() const { return target_.has_value(); }
-    /// Where the antenna is to stand, inside the ranges. There is a target.
+    /// The antenna's position for the target, limited to the ranges. Precondition: any().
     Direction aim(const Ranges& ranges) const;
     bool flipped() const { return way_.flipped; }
-    /// The antenna waits at an end of its range, the target being beyond.
+    /// Whether the target is beyond the range, so that the antenna waits at the end of its range.
     bool waiting(const Ranges& ranges) const;
-    /// The direction in which azimuth drifts, -1, 0 or 1; nothing until that is known.
+    /// The direction in which the target's azimuth drifts: -1, 0 or 1; empty while unknown.
     const std::optional<int>& drift() const { return drift_; }
-    /// Of the last choice.
+    /// The reason for the last choice.
     Reason reason() const { return reason_; }
 
   private:
-    /// A position is the target's azimuth and `turn`; flipped, its elevation counts from the other side.
+    /// A position has the azimuth of the target plus `turn`, and its elevation; flipped, 180 minus its
+    /// elevation.
     struct Way {
-        double turn = 0; // degrees: a multiple of 360, flipped of 360 and 180 more
+        double turn = 0; // degrees: a multiple of 360; flipped, plus 180
         bool flipped = false;
         bool operator==(const Way&) const = default;
     };
     struct Worth {
-        double outside; // degrees from the range; 0: reached
-        double holds;   // degrees of the rest of the pass
-        double seconds; // until the antenna is there
+        double outside; // degrees outside the range; 0: reachable
+        double holds;   // degrees of the rest of the pass that can be followed
+        double seconds; // time until the antenna is there
     };
 
     Direction position(const Way& way) const;
@@ -69,7 +70,7 @@ class Path {
     void choose(const Direction& antenna, const Machine& machine, Reason reason);
     void crossZenith(const Direction& antenna, const Machine& machine);
     double beyondEnd(const Ranges& ranges) const;
-    /// The azimuth, counted on through north from the target's.
+    /// The azimuth, counted on through north from the azimuth of target_.
     double continued(double azimuth, const Ranges& ranges) const;
 
     std::optional<Direction> target_; // azimuth counts on through north

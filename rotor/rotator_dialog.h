@@ -5,7 +5,7 @@
 
 namespace rotor {
 
-/// The dialog for what the machine can do: its ranges, where it parks, when it rests.
+/// The dialog for the rotator's ranges, its parking place, and when it parks.
 class RotatorDialog {
   public:
     RotatorDialog(form::FrmRotator& dialog, Rotor& rotor, platform::Settings& file);

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-/// What the window shows of the antenna.
+/// Shows the antenna's state in the window.
 namespace rotor {
 
 std::optional<Direction> Rotor::destination() const {

@@ -10,14 +10,14 @@
 
 namespace rotor {
 
-/// What is set about the machine, in the section [rotor] of the settings.
+/// The rotator's settings, in the section [rotor] of twinstep.ini.
 struct RotorSettings {
     Ranges ranges;
-    double followFrom = -5; // degrees of elevation from which the antenna follows, -90 to 90
-    int silence = 10;       // seconds without a word until a target is lost, 1 to 3600
-    Direction park{180, 0}; // of the machine
+    double followFrom = -5; // the antenna follows targets above this elevation, -90 to 90 degrees
+    int silence = 10;       // seconds of silence until a target is lost, 1 to 3600
+    Direction park{180, 0}; // in degrees of the rotator
     bool parkAfterPass = false;
-    bool holdElevation = false; // the coils of the elevation engine stay on while it stands
+    bool holdElevation = false; // the coils of the elevation engine stay on while the engine stands
     bool operator==(const RotorSettings&) const = default;
 };
 
@@ -25,23 +25,24 @@ inline constexpr const char* kRotorSection = "rotor";
 inline constexpr const char* kYes = "yes";
 inline constexpr const char* kNo = "no";
 
-/// One field: its name in the file, how it is read and written, and its place in the dialog.
+/// One field: its name in the file, its reader and writer, and its control in the dialog.
 struct RotorField {
     const char* name;
     std::string (*text)(const RotorSettings&);
-    /// Takes a text; false, and nothing taken, when it is none for this field.
+    /// Reads a text into the settings; returns false and changes nothing if the text is invalid.
     bool (*take)(RotorSettings&, const std::string& text);
-    const char* shape; // of a text that would be taken, in words
+    const char* shape; // describes a valid text
     form::TextBox form::FrmRotator::*box;
-    form::CheckBox form::FrmRotator::*check; // in its place, where the field is yes or no
+    form::CheckBox form::FrmRotator::*check; // instead of a text box, for yes-or-no fields
 };
 
 extern const std::array<RotorField, 7> kRotorFields;
 
-/// Why these settings do not fit together; nothing when they do.
+/// Why these settings do not go together; empty if they do.
 std::optional<std::string> faultOf(const RotorSettings& settings);
 
-/// The settings of the file. A field that is invalid keeps its default and is named in `faults`, a line each.
+/// Reads the settings from the file. An invalid field keeps its default and is named in `faults`, one line
+/// each.
 RotorSettings readRotorSettings(const platform::Settings& file, std::string& faults);
 void writeRotorSettings(platform::Settings& file, const RotorSettings& settings);
 

@@ -16,7 +16,7 @@ class SatelliteConnections {
     void Form_Load();
     void cmdSaveSatCfg_Click();
 
-    /// The saved source and port take effect at once.
+    /// Called after Save, so that source and port take effect at once.
     std::function<void()> onSaved;
 
   private:

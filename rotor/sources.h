@@ -12,25 +12,25 @@
 
 namespace rotor {
 
-/// How long the last target of a source holds.
+/// How long the last target of a source stays valid.
 enum class Hold {
-    kWhileHeard, // until the source has sent nothing whole for the silence time
-    kWhileThere, // as long as its link is open: it sends changes alone
+    kWhileHeard, // until the source has sent no complete message for the silence time
+    kWhileThere, // as long as the source's link is open: the source sends only changes
     kUntilDone, // to its end, though the source has gone; another source may take over after the silence time
 };
 
-/// A program that says where the antenna is to point; all clients of one protocol together are one.
+/// A program that sends targets for the antenna. All clients of one protocol together are one source.
 class TrackingSource {
   public:
     virtual ~TrackingSource() = default;
-    /// What the window calls it: "Orbitron", "rotctld".
+    /// The source's name in the window: "Orbitron", "rotctld".
     virtual std::string name() const = 0;
-    /// Whether targets can come from it: a link is open, a client is connected.
+    /// Whether the source can send targets: a link is open or a client is connected.
     virtual bool there() const = 0;
     virtual Hold hold() const = 0;
 };
 
-/// A source that is another class's to feed.
+/// A source whose targets another class passes on.
 class NamedSource : public TrackingSource {
   public:
     NamedSource(std::string name, Hold hold, std::function<bool()> there)
@@ -45,8 +45,8 @@ class NamedSource : public TrackingSource {
     std::function<bool()> there_;
 };
 
-/// All tracking sources, and which one of them holds the target: the first, until it is silent. Time passes
-/// only by `pass`.
+/// All tracking sources. One source holds the target: the first to send a target, until it is silent. Time
+/// passes only by calls of `pass`.
 class Sources {
   public:
     using Time = std::chrono::milliseconds;
@@ -54,38 +54,39 @@ class Sources {
 
     explicit Sources(form::Form1& form) : form_(form) {}
 
-    /// A source that lives as long as this object.
+    /// Adds a source; the source must outlive this object.
     void add(const TrackingSource& source) { all_.push_back(&source); }
     bool anyThere() const;
 
-    /// Whether a target of this source would be taken now.
+    /// Whether a target from this source would be accepted now.
     bool free(const TrackingSource& source) const;
-    /// The labels lblAzRx and lblElRx hold a whole new target of this source, offsets added: they show what
-    /// came last, from whomever. It is taken where the target is free; nothing comes from a text that is no
-    /// number.
+    /// The labels lblAzRx and lblElRx hold a new complete target from this source, offsets added; they show
+    /// the last target received from any source. The target is accepted unless another source holds the
+    /// target, and ignored if a label is not a number.
     void complete(const TrackingSource& source);
-    /// A target as the source words it, degrees: the offsets are added and the labels set. False, and nothing
-    /// set, when another source holds the target. Throws runtime::RunTimeError for a text that is no number.
+    /// A target as the source has sent it, in degrees: adds the offsets and sets the labels. Returns false
+    /// and sets nothing if another source holds the target. Throws runtime::RunTimeError if a text is not a
+    /// number.
     bool offer(const TrackingSource& source, const std::string& azimuth, const std::string& elevation);
-    /// The source said something whole that is no target; silence counts from here.
+    /// The source has sent a complete message that is not a target; the silence time restarts.
     void heard(const TrackingSource& source);
-    /// The source takes its target back, or is shut down.
+    /// The source withdraws its target, or the source has been shut down.
     void drop(const TrackingSource& source);
-    /// Nobody has a target any longer: the user has stopped the antenna, or the function has ended.
+    /// Drops the target: the user has stopped the antenna, or the function has ended.
     void forget();
 
-    /// Who holds the target; null for nobody.
+    /// The source that holds the target; null if there is none.
     const TrackingSource* holder() const { return holder_; }
-    /// The target, offsets added, while its source is not silent.
+    /// The target, offsets added; empty after its source has fallen silent.
     const std::optional<Direction>& target() const { return target_; }
-    /// The last holder fell silent, and no target has come since.
+    /// Whether the last source with a target fell silent and no target has come since.
     bool lost() const { return lost_; }
 
     void setSilence(Time silence) { silence_ = silence; }
-    /// So much time has gone by.
+    /// `time` is the time since the last call.
     void pass(Time time);
 
-    /// A whole new target has been taken.
+    /// Called when a new complete target has been accepted.
     std::function<void()> onTarget;
 
   private:

@@ -16,12 +16,12 @@ struct Threshold {
 
 std::array<Threshold, 6> thresholds(form::Form1& form);
 
-/// Thresholds are written the moment they change; offsets are written at exit.
+/// Thresholds are written when they change, offsets at exit.
 class Thresholds {
   public:
     Thresholds(form::Form1& form, config::RecordFile& file);
 
-    /// Puts the values of all bars into their labels.
+    /// Shows the values of all bars in their labels.
     void show();
 
   private:

@@ -26,7 +26,7 @@ std::vector<std::string> tokensOf(std::string_view text, std::size_t count) {
 }
 
 const std::string& token(const std::vector<std::string>& tokens, std::size_t number) {
-    // No number is longer; a window that shows one that is would be slow to draw it.
+    // No number is longer than this; drawing a much longer text would be slow.
     constexpr std::size_t kLongest = 64;
     if (number >= tokens.size() || tokens[number].size() > kLongest) throw runtime::SubscriptError();
     return tokens[number];
@@ -43,8 +43,8 @@ std::string withElevationOffset(const form::Form1& form, const std::string& degr
     return runtime::shortestText(runtime::toSingle(runtime::parseSingle(degrees) + offset));
 }
 
-/// Tokens 1 and 2 are azimuth and elevation. The raw labels show them crossed, and both take the elevation
-/// offset.
+/// Tokens 1 and 2 are azimuth and elevation. The raw labels show the two values crossed, and both values get
+/// the elevation offset.
 void readOrbitron(form::Form1& form, const std::string& text) {
     constexpr std::size_t kTokens = 3;
     const std::vector<std::string> tokens = tokensOf(text, kTokens);
@@ -69,14 +69,14 @@ void readSatPc32(form::Form1& form, const std::string& text) {
     form.lblRealAz.Caption = realAz;
 }
 
-/// The number behind the tag, in the first token that has both.
+/// The number after the tag, from the first token that has a tag and a number.
 std::string taggedNumber(const std::vector<std::string>& tokens, std::string_view tag) {
     for (const std::string& candidate : tokens) {
         if (!candidate.starts_with(tag)) continue;
         try {
             runtime::parseSingle(withoutTag(candidate));
             return withoutTag(candidate);
-        } catch (const runtime::RunTimeError&) { // A name that begins like the tag: look on.
+        } catch (const runtime::RunTimeError&) { // a satellite name that begins like the tag: go on
         }
     }
     throw runtime::TypeMismatch();
@@ -97,14 +97,14 @@ bool subSatData(form::Form1& form, const std::string& text) {
         if (form.intSatSource == kSatPc32) readSatPc32(form, text);
         return form.intSatSource == kOrbitron || form.intSatSource == kSatPc32;
     } catch (const runtime::RunTimeError&) {
-        // A malformed line is dropped in silence: the next one comes within a second.
+        // An invalid line is ignored without a message: the next line comes within a second.
         return false;
     }
 }
 
 bool readSatPc32Item(form::Form1& form, const std::string& text) {
     try {
-        // Azimuth and elevation stand right behind the name of the satellite.
+        // Azimuth and elevation follow the name of the satellite.
         constexpr std::size_t kTokens = 32;
         const std::vector<std::string> tokens = tokensOf(text, kTokens);
         const std::string azimuth = taggedNumber(tokens, "AZ");
@@ -114,7 +114,7 @@ bool readSatPc32Item(form::Form1& form, const std::string& text) {
         form.lblRealEl.Caption = elevation;
         return true;
     } catch (const runtime::RunTimeError&) {
-        return false; // dropped, as above
+        return false; // ignored, as above
     }
 }
 

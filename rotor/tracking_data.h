@@ -9,17 +9,17 @@ namespace rotor {
 /// Values of intSatSource: the program whose format the tracking text has.
 enum TrackingProgram { kOrbitron = 1, kSatPc32 = 2 };
 
-/// Puts one line of tracking text into the labels of received azimuth and elevation, offsets added. A line
-/// that is malformed in Orbitron's format leaves the labels as they were at the failing step, in SatPC32's
-/// as they were before. True when a whole new target stands there.
+/// Shows one line of tracking text in the labels of received azimuth and elevation, offsets added. An invalid
+/// line in Orbitron's format keeps the labels that were set before the invalid token; in SatPC32's format it
+/// changes no label. Returns true if the labels hold a new complete target.
 bool subSatData(form::Form1& form, const std::string& text);
 
-/// The text that SatPC32 puts into its DDE item: "SNname AZ123.4 EL45.6 UP0 …". Malformed, it changes
-/// nothing. True when a whole new target stands there.
+/// Reads the text of SatPC32's DDE item: "SNname AZ123.4 EL45.6 UP0 …". An invalid text changes nothing.
+/// Returns true if the labels hold a new complete target.
 bool readSatPc32Item(form::Form1& form, const std::string& text);
 
-/// Puts azimuth and elevation, numbers as a program words them, into the labels that are followed, offsets
-/// added. Throws runtime::RunTimeError for a text that is no number, with nothing changed.
+/// Shows azimuth and elevation in the target labels, offsets added. The texts are numbers as the program sent
+/// them. If a text is not a number, changes nothing and throws runtime::RunTimeError.
 void showReceived(form::Form1& form, const std::string& azimuth, const std::string& elevation);
 
 } // namespace rotor

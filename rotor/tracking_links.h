@@ -17,9 +17,9 @@ class TrackingLinks {
     void lblOrbitron_LinkOpen();
     void lblOrbitron_LinkClose();
     void chkOpenCom_Click();
-    /// The link to SatPC32 is about to be asked for, or has been given up.
+    /// Called before the link to SatPC32 is opened, and after it has been given up.
     std::function<void()> onSatPc32;
-    /// Satellite Rotor ends, or the program: both links are closed.
+    /// Closes both links, when Satellite Rotor or the program ends.
     void close();
 
   private:

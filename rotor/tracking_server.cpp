@@ -11,7 +11,8 @@ namespace rotor {
 
 namespace {
 
-/// By state number. The first two are the other way round from what the states mean, and stay so.
+/// Indexed by state number. Deliberate: the first two texts are swapped compared with the meaning of the
+/// states.
 constexpr std::array<const char*, 10> kStateNames = {"Open",         "Closed", "Listening",  "Waiting",
                                                      "Solving Name", "Solved", "Connecting", "Connected",
                                                      "Closing Peer", "Error"};
@@ -36,7 +37,7 @@ TrackingServer::TrackingServer(form::Form1& form, platform::TcpClients& clients,
 }
 
 int TrackingServer::port() const {
-    // A negative one comes from a damaged file only.
+    // A negative port can come only from a damaged file.
     return form_.intPortaSat < 1 ? kDefaultTrackingPort : form_.intPortaSat.value();
 }
 
@@ -76,12 +77,12 @@ void TrackingServer::lost() {
 
 void TrackingServer::received(const std::string& bytes) {
     lines_.add(bytes);
-    // Silence counts from the last bytes.
+    // The silence time starts after the last bytes.
     form_.tmrTrackingSilence.Enabled = false;
     form_.tmrTrackingSilence.Enabled = lines_.pending();
 }
 
-/// A state of the server that no longer counts gives its place up to that of the links.
+/// Replaces the server's state in the label by the state of the Orbitron link.
 void TrackingServer::hideState() {
     if (!std::exchange(stateShown_, false)) return;
     form_.lblOpenCom.Caption = form_.lblOrbitron.isOpen() ? "Connected" : "Connect";

@@ -10,19 +10,19 @@
 
 namespace rotor {
 
-/// TCP port of the tracking server unless another is set.
+/// Default TCP port of the tracking server.
 constexpr int kDefaultTrackingPort = 6969;
 
-/// The client of the tracking server. While Satellite Rotor is on it keeps connected: after a loss it tries
-/// again 1, 2, 4 … and at most 30 seconds later.
+/// The client of the tracking server. It stays connected while Satellite Rotor is on. After a loss it tries
+/// again after 1, 2, 4 … and at most 30 seconds.
 class TrackingServer {
   public:
     TrackingServer(form::Form1& form, platform::TcpClients& clients, Sources& sources, std::string host);
 
-    /// From the next use on.
+    /// Takes effect at the next connection.
     void setHost(const std::string& host) { host_ = host; }
-    /// Connects, or connects anew when host or port has changed. Leaves while the link to SatPC32 is asked
-    /// for, which needs the place where the state shows.
+    /// Connects, or reconnects if host or port has changed. Disconnects while SatPC32 is ticked: SatPC32's
+    /// link uses the same label for its state.
     void use();
     void leave();
     /// Timer5: shows the connection's state, in SatPC32's format only.

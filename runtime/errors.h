@@ -5,7 +5,7 @@
 
 namespace runtime {
 
-/// What a handler cannot go on from. Each kind has the number and the text that users read.
+/// An error that ends a handler. Each kind has the number and the text that users read.
 class RunTimeError : public std::runtime_error {
   public:
     RunTimeError(int number, const std::string& text) : std::runtime_error(text), number_(number) {}
@@ -25,7 +25,7 @@ struct SubscriptError : RunTimeError {
 
 struct DivisionByZero : RunTimeError {
     DivisionByZero() : RunTimeError(11, "Division by zero") {}
-    /// `reason` tells the user which value is to blame.
+    /// `reason` names the faulty value for the user.
     explicit DivisionByZero(const std::string& reason) : RunTimeError(11, "Division by zero: " + reason) {}
 };
 

@@ -6,7 +6,7 @@ namespace {
 
 constexpr int kHalfA = 15, kHalfB = 240;
 
-/// The halves in which a bit is set.
+/// The mask of the halves that contain a set bit.
 int halves(int bits) {
     return ((bits & kHalfA) != 0 ? kHalfA : 0) | ((bits & kHalfB) != 0 ? kHalfB : 0);
 }

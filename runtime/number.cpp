@@ -59,7 +59,8 @@ double parseNumber(std::string_view text) {
     std::string_view body = digits;
     const bool negative = body.starts_with('-');
     if (negative || body.starts_with('+')) body.remove_prefix(1);
-    // from_chars also reads "inf" and "nan", which are no entries: a number shows a digit or its point first.
+    // from_chars also accepts "inf" and "nan"; they are refused here. A number begins with a digit or the
+    // point.
     if (body.empty() || !(isDigit(body.front()) || body.front() == '.')) throw TypeMismatch();
     double value = 0;
     const auto [end, error] = std::from_chars(body.data(), body.data() + body.size(), value);

@@ -7,10 +7,10 @@
 
 namespace runtime {
 
-/// The nearest 16-bit integer, halves to even. OverflowError outside -32768 to 32767 and for no number.
+/// The nearest 16-bit integer, halves to even. OverflowError outside -32768 to 32767 and for NaN.
 Int16 roundToInt16(double value);
 
-/// The single nearest to `value`. OverflowError where it is finite and a single cannot hold it.
+/// The single nearest to `value`. OverflowError if `value` is finite but too large for a single.
 float toSingle(double value);
 
 /// The quotient rounded to a single. DivisionByZero when `divisor` is 0.
@@ -24,8 +24,8 @@ double parseNumber(std::string_view text);
 Int16 parseInt16(std::string_view text);
 float parseSingle(std::string_view text);
 
-/// Reads the number that a text begins with: leading blanks, one sign, digits and one decimal point; the
-/// rest is ignored. 0 where there is none. "&H" begins a hexadecimal number.
+/// Reads the number at the beginning of a text: leading blanks, one sign, digits and one decimal point; the
+/// rest is ignored. 0 if there is no number. "&H" begins a hexadecimal number.
 double leadingNumber(std::string_view text);
 
 /// The shortest decimal text that reads back as the same value, never with an exponent: "14.025", "7",

@@ -6,9 +6,9 @@
 
 namespace runtime {
 
-/// What keeps a program from taking `path` for a file of its own, in words that follow its name: "is no plain
-/// file" (a pipe or a device could keep the caller waiting), "is longer than ... MB". Empty when all is well,
-/// and when there is no file; links are followed. `most` in bytes.
+/// Why the program must not use `path` as its own file, as words that follow the name: "is no plain file"
+/// (reading a pipe or a device could block the caller), "is longer than ... MB". Empty if the file is usable
+/// or does not exist. Links are followed. `most` is in bytes.
 inline std::string faultOfFile(const std::filesystem::path& path, std::uintmax_t most) {
     std::error_code error;
     const auto status = std::filesystem::status(path, error);

@@ -4,32 +4,33 @@
 
 namespace runtime {
 
-/// When the ticks of a periodic timer fall due. Pure arithmetic: the caller brings the clock, says when a
-/// tick really began and ended, and arms its timer for next().
+/// Computes when the ticks of a periodic timer are due. The caller supplies the time, reports when a tick
+/// really began and ended, and sets its timer to next().
 ///
-/// The schedule is absolute, so that the mean rate holds. After a late tick the next one comes no sooner than
-/// nine tenths of the interval, so that a motor never sees a burst; the backlog is made up over the ticks
-/// that follow. After a stall of more than ten intervals, or where a hundred have piled up, the schedule
-/// starts anew from there.
+/// The schedule is absolute, so the mean rate is exact. After a late tick the next tick comes no sooner than
+/// nine tenths of the interval later, so a motor never gets a burst of steps; the following ticks make up the
+/// delay. After a stall of more than ten intervals, or when the delay reaches a hundred intervals, the
+/// schedule restarts from that moment.
 ///
-/// A tick that was held up in its middle may have moved the motor at its very end, so the nine tenths count
-/// from there: less what ticks usually take, or a slow device would slow the rate twice.
+/// A delayed tick may have moved the motor at the very end of the tick. So the nine tenths count from the end
+/// of the tick, less the usual duration of a tick; otherwise a slow device would slow the rate twice.
 class StepSchedule {
   public:
     using Time = std::chrono::nanoseconds; // since any fixed moment
 
     /// The first tick falls due one interval from `now`. `interval` is above 0.
     void start(Time now, Time interval);
-    /// The tick to come falls due one `interval`, above 0, after the last one's moment, and so do those that
-    /// follow. What was to be made up still is. Where that moment is over, because the last interval was much
-    /// longer, the tick falls due at once, and the schedule goes on from there.
+    /// Changes the interval (above 0) for the next tick and all later ticks: the next tick is due one
+    /// `interval` after the last tick was due. A delay is still made up. If the new time is already past,
+    /// because the old interval was much longer, the tick is due at once, and the schedule goes on from that
+    /// moment.
     void setInterval(Time now, Time interval);
     /// A tick began at `now`.
     void ticked(Time now);
-    /// The tick that began last has ended; next() may move away.
+    /// The last tick has ended; next() may become later.
     void finished(Time now);
 
-    /// The moment for which the timer is to be armed.
+    /// The time to which the caller must set its timer.
     Time next() const { return next_; }
 
   private:
@@ -40,10 +41,10 @@ class StepSchedule {
     static constexpr int kLongestBacklog = 100;
 
     Time interval_{};
-    Time ideal_{}; // where next() would be had nothing ever been late
+    Time ideal_{}; // the next tick's time if no tick had ever been late
     Time next_{};
     Time began_{}; // the last tick, or the start
-    Time usual_{}; // what ticks take: falls at once, and rises slowly
+    Time usual_{}; // the usual duration of a tick: falls at once, rises slowly
 };
 
 } // namespace runtime

@@ -90,8 +90,8 @@ std::string withSign(bool negative, std::string digits) {
     return digits;
 }
 
-/// The hundredths of a magnitude, rounded, where they are beyond doubt: the shortest decimal text lies less
-/// than a unit in the last place away, and only near a half could it round the other way. Nothing elsewhere.
+/// The rounded hundredths of a magnitude, or nothing near a half. Near a half the shortest decimal text,
+/// which differs by less than one unit in the last place, could round the other way.
 std::optional<long> certainHundredths(float magnitude) {
     const double hundredths = double{magnitude} * 100;
     const double doubt = hundredths * double{std::numeric_limits<float>::epsilon()} + 1e-9;
@@ -102,7 +102,7 @@ std::optional<long> certainHundredths(float magnitude) {
     return static_cast<long>(whole) + (rest > 0.5 ? 1 : 0);
 }
 
-/// Hundredths as a text with so many integer digits at least.
+/// Hundredths as a text with at least this many integer digits.
 std::string hundredthsText(long hundredths, int integerDigits) {
     std::array<char, 24> digits;
     char* const end = digits.end();
@@ -135,7 +135,7 @@ std::string lastCharacters(std::string_view text, std::size_t count) {
 
 std::string formatFixed(float value, int integerDigits) {
     const bool negative = std::signbit(value);
-    // Nearly every value goes this way: a position is shown at each step.
+    // The fast way for nearly every value: a position is shown at each step.
     if (const auto hundredths = certainHundredths(std::fabs(value))) {
         return withSign(negative, hundredthsText(*hundredths, integerDigits));
     }
@@ -179,7 +179,7 @@ std::string toAnsi(std::string_view utf8) {
 std::string fromAnsi(std::string_view bytes) {
     std::string out;
     while (!bytes.empty()) {
-        // Plain runs as a whole: a tracking server may send long lines of them.
+        // Appends runs of plain characters at once: a tracking server may send long lines.
         const auto plainEnd = std::find_if(
             bytes.begin(), bytes.end(), [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; });
         out.append(bytes.begin(), plainEnd);

@@ -9,13 +9,14 @@ namespace watchdog {
 
 namespace {
 
-/// While the controller hangs the outputs are written again and again: an endless loop may still write them.
+/// While the controller hangs, the watchdog writes the outputs repeatedly: an endless loop in the controller
+/// may still write them.
 constexpr int kAgainMilliseconds = 100;
-/// At the end, a path that fails is tried again every so often, for so long.
+/// After the controller's end, a failed output is tried again at this interval, for this time.
 constexpr int kRetryMilliseconds = 10;
 constexpr int kLongestEndMilliseconds = 2000;
 
-/// Receives one packet and the descriptor that may travel with it, else -1.
+/// Receives one packet and the descriptor sent with it; -1 if there is no descriptor.
 ssize_t receive(Request& request, int& descriptor) {
     descriptor = -1;
     iovec part{.iov_base = &request, .iov_len = sizeof request};
@@ -37,9 +38,9 @@ ssize_t receive(Request& request, int& descriptor) {
 void Guard::run() {
     while (true) {
         awaitNews();
-        // What was said before the end does not matter any more.
+        // Messages sent before the end no longer matter.
         if (controllerEnded() || !readRequests()) end();
-        // Only now: words that waited while this process was late count.
+        // Checked after reading: messages that waited while this process was late must count.
         lookAtSilence();
     }
 }
@@ -136,7 +137,7 @@ void Guard::end() {
     bool portIsOff = port_.off();
     board_.requestOff();
     while (now() < latest) {
-        // At once, so that a controller that is started anew can claim the port while a board still hangs.
+        // Release the port at once, so that a restarted controller can claim it while a board still hangs.
         if (portIsOff) port_.forget();
         if (portIsOff && board_.isOff()) break;
         ::poll(nullptr, 0, board_.hasFailed() || !portIsOff ? kRetryMilliseconds : 1);

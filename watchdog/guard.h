@@ -23,7 +23,7 @@ class Guard {
     bool readRequests();
     bool carryOut(const Request& request, int descriptor);
     static void reply(const Request& request, int error);
-    /// The controller has been silent for too long.
+    /// Whether the controller has been silent for too long.
     void lookAtSilence();
     void switchOff();
     [[noreturn]] void end();

@@ -4,13 +4,13 @@
 
 namespace watchdog {
 
-// The controller has its own (platform/linux/io_ports.h), with an interface for its tests; here nothing but
-// the C library is at hand, and no exceptions.
+// The controller has its own version (platform/linux/io_ports.h), with an interface for tests. The watchdog
+// uses only the C library and no exceptions.
 
-/// Asks the system for the right to an I/O port, or gives it back. Returns an errno, ENOSYS where a computer
-/// has no such ports.
+/// Asks the system for access to an I/O port, or gives the access back. Returns an errno; ENOSYS if the
+/// computer has no such ports.
 int allowIoPort(std::uint32_t address, bool allowed);
-/// Needs that right.
+/// Needs this access.
 void writeIoPort(std::uint32_t address, std::uint8_t value);
 
 } // namespace watchdog

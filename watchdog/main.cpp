@@ -14,9 +14,9 @@
 namespace {
 
 constexpr int kUsageError = 2;
-constexpr int kPriority = 20;             // real-time; below what the kernel's own threads have
+constexpr int kPriority = 20;             // real-time; below the kernel's own threads
 constexpr int kNiceness = -10;            // where real-time is refused
-constexpr const char* kSpareMe = "-1000"; // never chosen when memory runs out
+constexpr const char* kSpareMe = "-1000"; // the kernel never kills the watchdog when memory runs out
 
 bool startedByController() {
     int type = 0;
@@ -24,14 +24,15 @@ bool startedByController() {
     return ::getsockopt(watchdog::kSocket, SOL_SOCKET, SO_TYPE, &type, &size) == 0 && type == SOCK_SEQPACKET;
 }
 
-/// What ends the controller, or its whole session, must not end the watchdog before it has done its work.
+/// A signal that ends the controller or its session must not end the watchdog before the outputs are off.
 void outlive() {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGUSR1, SIGUSR2})
         ::signal(signal, SIG_IGN);
     [[maybe_unused]] const int stays = ::chdir("/"); // hold no file system
 }
 
-/// Be quick on a busy machine, as far as the system grants it. What it refuses is done without.
+/// Raises the priority, so that the watchdog is quick on a busy machine. If the system refuses, the watchdog
+/// runs without.
 void hurry() {
     const sched_param priority{.sched_priority = kPriority};
     if (::sched_setscheduler(0, SCHED_FIFO, &priority) != 0) ::setpriority(PRIO_PROCESS, 0, kNiceness);

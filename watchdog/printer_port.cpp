@@ -17,7 +17,7 @@ constexpr std::uint32_t kLastAddress = 0xFFFF;
 } // namespace
 
 int PrinterPort::guardDescriptor(int descriptor) {
-    // Harmless, and tells whether writing will work.
+    // Harmless, and shows whether writing works.
     std::uint8_t latched = 0;
     if (::ioctl(descriptor, PPRDATA, &latched) != 0) {
         const int error = errno;

@@ -4,19 +4,20 @@
 
 namespace watchdog {
 
-/// The printer port as the controller has it: the same claim of the kernel's, or the same I/O address.
+/// The controller's printer port: the same claim (a shared descriptor), or the same I/O address.
 class PrinterPort {
   public:
-    // Both return an errno, 0 when the port is guarded from now on; otherwise the last one stays guarded.
+    // Both return an errno; 0: the new port is guarded from now on. After an error the previous port stays
+    // guarded.
 
-    /// Owns the descriptor from now on, also where it is refused.
+    /// Takes ownership of the descriptor, even if it is refused.
     int guardDescriptor(int descriptor);
-    /// Asks the system for the right to this address.
+    /// Asks the system for access to this address.
     int guardAddress(std::uint32_t address);
-    /// Lets go, so that another program can claim the port.
+    /// Releases the port, so that another program can claim it.
     void forget();
 
-    /// All bits 1: every coil off. True when that was written, and when there is no port.
+    /// Sets all bits to 1: every coil off. Returns true on success, and if there is no port.
     bool off() const;
 
   private:

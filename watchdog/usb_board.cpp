@@ -10,8 +10,8 @@ namespace watchdog {
 
 namespace {
 
-/// Report number 0, which hidraw wants before the 8 bytes, and command 5: the digital byte and both analogue
-/// outputs follow it.
+/// Report number 0, which hidraw needs before the 8 bytes; then command 5, the digital byte and both analogue
+/// outputs.
 constexpr std::uint8_t kAllOff[] = {0, 5, 0, 0, 0, 0, 0, 0, 0};
 
 constexpr std::size_t kStackBytes = std::size_t{64} * 1024;
@@ -42,7 +42,8 @@ int UsbBoard::guard(const char* path) {
 
 void UsbBoard::forget() {
     const Lock lock(mutex_);
-    // One that is written is closed after the write, so that its number is not given away meanwhile.
+    // A descriptor with a write under way is closed after the write, so that its number is not reused
+    // meanwhile.
     if (descriptor_ >= 0 && descriptor_ != written_) ::close(descriptor_);
     descriptor_ = -1;
     wanted_ = false;
@@ -69,7 +70,7 @@ int UsbBoard::startThread() {
     if (hasThread_) return 0;
     pthread_attr_t attributes;
     ::pthread_attr_init(&attributes);
-    ::pthread_attr_setstacksize(&attributes, kStackBytes); // the memory is locked, and users may lock little
+    ::pthread_attr_setstacksize(&attributes, kStackBytes); // small: users may lock only a little memory
     pthread_t thread{};
     const int error = ::pthread_create(&thread, &attributes, run, this);
     ::pthread_attr_destroy(&attributes);

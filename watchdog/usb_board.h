@@ -4,8 +4,8 @@
 
 namespace watchdog {
 
-/// The K8055 board. It is written from a thread of its own: a board that hangs keeps a write for seconds, and
-/// the printer port must not wait for it.
+/// The K8055 board. A separate thread writes to it: a write to a hanging board takes seconds, and the printer
+/// port must not wait for it.
 class UsbBoard {
   public:
     UsbBoard() = default;
@@ -13,15 +13,16 @@ class UsbBoard {
     UsbBoard& operator=(const UsbBoard&) = delete;
     // No destructor: the thread runs for as long as the process.
 
-    /// Opens the hidraw device. Returns an errno, 0 when it is open; otherwise the last one stays guarded.
+    /// Opens the hidraw device. Returns an errno; 0: the board is guarded from now on. After an error the
+    /// previous board stays guarded.
     int guard(const char* path);
     void forget();
 
-    /// Asks for all outputs off; returns at once.
+    /// Requests all outputs off; returns at once.
     void requestOff();
-    /// The last request has been carried out; also true when there is no board, or no longer.
+    /// Whether the last request is done; also true if there is no board, or no board any more.
     bool isOff();
-    /// The last request has failed.
+    /// Whether the last request has failed.
     bool hasFailed();
 
   private:
@@ -35,7 +36,7 @@ class UsbBoard {
     // Under the mutex:
     int descriptor_ = -1;
     bool wanted_ = false;
-    int written_ = -1; // under way; set by the thread alone
+    int written_ = -1; // the write under way; only the thread sets it
     bool failed_ = false;
 };
 

@@ -8,10 +8,10 @@ namespace linux_ports {
 
 namespace {
 
-/// Milliseconds from a loss to the next attempt, by losses in a row.
+/// Milliseconds from a loss to the next attempt, by the number of successive losses.
 constexpr std::array kRetries = {100, 500, 1000, 2000, 4000, 5000};
 
-constexpr std::size_t kLongestQuote = 200; // bytes of the bridge's own words that are shown
+constexpr std::size_t kLongestQuote = 200; // bytes of the bridge's own text that are shown
 
 std::string quoted(const std::vector<std::string>& fields) {
     std::string text;
@@ -71,7 +71,7 @@ void BridgeConnection::connect() {
     notUnderstood_ = 0;
     refusal_.clear();
     remark_.clear();
-    // The limit for the greeting, too.
+    // Also limits the time for the greeting.
     silence_->start(std::chrono::milliseconds(bridge::kSilenceLimit));
     platform::TcpClients::Events events;
     events.connected = [this] {
@@ -90,12 +90,12 @@ void BridgeConnection::retry() {
 }
 
 void BridgeConnection::ping() {
-    // A connection that has held so long is a good one.
+    // A connection that has lasted this long counts as good.
     losses_ = 0;
     say({"ping", std::to_string(++pings_)});
 }
 
-/// Ends the connection or the attempt, and schedules the next where one is wanted.
+/// Ends the connection or the attempt, and schedules the next attempt if a connection is wanted.
 void BridgeConnection::lost(std::string reason) {
     drop(std::move(reason));
     if (wanted()) retry_->start(std::chrono::milliseconds(kRetries.at(losses_)));
@@ -118,7 +118,7 @@ bool BridgeConnection::say(const std::vector<std::string_view>& fields) {
     const std::string line = bridge::join(fields);
     if (!bridge::fits(line)) return false;
     if (client_->send(line)) return true;
-    // The loss comes from the timer: whoever speaks here is not prepared for it.
+    // The timer reports the loss later: the caller is not prepared for callbacks here.
     stuck_ = true;
     silence_->start(std::chrono::milliseconds(1));
     return false;
@@ -127,7 +127,7 @@ bool BridgeConnection::say(const std::vector<std::string_view>& fields) {
 void BridgeConnection::received(const std::string& bytes) {
     if (connected_ && !stuck_) silence_->start(std::chrono::milliseconds(bridge::kSilenceLimit));
     reader_.feed(bytes);
-    // What a line brings may open a box; the lines that come meanwhile are taken in there.
+    // Handling a line may open a box; lines that arrive meanwhile are handled in the box's event loop.
     while (const auto line = reader_.next())
         hear(*line);
 }

@@ -17,50 +17,53 @@ struct BridgeAddress {
     bool operator==(const BridgeAddress&) const = default;
 };
 
-/// A part of the program that speaks with the bridge. Only bridgeSaid may call out of the adapters.
+/// A part of the program that uses the bridge. Of these functions only bridgeSaid may call code outside the
+/// adapters.
 class BridgeUser {
   public:
-    /// Whether a lost connection is to be made anew.
+    /// Whether a lost connection must be restored.
     virtual bool wantsBridge() const = 0;
-    /// A new connection, which knows nothing of an earlier one: says all that the bridge must know.
+    /// Called after connecting: sends everything that the bridge must know. The bridge has forgotten earlier
+    /// connections.
     virtual void bridgeConnected() = 0;
-    /// A connection was lost, or an attempt at one failed.
+    /// The connection was lost, or a connection attempt failed.
     virtual void bridgeLost() = 0;
-    /// A line of the bridge. Returns whether it was a good one for this user.
+    /// Handles a line from the bridge. Returns whether the line was valid and for this user.
     virtual bool bridgeSaid(const std::vector<std::string>& fields) = 0;
 
   protected:
     ~BridgeUser() = default;
 };
 
-/// The connection to the bridge. At rest until someone asks for it; once made, it is kept, and made anew
-/// after a loss as long as someone wants it. Nothing here waits.
+/// The connection to the bridge. It is opened when a user first needs it, then kept, and restored after a
+/// loss as long as a user wants it. No function waits.
 class BridgeConnection {
   public:
-    /// `programVersion` is what the bridge is told of us.
+    /// `programVersion` is sent to the bridge.
     BridgeConnection(platform::TcpClients& tcp, platform::Timers& timers, std::string programVersion,
                      BridgeAddress address);
     BridgeConnection(const BridgeConnection&) = delete;
     BridgeConnection& operator=(const BridgeConnection&) = delete;
     ~BridgeConnection() = default;
 
-    /// Users are heard in the order in which they came, and leave before the connection goes.
+    /// Users are called in the order in which they were added. A user must leave before the connection is
+    /// destroyed.
     void attach(BridgeUser& user);
     void detach(BridgeUser& user);
 
-    /// Another bridge: the connection to the old one ends, with all that came over it.
+    /// Sets another bridge; ends the connection to the old bridge and everything that depends on it.
     void setAddress(const BridgeAddress& address);
-    /// Wanted from now on, whether or not anyone asks: for an address that the user has named.
+    /// Keeps the connection from now on, even if no user needs it: for an address that the user has entered.
     void stayConnected(bool stay);
 
-    /// Connects at once where there is no connection and no attempt at one.
+    /// Connects at once, unless there is a connection or an attempt.
     void ask();
     bool connected() const { return connected_; }
-    /// Sends a line. False when there is no connection or the line would be too long.
+    /// Sends a line. Returns false if there is no connection or the line would be too long.
     bool say(const std::vector<std::string_view>& fields);
 
-    /// One plain line for the user, such as "bridge 127.0.0.1:7380 connected". It may quote the bridge, so
-    /// it is not to be shown as markup.
+    /// The state in one line for the user, such as "bridge 127.0.0.1:7380 connected". It may quote the
+    /// bridge, so never show it as markup.
     std::string stateText() const;
 
   private:
@@ -84,8 +87,8 @@ class BridgeConnection {
     std::unique_ptr<platform::TcpClient> client_;
     bridge::LineReader reader_;
     std::string peer_;    // name and version of the bridge that is connected
-    std::string reason_;  // why there is no connection, as far as it is known
-    std::string refusal_; // what the bridge said instead of a greeting
+    std::string reason_;  // why there is no connection, if known
+    std::string refusal_; // the bridge's answer instead of a greeting
     std::string remark_;  // the bridge's last error line
     bool stay_ = false;
     bool connected_ = false; // greeted by a bridge of our protocol version

@@ -13,7 +13,7 @@ constexpr int kDeadlineTicks = 19;
 
 } // namespace
 
-/// What the owner of a link holds.
+/// The object that the owner of a link holds.
 class BridgeDdeLinks::Handle : public platform::DdeLink {
   public:
     Handle(BridgeDdeLinks& owner, long long id) : owner_(owner), id_(id) {}
@@ -75,7 +75,7 @@ void BridgeDdeLinks::end(long long id) {
     if (known) unlink(id);
 }
 
-/// Whether the link has not ended.
+/// Whether the link still exists.
 bool BridgeDdeLinks::live(const Link& link) {
     return link.state == State::Asking || link.state == State::Open;
 }
@@ -104,17 +104,17 @@ bool BridgeDdeLinks::bridgeSaid(const std::vector<std::string>& fields) {
                        (word == "changed" && fields.size() == 3) || (word == "failed" && fields.size() >= 2);
     if (!id || !known) return false;
     const auto found = links_.find(*id);
-    // A link that was ended here while the bridge's word was on its way.
+    // The link was ended here while the bridge's line was on its way.
     if (found == links_.end()) return *id >= 1 && *id <= lastId_;
     Link& link = found->second;
-    const auto events = link.events; // they may destroy the link
+    const auto events = link.events; // the events may destroy the link
     if (word == "opened" && link.state == State::Asking) {
         link.state = State::Open;
         events->opened();
     } else if (word == "changed" && link.state == State::Open) {
         events->changed(fields[2]);
     } else if ((word == "closed" || word == "failed") && live(link)) {
-        // Whichever of the two the bridge says, what ends is an open link or the attempt at one.
+        // "closed" and "failed" mean the same here: an open link or an attempt has ended.
         const bool wasOpen = link.state == State::Open;
         links_.erase(found);
         if (wasOpen) {
@@ -128,7 +128,7 @@ bool BridgeDdeLinks::bridgeSaid(const std::vector<std::string>& fields) {
     return true;
 }
 
-/// Whoever is calling is not prepared for what the owner of the link may do, so that it hears of it later.
+/// Tells the owner later, by the timer: the caller is not prepared for what the owner may do.
 void BridgeDdeLinks::finish(Link& link, State state) {
     link.state = state;
     ends_->start(std::chrono::milliseconds(1));
@@ -148,7 +148,7 @@ void BridgeDdeLinks::lookAtDeadlines() {
     if (!asking) deadline_->stop();
 }
 
-/// Called again, by the timer, while a callback has a box open.
+/// The timer may call this again while a callback has a box open.
 void BridgeDdeLinks::tellEnds() {
     const auto over = [](const auto& link) { return !live(link.second); };
     for (auto next = std::ranges::find_if(links_, over); next != links_.end();

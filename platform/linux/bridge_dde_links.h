@@ -7,8 +7,8 @@
 
 namespace linux_ports {
 
-/// DDE links that the bridge makes. They fail where there is no bridge, and close when it goes; a link that
-/// is over is not made anew by itself.
+/// DDE links through the bridge. They fail if there is no bridge, and close when the bridge is lost. An ended
+/// link is not restored automatically.
 class BridgeDdeLinks : public platform::DdeLinks, private BridgeUser {
   public:
     BridgeDdeLinks(BridgeConnection& connection, platform::Timers& timers);
@@ -16,7 +16,7 @@ class BridgeDdeLinks : public platform::DdeLinks, private BridgeUser {
     BridgeDdeLinks& operator=(const BridgeDdeLinks&) = delete;
     ~BridgeDdeLinks() override;
 
-    /// Never fails during the call.
+    /// Never calls `failed` during the call.
     std::unique_ptr<platform::DdeLink> open(const std::string& topic, const std::string& item,
                                             platform::DdeEvents events) override;
 
@@ -44,8 +44,8 @@ class BridgeDdeLinks : public platform::DdeLinks, private BridgeUser {
     void tellEnds();
 
     BridgeConnection& connection_;
-    std::unique_ptr<platform::PeriodicTimer> deadline_; // runs while a link is asked for
-    std::unique_ptr<platform::PeriodicTimer> ends_;     // runs while there are ends to tell
+    std::unique_ptr<platform::PeriodicTimer> deadline_; // runs while a link is being opened
+    std::unique_ptr<platform::PeriodicTimer> ends_;     // runs while ended links have not been reported
     std::map<long long, Link> links_;                   // by number
     long long lastId_ = 0;
 };

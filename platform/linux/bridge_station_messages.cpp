@@ -8,14 +8,14 @@ namespace linux_ports {
 
 namespace {
 
-/// Where the system's identifiers of registered messages begin.
+/// The first identifier of registered messages on Windows.
 constexpr long kFirstMessage = 0xC000;
-/// Our own handles count down from here: far from any frequency, and from a handle of the other system,
-/// of which 32 bits count.
+/// Our own handles count down from here: far from any frequency and from the Windows handles, which have 32
+/// significant bits.
 constexpr long kFirstOwnWindow = std::numeric_limits<long>::max();
-/// The previous procedure of any window: there is nothing behind a hook.
+/// Stands for the previous procedure of every window: there is no real procedure behind a hook.
 constexpr long kNoProcedure = 1;
-/// Milliseconds after which a window that nobody looks for any more is no longer watched.
+/// Milliseconds without a findWindow call after which a window is no longer watched.
 constexpr std::chrono::seconds kWatchLimit{10};
 
 template <class Integer>
@@ -25,7 +25,7 @@ std::optional<Integer> parse(const std::string& text) {
     return static_cast<Integer>(*number);
 }
 
-/// Null when it is none of them.
+/// Null if there is no such window.
 const std::string* nameOf(const std::map<std::string, long>& identifiers, long identifier) {
     for (const auto& [name, known] : identifiers)
         if (known == identifier) return &name;
@@ -96,7 +96,7 @@ bool BridgeStationMessages::wantsBridge() const {
 }
 
 void BridgeStationMessages::bridgeConnected() {
-    // Before the windows: what is posted to one of them names the rest.
+    // Sent before the windows: a post to a window uses these names.
     for (const auto& [name, message] : messages_)
         connection_.say({"register", name});
     for (const auto& [form, window] : ownWindows_)
@@ -120,7 +120,7 @@ bool BridgeStationMessages::windowChanged(const std::string& title, const std::s
     const auto window = parse<long>(handle);
     if (!window || *window < 0) return false;
     const auto found = watches_.find(title);
-    // A title whose watch has ended while the bridge's word was on its way.
+    // The watch of this title ended while the bridge's line was on its way.
     if (found == watches_.end()) return true;
     Watch& watch = found->second;
     if (watch.window > 0 && *window != watch.window) watch.gap = true;
@@ -136,9 +136,9 @@ bool BridgeStationMessages::messageCame(const std::vector<std::string>& fields) 
     const auto form = ownWindows_.find(fields[1]);
     if (form == ownWindows_.end()) return false;
     const auto hooked = receivers_.find(form->second);
-    // A form that has been unhooked while the message was on its way.
+    // The form was unhooked while the message was on its way.
     if (hooked == receivers_.end()) return true;
-    const Receiver receiver = hooked->second; // it may unhook the form
+    const Receiver receiver = hooked->second; // the receiver may unhook the form
     receiver(message->second, *wParam, *lParam);
     return true;
 }

@@ -7,8 +7,8 @@
 
 namespace linux_ports {
 
-/// Window messages by way of the bridge. Identifiers of messages and of our own windows are local; the
-/// bridge is told their names.
+/// Window messages through the bridge. Identifiers of messages and of our own windows are local; the bridge
+/// knows only their names.
 class BridgeStationMessages : public platform::StationMessages, private BridgeUser {
   public:
     BridgeStationMessages(BridgeConnection& connection, platform::Timers& timers);
@@ -17,9 +17,9 @@ class BridgeStationMessages : public platform::StationMessages, private BridgeUs
     ~BridgeStationMessages() override;
 
     long registerMessage(const std::string& name) override;
-    /// The first call has the bridge watch for the window. Once a window has gone, or the bridge with all
-    /// that was subscribed there, a call answers 0 before another tells of a window again: however short the
-    /// gap, whoever polls sees it.
+    /// The first call makes the bridge watch for the window. After the window or the bridge was lost, one
+    /// call returns 0 before a call returns a window again. So a polling caller notices every loss, however
+    /// short, and subscribes again.
     long findWindow(const std::string& title) override;
     void post(long window, long message, long wParam, long lParam) override;
     long hook(long window, Receiver receiver) override;
@@ -29,7 +29,7 @@ class BridgeStationMessages : public platform::StationMessages, private BridgeUs
   private:
     struct Watch {
         long window = 0;
-        bool gap = false; // a window went, and nobody has seen it yet
+        bool gap = false; // a window was lost, and no call has returned 0 yet
     };
 
     bool wantsBridge() const override;
@@ -42,7 +42,7 @@ class BridgeStationMessages : public platform::StationMessages, private BridgeUs
     void stopWatching();
 
     BridgeConnection& connection_;
-    std::unique_ptr<platform::PeriodicTimer> unasked_; // ticks when findWindow has not been called for long
+    std::unique_ptr<platform::PeriodicTimer> unasked_; // ends watches that findWindow has not asked for
     std::map<std::string, long> messages_;             // identifier by name
     std::map<std::string, long> ownWindows_;           // handle by form
     std::map<std::string, Watch> watches_;             // by title

@@ -21,7 +21,7 @@ constexpr const char* kSection = "hardware"; // of the settings
 
 } // namespace
 
-/// A printer port that is behind the outputs now, under the name of its device.
+/// The printer port in use and the name of its device.
 class ChosenHardware::Port : public platform::PrinterPort {
   public:
     explicit Port(ChosenHardware& owner) : owner_(owner) {}
@@ -29,7 +29,7 @@ class ChosenHardware::Port : public platform::PrinterPort {
     Port& operator=(const Port&) = delete;
     ~Port() override { close(); }
 
-    /// `setting` as in platform::HardwareSettings. Throws runtime::ObjectError; no port is behind it then.
+    /// `setting` is as in platform::HardwareSettings. Throws runtime::ObjectError; then no port is open.
     void open(const std::string& setting) {
         close();
         if (setting == config::kSimulated) {
@@ -48,7 +48,7 @@ class ChosenHardware::Port : public platform::PrinterPort {
         name_ = setting;
         works_ = true;
     }
-    /// In place of a port that cannot be had.
+    /// Uses a simulated port instead of a refused port.
     void simulate() {
         open(config::kSimulated);
         works_ = false;
@@ -93,12 +93,12 @@ class ChosenHardware::Port : public platform::PrinterPort {
     bool works_ = false; // open, and nothing has failed
 };
 
-/// The USB board that is behind the outputs now.
+/// The USB board in use.
 class ChosenHardware::Board : public platform::UsbBoard {
   public:
     explicit Board(ChosenHardware& owner) : owner_(owner) {}
 
-    /// `setting` as in platform::HardwareSettings. The board before it is closed.
+    /// `setting` is as in platform::HardwareSettings. Precondition: the previous board is closed.
     void choose(const std::string& setting) {
         if (const auto card = config::cardAddress(setting)) {
             behind_ = std::make_unique<K8055>(
@@ -133,13 +133,13 @@ ChosenHardware::ChosenHardware(Texts given, qt_ports::SettingsFile file)
         if (const auto text = given_.find(field.name); text != given_.end())
             settings_.*field.value = text->second;
     }
-    // Each may be well, and the two not fit together.
+    // Two settings may be valid, but not go together.
     if (const auto fault = config::faultOf(settings_)) {
         if (isFixed(&HardwareSettings::rotctld)) throw runtime::ObjectError("--" + *fault);
         notice_ += std::string(kSettingsFile) + ": " + *fault + ". Nobody can turn the antenna from there.\n";
         settings_.rotctld = config::kOff;
     }
-    // One spelling for each card.
+    // Gives each card only one spelling.
     if (const auto card = config::cardAddress(settings_.usb))
         settings_.usb = "k8055:" + std::to_string(*card);
     board_->choose(settings_.usb);
@@ -147,7 +147,7 @@ ChosenHardware::ChosenHardware(Texts given, qt_ports::SettingsFile file)
         port_->open(settings_.port);
     } catch (const runtime::ObjectError& error) {
         if (settings_.port == config::kAutomatic) {
-            port_->open(config::kSimulated); // as the word promises
+            port_->open(config::kSimulated); // "auto" falls back to the simulated port
         } else {
             if (isFixed(&HardwareSettings::port)) throw;
             port_->simulate();
@@ -210,7 +210,8 @@ void ChosenHardware::openOrSimulate(const std::string& setting) {
 
 void ChosenHardware::use(const HardwareSettings& settings) {
     if (settings.port != settings_.port) {
-        // One after the other: both names may stand for the same port, which can be held once.
+        // Close the old port before opening the new port: both names may stand for the same port, which can
+        // be open only once.
         try {
             port_->open(settings.port);
         } catch (const runtime::ObjectError& error) {

@@ -13,7 +13,7 @@
 
 namespace linux_ports {
 
-/// Where the user's choices live, beside "save.cfg".
+/// The settings file, in the folder of "save.cfg".
 inline constexpr const char* kSettingsFile = "twinstep.ini";
 
 /// The devices behind the output ports: opened by name, guarded by the watchdog, and exchanged while the
@@ -22,18 +22,18 @@ class ChosenHardware : public platform::Hardware {
   public:
     using Texts = std::map<std::string, std::string>; // settings by name
 
-    /// Opens the devices. One that the command line named and that is refused throws runtime::ObjectError;
-    /// for one that the file named, and for the usual port, the outputs are simulated instead, see notice.
+    /// Opens the devices. If a device from the command line is refused, throws runtime::ObjectError. If a
+    /// device from the file or the default port is refused, the outputs are simulated; see notice.
     ChosenHardware(Texts given, qt_ports::SettingsFile file);
 
     /// The file of all settings.
     platform::Settings& file() { return file_; }
     ~ChosenHardware() override;
 
-    /// The same objects whatever is behind them.
+    /// These references stay valid when other devices are chosen.
     platform::PrinterPort& printer();
     platform::UsbBoard& board();
-    /// What the user must know about the start: a device or a file that was refused. Empty when all is well.
+    /// The message for the user about a refused device or file at the start; empty if there was none.
     const std::string& notice() const { return notice_; }
 
     const platform::HardwareSettings& settings() const override { return settings_; }
@@ -46,12 +46,12 @@ class ChosenHardware : public platform::Hardware {
     std::string outputsName() const override;
     std::string bridgeStateText() const override { return bridgeState ? bridgeState() : std::string(); }
 
-    /// What the bridge's link says of itself.
+    /// The state text of the bridge connection.
     std::function<std::string()> bridgeState;
-    /// Told the settings that are in use from now on.
+    /// Called with the new settings when they change.
     std::function<void(const platform::HardwareSettings&)> onUse;
-    /// Hands the watchdog over when the first real device needs one, or at once; it lives as long as this
-    /// object.
+    /// Calls back with the watchdog when the first real device needs it, or at once. The watchdog lives as
+    /// long as this object.
     void withWatchdog(std::function<void(Watchdog&)> use);
 
   private:
@@ -59,7 +59,7 @@ class ChosenHardware : public platform::Hardware {
     class Board;
 
     void readFile();
-    /// As Port::open; simulates where that throws.
+    /// Like Port::open, but uses the simulated port if opening throws.
     void openOrSimulate(const std::string& setting);
     Watchdog& watchdog();
 

@@ -12,14 +12,14 @@ namespace {
 
 constexpr std::array kCrashSignals = {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL};
 
-// What a signal handler may touch.
+// Variables that a signal handler may use.
 std::atomic<int> noticeSocket{-1};
 std::atomic<const void*> notice{nullptr};
 std::atomic<std::size_t> noticeSize{0};
 static_assert(std::atomic<int>::is_always_lock_free && std::atomic<const void*>::is_always_lock_free &&
               std::atomic<std::size_t>::is_always_lock_free);
 
-// The user-interface thread may crash for want of stack.
+// The user-interface thread may crash by a stack overflow.
 constexpr std::size_t kStackBytes = std::size_t{32} * 1024;
 alignas(16) std::array<char, kStackBytes> crashStack;
 
@@ -27,7 +27,7 @@ extern "C" void onCrash(int signal) {
     const int kept = errno;
     ::send(noticeSocket.load(), notice.load(), noticeSize.load(), MSG_DONTWAIT | MSG_NOSIGNAL);
     errno = kept;
-    // The handler is gone by now: the signal ends the process as soon as this one returns.
+    // The handler has been removed: the signal ends the process as soon as this handler returns.
     ::raise(signal);
 }
 

@@ -4,9 +4,9 @@
 
 namespace linux_ports {
 
-/// Sends a packet through a socket at the first sign of a crash (SIGSEGV, SIGABRT and their like), and lets
-/// the crash take its course. The end of a process comes only after its core dump, which can take seconds.
-/// One object at a time.
+/// Sends a packet through a socket when the program crashes (SIGSEGV, SIGABRT and similar signals), and then
+/// lets the crash go on. The process ends only after its core dump, which can take seconds. Only one object
+/// may exist at a time.
 class CrashNotice {
   public:
     /// Sends nothing before setSocket.
@@ -15,7 +15,7 @@ class CrashNotice {
     CrashNotice& operator=(const CrashNotice&) = delete;
     ~CrashNotice();
 
-    /// -1: none.
+    /// -1: no socket.
     static void setSocket(int socket);
 };
 

@@ -5,13 +5,13 @@
 
 namespace linux_ports {
 
-/// A printer port, or a card that looks like one, without a driver: the program writes its data register
-/// itself. Belongs to the thread that made it.
+/// A printer port, or a compatible card, without a driver: the program writes the data register itself. Only
+/// the thread that creates the object may use it.
 class DirectPort : public platform::PrinterPort {
   public:
-    /// `address` is that of the data register; 0x378 is the usual first port. Which ones the user may name is
-    /// decided where the setting is read. The lines keep the levels they have. Throws runtime::ObjectError,
-    /// naming the port and what to do about it.
+    /// `address` is the address of the data register; 0x378 for a PC's first port. config/hardware_settings
+    /// checks the allowed range. The lines keep their levels. Throws runtime::ObjectError, naming the port
+    /// and the remedy.
     explicit DirectPort(std::uint16_t address, IoPorts& ports = machineIoPorts());
 
     void clearBit(int bit) override { write(data_ & ~(1U << bit)); }

@@ -27,7 +27,7 @@ class FileDescriptor {
     int fd_;
 };
 
-/// The system's words for an errno.
+/// The system's text for an errno.
 inline std::string reason(int error) {
     return std::generic_category().message(error);
 }

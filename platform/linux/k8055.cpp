@@ -12,9 +12,9 @@ namespace {
 
 constexpr int kNoCard = -1;
 
-/// The board before, whose outputs may still be on: while its thread tries to switch them off, and the
-/// watchdog guards it. One for the whole process, for the kernel lets nobody open any such device while it
-/// waits for a report to end.
+/// The previous board, while its outputs may still be on: its thread tries to switch them off, and the
+/// watchdog guards it. There is only one for the whole process, because the kernel lets nobody open such a
+/// device while it waits for a report to end.
 std::shared_ptr<Sender>& lettingGo() {
     static std::shared_ptr<Sender> sender;
     return sender;
@@ -60,7 +60,7 @@ bool K8055::openPath(const std::string& path) {
         return false;
     }
     try {
-        // Before the first byte, and not at all without a guard.
+        // The watchdog must guard the board before the first byte; without a guard the board is not used.
         if (observer_.opened) observer_.opened(path);
         sender_ = Sender::start(std::move(device));
     } catch (const std::exception& error) {

@@ -10,30 +10,31 @@ namespace linux_ports {
 
 class Sender;
 
-/// Velleman K8055 boards on USB, through hidapi and the kernel's hidraw devices. Reports are sent by a thread
-/// of their own, always the newest byte; no call waits for the board but closeDevice. A board that fails is
-/// sent "off" for some seconds more. One at a time is open in a process.
+/// Velleman K8055 boards on USB, through hidapi and the kernel's hidraw devices. A separate thread sends the
+/// reports, always with the newest byte; only closeDevice waits for the board. A failed board still gets
+/// "off" reports for some seconds. Only one board can be open in a process.
 class K8055 : public platform::UsbBoard {
   public:
     static constexpr int kCards = 4; // addresses 0 to 3, by two jumpers
 
-    /// Told on the caller's thread; each may be empty.
+    /// Called on the caller's thread; each function may be empty.
     struct Observer {
-        /// The board's device: "/dev/hidraw0". What this throws is the refusal, and no board is opened.
+        /// Called with the board's device, such as "/dev/hidraw0". If it throws, the board is not opened, and
+        /// refusal() gives the text.
         std::function<void(const std::string& path)> opened;
-        /// The board is let go with its outputs off, or is gone. Not told of a board that fails, until the
-        /// next openDevice finds that its outputs are off after all.
+        /// Called when the board has been closed with its outputs off, or is unplugged. For a failed board
+        /// the call comes only when the next openDevice finds its outputs off.
         std::function<void()> closed;
     };
 
-    /// `card` is the address of the card that the user chose, 0 to 3.
+    /// `card` is the address of the chosen card, 0 to 3.
     explicit K8055(int card, Observer observer = {});
     K8055(const K8055&) = delete;
     K8055& operator=(const K8055&) = delete;
-    /// As closeDevice, without a word when it fails.
+    /// Like closeDevice, but ignores errors.
     ~K8055() override;
 
-    /// Address 0 is the card that the user chose; others are meant as they are.
+    /// Address 0 stands for the chosen card; any other address is the card's own.
     int openDevice(int address) override;
     std::string refusal() const override { return refusal_; }
     void writeAllDigital(int outputs) override;
@@ -42,7 +43,7 @@ class K8055 : public platform::UsbBoard {
 
   private:
     bool openPath(const std::string& path);
-    /// False when the outputs were not off in time.
+    /// Returns false if the outputs were not off in time.
     bool close();
 
     int card_;

@@ -32,7 +32,7 @@ std::string wordIn(const fs::path& file) {
     return word;
 }
 
-/// The driver that has an interface of this device, empty when none has.
+/// The driver bound to an interface of this device; empty if there is none.
 std::string driverOf(const std::string& device) {
     std::error_code ignored;
     for (const auto& entry : fs::directory_iterator(kUsbDevices, ignored)) {

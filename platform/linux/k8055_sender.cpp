@@ -13,23 +13,23 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::uint8_t kSetOutputs = 5; // digital outputs and both analogue outputs at once, which stay at 0
 
-/// A board has its report after some 10 ms; the kernel itself gives up after 5 s.
+/// A report takes about 10 ms; the kernel itself gives up after 5 s.
 constexpr std::chrono::seconds kPatience{1};
 constexpr std::chrono::milliseconds kLastByte{200};
-/// How often a board that has nothing to do is looked for.
+/// How often an idle board is checked.
 constexpr std::chrono::seconds kLook{1};
-/// A board that fails is sent "off" every so often, for so long.
+/// A failed board gets an "off" report at this interval, for this time.
 constexpr std::chrono::milliseconds kRetry{50};
 constexpr std::chrono::seconds kLongestOff{5};
 
-/// An output report as hidraw wants it: the number of the report, which the board does not use, and 8 bytes.
+/// An output report for hidraw: the report number, which the board does not use, and 8 bytes.
 enum ReportByte { kNumber = 0, kCommand = 1, kDigital = 2, kAnalogue1 = 3, kAnalogue2 = 4 };
 
 runtime::NewestByte::Time now() {
     return Clock::now().time_since_epoch();
 }
 
-/// The system's words for what went wrong last with the device.
+/// The system's text for the device's last error.
 std::string reasonOf(hid_device* device) {
     std::string words;
     const wchar_t* wide = hid_error(device);
@@ -153,8 +153,7 @@ void Sender::transmit(int byte, std::unique_lock<std::mutex>& lock) {
     }
 }
 
-/// hidraw reports a hang-up for a device that is not there any more. What the board says of its inputs is
-/// thrown away.
+/// hidraw reports a hang-up for an unplugged device. The board's reports about its inputs are discarded.
 bool Sender::isGone() {
     std::array<std::uint8_t, kReportSize> input{};
     return hid_read_timeout(device_.get(), input.data(), input.size(), 0) < 0;

@@ -12,8 +12,8 @@
 
 namespace linux_ports {
 
-/// An open K8055 board and the thread that sends to it. The thread ends by itself, also after the object that
-/// opened the board has lost patience with it. Only finish waits for the board.
+/// An open K8055 board and the thread that sends to it. The thread ends by itself, even if the opener has
+/// stopped waiting for it. Only finish waits for the board.
 class Sender {
   public:
     struct CloseHandle {
@@ -24,19 +24,19 @@ class Sender {
     static std::shared_ptr<Sender> start(Handle device);
     explicit Sender(Handle device) : device_(std::move(device)) {}
 
-    /// The outputs to be on the board, 0 to 255, in place of a byte that it has not been sent yet.
+    /// Sets the outputs, 0 to 255; replaces a byte that has not been sent yet.
     void want(int byte);
-    /// Whether the outputs in `mask` are on the board as last wanted.
+    /// Whether the board has the last wanted values of the outputs in `mask`.
     bool taken(int mask);
     /// Throws runtime::ObjectError when the board has failed.
     void check();
 
-    /// Lets the device go once all outputs are off, which is tried for some seconds where the board fails.
-    /// Waits 0.2 s for that, and returns whether they are off.
+    /// Closes the device once all outputs are off; a failing board gets "off" reports for some seconds. Waits
+    /// 0.2 s, and returns whether the outputs are off.
     bool finish();
-    /// Whether the device has been let go.
+    /// Whether the device has been closed.
     bool finished();
-    /// Whether it has been let go with its outputs off, or is not there any more.
+    /// Whether the device has been closed with its outputs off, or is unplugged.
     bool leftNothingOn();
 
   private:
@@ -45,7 +45,7 @@ class Sender {
     void run();
     /// Sends the byte that is due.
     void send(std::unique_lock<std::mutex>& lock);
-    /// Looks whether the board is still there.
+    /// Checks whether the board is still there.
     void look(std::unique_lock<std::mutex>& lock);
     /// After a failure, for a board that stays plugged in.
     void switchOff(std::unique_lock<std::mutex>& lock);
@@ -53,12 +53,12 @@ class Sender {
     void transmit(int byte, std::unique_lock<std::mutex>& lock);
     bool isGone();
 
-    Handle device_; // the thread's own
+    Handle device_; // used only by the thread
     // All that the board is sent.
     static constexpr std::size_t kReportSize = 9;
     std::array<std::uint8_t, kReportSize> report_{};
 
-    std::mutex mutex_; // for all below
+    std::mutex mutex_; // guards all members below
     std::condition_variable changed_;
     runtime::NewestByte byte_;
     std::string failure_;

@@ -1,5 +1,5 @@
-// The program's outside on Linux. This file and chosen_hardware.* are part of the program and not of a
-// library: they choose among adapters, the toolkit's included.
+// The program's outside on Linux. This file and chosen_hardware.* belong to the program and not to a library:
+// they choose the adapters, including those of the toolkit.
 
 #include "app/outside.h"
 
@@ -32,7 +32,7 @@ namespace {
 
 using platform::HardwareSettings;
 
-/// How the names of the files begin that the program keeps in its folder, with those beside them for a while.
+/// The beginnings of the names of all files in the program's folder, including temporary files.
 constexpr std::array<std::string_view, 4> kOwnFiles = {"save.cfg", kSettingsFile, config::kPositionFile,
                                                        "HiResMem.txt"};
 
@@ -153,7 +153,7 @@ class Outside : public app::Outside {
         lookForBridge();
     }
 
-    /// A bridge that the user has named is looked for at once, the default one when something asks for it.
+    /// A bridge that the user has entered is connected at once; the default bridge only when a link needs it.
     void lookForBridge() {
         connections_->bridge.stayConnected(hardware_.isFixed(&HardwareSettings::bridge) ||
                                            hardware_.settings().bridge != HardwareSettings().bridge);
@@ -162,7 +162,7 @@ class Outside : public app::Outside {
     const trace::TraceFile::Clock::time_point started_ = trace::TraceFile::Clock::now();
     EndSignals signals_; // first, so that no signal is lost
     WorkFolder folder_;
-    Storage storage_; // done with its jobs before the folder is given free
+    Storage storage_; // finishes its jobs before the folder is released
     ChosenHardware hardware_;
     PositionFile positions_;
     std::optional<Trace> trace_;

@@ -15,7 +15,7 @@ namespace linux_ports {
 namespace {
 
 constexpr auto kBetweenFlushes = std::chrono::milliseconds(500);
-constexpr std::size_t kLongest = 4096; // bytes; a longer file is none of ours, whatever follows
+constexpr std::size_t kLongest = 4096; // bytes; a longer file is not ours
 
 } // namespace
 
@@ -31,7 +31,7 @@ std::string PositionFile::named() const {
 }
 
 std::optional<std::string> PositionFile::leftOver() {
-    // Not blocking, or a pipe of this name would hold up the start.
+    // Non-blocking: otherwise a pipe with this name would block the start.
     const FileDescriptor fd(::open(path_.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (!fd && errno == ENOENT) return std::nullopt;
     if (!fd) throw runtime::FileError(named() + " cannot be read: " + reason(errno));
@@ -46,7 +46,7 @@ std::optional<std::string> PositionFile::leftOver() {
 
 std::span<std::byte> PositionFile::create(std::span<const std::byte> bytes) {
     unmap();
-    // The file that was left stays until the new one is whole.
+    // The old file stays until the new file is complete.
     std::filesystem::path part = path_;
     part += ".new";
     const auto refuse = [&](int error) {
@@ -56,7 +56,7 @@ std::span<std::byte> PositionFile::create(std::span<const std::byte> bytes) {
     ::unlink(part.c_str());
     const FileDescriptor fd(::open(part.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644));
     if (!fd) refuse(errno);
-    // A disk that is full must refuse here: later it would end the program in the middle of a step.
+    // A full disk must fail here: later it would crash the program in the middle of a step.
     if (const int error = ::posix_fallocate(fd.get(), 0, static_cast<off_t>(bytes.size()))) refuse(error);
     void* memory = ::mmap(nullptr, bytes.size(), PROT_READ | PROT_WRITE, MAP_SHARED, fd.get(), 0);
     if (memory == MAP_FAILED) refuse(errno);

@@ -11,11 +11,11 @@
 
 namespace linux_ports {
 
-/// A mapped file. The system keeps its memory through the end of the program, however that comes; a thread
-/// brings it to the disk twice a second, for a power failure.
+/// A memory-mapped file. The system keeps its memory after the program's end, even after a crash; a thread
+/// flushes it to the disk twice a second, in case of a power failure.
 class PositionFile : public platform::PositionFile {
   public:
-    /// Told once, from that thread, when the disk no longer takes the file.
+    /// Called once, from that thread, when the file cannot be flushed any more.
     using Failure = std::function<void(const std::string& reason)>;
 
     PositionFile(std::filesystem::path path, Failure failure);

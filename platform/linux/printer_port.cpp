@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Throws with the device's name before the words.
+/// Throws an error: the device's name, then the text.
 [[noreturn]] void refuse(const std::string& device, const std::string& words) {
     throw runtime::ObjectError(device + ": " + words);
 }
@@ -41,13 +41,13 @@ std::string whyNotOpened(int error) {
     }
 }
 
-/// Names of the drivers that have registered with the port behind the device, "lp, ppdev0".
+/// The names of the drivers registered with the device's port: "lp, ppdev0".
 std::string driversOf(const std::string& device, const fs::path& drivers) {
     struct stat status {};
     if (::stat(device.c_str(), &status) != 0) return {};
     // The minor number of a ppdev device is its port's.
     const fs::path folder = drivers / ("parport" + std::to_string(minor(status.st_rdev))) / "devices";
-    std::set<std::string> names; // beside the folders there is a file that names the active driver
+    std::set<std::string> names; // the folder also has a file with the active driver's name
     std::error_code none;
     for (const auto& entry : fs::directory_iterator(folder, none)) {
         if (entry.is_directory(none)) names.insert(entry.path().filename().string());
@@ -60,7 +60,7 @@ std::string driversOf(const std::string& device, const fs::path& drivers) {
 
 std::string whyNotClaimed(int error, const std::string& device, const fs::path& drivers) {
     switch (error) {
-    // The kernel answers "no such device" also when another driver has the port.
+    // The kernel also returns "no such device" when another driver has the port.
     case ENXIO:
     case EBUSY:
     case EAGAIN: {
@@ -84,7 +84,7 @@ struct Claimed {
 Claimed claim(const std::string& device, const fs::path& drivers) {
     FileDescriptor fd(::open(device.c_str(), O_RDWR | O_CLOEXEC | O_NOCTTY));
     if (!fd) refuse(device, whyNotOpened(errno));
-    // Exclusively, so that the claim fails where another driver has registered, rather than to wait for it.
+    // Exclusive, so that the claim fails at once if another driver has registered, instead of waiting for it.
     if (::ioctl(fd.get(), PPEXCL) != 0) refuse(device, "this is not a printer port: " + reason(errno));
     if (::ioctl(fd.get(), PPCLAIM) != 0) {
         refuse(device, whyNotClaimed(errno, device, drivers));
@@ -100,9 +100,9 @@ Claimed claim(const std::string& device, const fs::path& drivers) {
     return {std::move(fd), latched};
 }
 
-/// Claims on a thread of its own. An exclusive claim does not wait for other drivers of the port, but all of
-/// ppdev has one lock, which a program that waits for another port keeps, and the first claim may load a
-/// module. A claim that comes too late is given back by the thread.
+/// Claims the port on a separate thread, because a claim may take long: ppdev has a single lock, which a
+/// program waiting for another port holds, and the first claim may load a module. If the claim succeeds too
+/// late, the thread releases the port.
 Claimed claimWithin(const std::string& device, const PrinterPort::Limits& limits) {
     std::packaged_task<Claimed()> task([device, drivers = limits.drivers] { return claim(device, drivers); });
     auto claimed = task.get_future();

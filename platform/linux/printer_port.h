@@ -9,18 +9,19 @@
 
 namespace linux_ports {
 
-/// A printer port through the kernel's ppdev driver (/dev/parportN), held alone for the object's life.
+/// A printer port through the kernel's ppdev driver (/dev/parportN), claimed exclusively for the object's
+/// life.
 class PrinterPort : public platform::PrinterPort {
   public:
     struct Limits {
-        /// How long the kernel may take to hand the port over.
+        /// The longest time for the kernel to grant the claim.
         std::chrono::milliseconds patience{1000};
-        /// Where the kernel names the drivers of each port.
+        /// The folder in which the kernel lists the drivers of each port.
         std::filesystem::path drivers = "/proc/sys/dev/parport";
     };
 
-    /// Claims the port and turns its data lines to outputs, which keep the levels they have. Throws
-    /// runtime::ObjectError, naming the device and what to do about it, at the latest when patience ends.
+    /// Claims the port and makes its data lines outputs; the lines keep their levels. Throws
+    /// runtime::ObjectError, naming the device and the remedy, at the latest after the allowed time.
     explicit PrinterPort(std::string device) : PrinterPort(std::move(device), Limits()) {}
     PrinterPort(std::string device, const Limits& limits);
 
@@ -29,8 +30,8 @@ class PrinterPort : public platform::PrinterPort {
     void endPattern() override {}
     bool taken(int /*mask*/) override { return true; }
 
-    /// The claimed port, for a process that shares it: a claim belongs to the open file. It stays open as
-    /// long as this object.
+    /// The claimed port's descriptor, to share with another process: a claim belongs to the open file. It
+    /// stays open as long as this object.
     int descriptor() const { return fd_.get(); }
 
   private:

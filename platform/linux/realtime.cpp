@@ -21,21 +21,22 @@ namespace linux_ports {
 
 namespace {
 
-/// Above all that a desktop runs, below the kernel's own threads for interrupts (50).
+/// Above all programs of a desktop, below the kernel's interrupt threads (50).
 constexpr int kPriority = 20;
-/// At a stretch; far above what a tick or a repaint takes.
+/// Without a rest; far longer than a tick or a repaint takes.
 constexpr auto kLongestHandler = std::chrono::microseconds(100'000);
-/// Left of a memory limit for stacks that grow: a locked one that meets the limit ends the program.
+/// Kept free below the memory limit for growing stacks: a locked stack that reaches the limit crashes the
+/// program.
 constexpr rlim_t kStackReserve = 64U << 20; // bytes
 
-// What the signal handler may touch: lock-free numbers, and system calls.
+// Used by the signal handler, which may only use lock-free numbers and system calls.
 std::atomic<pid_t> raisedThread{0};
 std::atomic<int> wakeUp{-1};
 static_assert(std::atomic<pid_t>::is_always_lock_free);
 
 int schedule(pid_t thread, int policy, int priority) {
     const sched_param parameter{.sched_priority = priority};
-    // Once set, an ordinary user cannot take the flag back, so every call carries it.
+    // Once the flag is set, an ordinary user cannot clear it, so every call must set it.
     return ::sched_setscheduler(thread, policy | SCHED_RESET_ON_FORK, &parameter);
 }
 
@@ -69,7 +70,7 @@ rlim_t softLimit(__rlimit_resource resource) {
     return limit.rlim_cur;
 }
 
-/// The limit of memory that may be locked; root has none, whatever the number says.
+/// The limit of locked memory. Root has no limit, whatever the number says.
 rlim_t lockLimit() {
     __user_cap_header_struct header{.version = _LINUX_CAPABILITY_VERSION_3, .pid = 0};
     std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> rights{};
@@ -122,7 +123,7 @@ void Realtime::raise() {
     if (!takeIt()) askBroker();
 }
 
-/// True where the user has the right, or the limit `rtprio` allows it.
+/// Returns true if the user has the right or the limit `rtprio` allows it.
 bool Realtime::takeIt() {
     const rlim_t allowed = softLimit(RLIMIT_RTPRIO);
     for (const int priority : {kPriority, static_cast<int>(std::min<rlim_t>(allowed, kPriority))}) {
@@ -152,8 +153,9 @@ void Realtime::askBroker() {
     }
 }
 
-/// So that no tick waits for the disk. With MCL_FUTURE under a limit, memory could one day not be had any
-/// more, so then only what exists is locked, and only where much is left for the stacks.
+/// Locks the memory, so that no tick waits for the disk. Under a limit, MCL_FUTURE could make later
+/// allocations fail. So under a limit only existing memory is locked, and only if enough is left for the
+/// stacks.
 void Realtime::lockMemory() {
     const rlim_t limit = lockLimit();
     const bool unlimited = limit == RLIM_INFINITY;
@@ -163,7 +165,8 @@ void Realtime::lockMemory() {
         state_.whyNot = reason(errno);
     } else {
         state_.memoryLocked = true;
-        // What comes later is locked as it is first used: whole stacks of threads would cost megabytes each.
+        // Later memory is locked when it is first used: locking whole thread stacks would cost megabytes
+        // each.
         if (unlimited) ::mlockall(MCL_FUTURE | MCL_ONFAULT);
     }
 }

@@ -12,13 +12,13 @@
 
 namespace linux_ports {
 
-/// A service that gives real-time scheduling to threads of users who may not take it themselves.
+/// A service that gives real-time scheduling to threads of users without that right.
 class RealtimeBroker {
   public:
     struct Limits {
-        int priority; // the highest that it gives
+        int priority; // the highest priority that the service gives
         std::chrono::microseconds
-            withoutRest; // the process must not allow its threads to run longer at a stretch
+            withoutRest; // the process must set RLIMIT_RTTIME to at most this time without a rest
     };
 
     virtual ~RealtimeBroker() = default;
@@ -28,28 +28,28 @@ class RealtimeBroker {
     virtual void raise(pid_t thread, int priority) = 0;
 };
 
-/// Scheduling of the thread that made the object, in real time for as long as the object lives where the
-/// system allows it: taken by the limit `rtprio`, or else given by a broker. Programs and threads that are
-/// started meanwhile do not inherit it. One object at a time.
+/// Gives real-time scheduling to the thread that makes the object, as long as the object lives and if the
+/// system allows it: by the limit `rtprio` or by a broker. Programs and threads started meanwhile do not
+/// inherit it. Only one object may exist at a time.
 ///
-/// A handler that runs for a tenth of a second without a rest would hold up everything else on its
-/// processor, and a broker's limit would have the kernel kill the program, with hot coils. The thread then
-/// falls back to usual scheduling, and is raised again when it comes back to the event loop, which does not
-/// wait for a broker then.
+/// A handler that runs for a tenth of a second without a rest would block everything else on its processor,
+/// and under a broker's limit the kernel would kill the program while the coils are on. So the thread then
+/// falls back to normal scheduling. It becomes real-time again when it returns to the event loop; the event
+/// loop does not wait for a broker.
 class Realtime {
   public:
     struct State {
         bool granted = false;
-        std::string how;  // empty where the thread took it itself, or the broker's name
+        std::string how;  // the broker's name; empty if the thread did not need a broker
         int priority = 0; // 1 to 99; higher goes first
         bool memoryLocked = false;
-        std::string whyNot; // what kept the thread, or else the memory, from it
+        std::string whyNot; // why the thread is not real-time, or else why memory is not locked
 
         /// "real-time 20 (RealtimeKit)", "not real-time: ...".
         std::string text() const;
     };
 
-    /// `changed` is told when the state is another one later. A refusal is no error: state() tells it.
+    /// `changed` is called when the state changes later. A refusal is not an error: state() reports it.
     Realtime(FdWatcher& watcher, RealtimeBroker& broker, std::function<void(const State&)> changed);
     Realtime(const Realtime&) = delete;
     Realtime& operator=(const Realtime&) = delete;

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::array kEndSignals = {SIGTERM, SIGINT, SIGHUP};
 
-// What a signal handler may touch: a lock-free number, and write().
+// A signal handler may use only a lock-free number and write().
 std::atomic<int> wakeUp{-1};
 static_assert(std::atomic<int>::is_always_lock_free);
 
@@ -26,8 +26,8 @@ extern "C" void onEndSignal(int /*signal*/) {
     errno = kept;
 }
 
-// A handler that does nothing, rather than SIG_IGN, which started programs would inherit. A lost terminal
-// must not end the program with the coils hot.
+// An empty handler instead of SIG_IGN, because started programs would inherit SIG_IGN. A lost terminal must
+// not end the program while the coils are on.
 extern "C" void onBrokenPipe(int /*signal*/) {}
 
 void handle(int signal, void (*handler)(int)) {

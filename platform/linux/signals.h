@@ -8,11 +8,10 @@
 
 namespace linux_ports {
 
-/// Brings the signals that ask a program to end (SIGTERM, SIGINT, SIGHUP) into the event loop, from its
-/// construction on, and takes SIGPIPE out of the way. One object at a time.
+/// Passes the signals that ask a program to end (SIGTERM, SIGINT, SIGHUP) to the event loop, from
+/// construction on, and ignores SIGPIPE. Only one object may exist at a time.
 ///
-/// Handlers and not a signal mask, because the programs that this one starts (a browser) would inherit a
-/// mask.
+/// Uses handlers instead of a signal mask, because started programs (a browser) would inherit a mask.
 class EndSignals {
   public:
     EndSignals();
@@ -20,8 +19,8 @@ class EndSignals {
     EndSignals& operator=(const EndSignals&) = delete;
     ~EndSignals();
 
-    /// Calls `end` from the event loop for the signals to come and those that came before, until the returned
-    /// watch is destroyed.
+    /// Calls `end` from the event loop for all signals since construction, until the returned watch is
+    /// destroyed.
     std::unique_ptr<FdWatch> deliver(FdWatcher& watcher, std::function<void()> end);
 
   private:

@@ -19,7 +19,7 @@ using Path = std::filesystem::path;
     throw runtime::FileError("\"" + file.filename().string() + "\" cannot be " + what + ": " + why);
 }
 
-/// Opens nothing but a plain file: to open a FIFO or a device may wait, or set something off.
+/// Opens only plain files: opening a FIFO or a device may block or trigger something.
 FileDescriptor openPlain(const Path& file, int flags, const char* what) {
     struct stat state {};
     const auto check = [&](int result) {
@@ -44,7 +44,7 @@ void writeAll(int fd, const Path& file, std::size_t offset, std::string_view byt
     }
 }
 
-/// Some file systems report only now that a write failed.
+/// Some file systems report a failed write only at this call.
 void closeChecked(FileDescriptor fd, const Path& file, const char* what) {
     const int own = ::dup(fd.get());
     if (own >= 0 && ::close(own) != 0) fail(file, what, reason(errno));
@@ -53,7 +53,7 @@ void closeChecked(FileDescriptor fd, const Path& file, const char* what) {
 } // namespace
 
 Storage::Storage() {
-    // Signals are the event loop's.
+    // Only the event loop's thread handles signals.
     sigset_t all, before;
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &before);
@@ -111,7 +111,7 @@ void Storage::sync(const Path& file) {
     const Path parent = file.parent_path().empty() ? "." : file.parent_path();
     for (const auto& [name, flags] : {std::pair(file, O_RDONLY), std::pair(parent, O_RDONLY | O_DIRECTORY)}) {
         const FileDescriptor fd(::open(name.c_str(), flags | O_CLOEXEC | O_NONBLOCK));
-        // Some file systems know no such call for a folder, or none at all.
+        // Some file systems cannot sync a folder, or cannot sync at all.
         if (!fd || (::fsync(fd.get()) != 0 && errno != EINVAL && errno != ENOTSUP))
             fail(file, "brought to the disk", reason(errno));
     }

@@ -9,13 +9,13 @@
 
 namespace linux_ports {
 
-/// Files by the calls of POSIX, and one thread for what takes long.
+/// File storage through POSIX calls, with one thread for slow jobs.
 class Storage : public platform::Storage {
   public:
     Storage();
     Storage(const Storage&) = delete;
     Storage& operator=(const Storage&) = delete;
-    /// Runs the jobs that are left.
+    /// Runs the remaining jobs first.
     ~Storage() override;
 
     std::optional<std::string> read(const Path& file, std::size_t limit) override;

@@ -41,7 +41,7 @@ class Connection : public platform::TcpConnection {
         : state_(std::make_shared<State>(watcher, std::move(fd))) {}
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
-    // What runs inside an event outlives the connection.
+    // Keeps the event handlers alive while they run, even if they destroy the connection.
     ~Connection() override {
         state_->end();
         state_->fd = FileDescriptor();
@@ -58,7 +58,7 @@ class Connection : public platform::TcpConnection {
     std::size_t send(std::string_view bytes) override {
         const ssize_t sent = ::send(state_->fd.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
         const std::size_t taken = sent > 0 ? static_cast<std::size_t>(sent) : 0;
-        // A connection that is broken ends by its next reading.
+        // The next read notices a broken connection and ends it.
         if (taken < bytes.size() && !state_->roomWatch) {
             state_->roomWatch = state_->watcher.watchRoom(state_->fd.get(), [state = state_] {
                 state->roomWatch.reset();
@@ -99,7 +99,7 @@ class Listener : public platform::TcpServer {
   public:
     Listener(FdWatcher& watcher, FileDescriptor fd, platform::TcpServers::Accepted accepted)
         : fd_(std::move(fd)),
-          // What is told may destroy this listener.
+          // The callback may destroy this listener.
           watch_(watcher.watch(
               fd_.get(),
               [&watcher, fd = fd_.get(), accepted = std::move(accepted)] { accept(watcher, fd, accepted); },
@@ -143,7 +143,7 @@ std::unique_ptr<platform::TcpServer> TcpServers::listen(const std::string& addre
     };
     FileDescriptor fd(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
     if (!fd) refuse(errno);
-    // The port is free again at once when the program starts anew; no second listener gets it by this.
+    // Lets a restarted program use the port again at once; this does not allow a second listener.
     set(fd.get(), SOL_SOCKET, SO_REUSEADDR, 1);
     sockaddr_in name{};
     name.sin_family = AF_INET;

@@ -52,7 +52,7 @@ class Timers::Timer : public platform::PeriodicTimer {
 
     void tick() {
         schedule_.ticked(now());
-        // Armed before the tick: a tick that opens a box must not keep the next ones from coming.
+        // Set the timer before the tick: a tick that opens a box must not stop the following ticks.
         owner_.arm();
         const auto shared = shared_;
         const auto turn = ++shared->turns;
@@ -64,7 +64,7 @@ class Timers::Timer : public platform::PeriodicTimer {
     }
 
   private:
-    /// What a tick needs when it has destroyed its timer.
+    /// Outlives the timer if a tick destroys the timer.
     struct Shared {
         std::function<void()> tick;
         std::uint64_t turns = 0; // ticks, starts, stops and the end of the timer
@@ -94,7 +94,7 @@ Timers::Timer* Timers::earliest() const {
     return found == running_.end() ? nullptr : *found;
 }
 
-/// A timer that stops may leave the kernel's armed for nothing, which costs less than to arm it anew.
+/// After a timer has stopped, the kernel timer may expire for nothing; this costs less than setting it again.
 void Timers::arm() {
     const Timer* first = earliest();
     if (!first || first->due() == armed_) return;
@@ -110,7 +110,7 @@ void Timers::expired() {
     std::uint64_t expirations = 0;
     if (::read(fd_.get(), &expirations, sizeof expirations) != sizeof expirations) return;
     armed_ = {};
-    // One tick of each at most: the event loop has other work.
+    // At most one tick for each timer: the event loop has other work.
     for (std::size_t left = running_.size(); left > 0; --left) {
         Timer* first = earliest();
         if (!first || first->due() > now()) break;

@@ -8,11 +8,11 @@
 
 namespace linux_ports {
 
-/// Timers on one timer of the kernel, whose ticks follow runtime::StepSchedule. Ticks that are due together
-/// run one after the other, with nothing of the event loop between them.
+/// Timers that share one kernel timer; their ticks follow runtime::StepSchedule. Ticks that are due together
+/// run one after the other, and the event loop does nothing else between them.
 class Timers : public platform::Timers {
   public:
-    /// Throws runtime::ObjectError when the kernel has no timer left. Outlives the timers it makes.
+    /// Throws runtime::ObjectError if the kernel has no timer left. Must outlive its timers.
     explicit Timers(FdWatcher& watcher);
     Timers(const Timers&) = delete;
     Timers& operator=(const Timers&) = delete;

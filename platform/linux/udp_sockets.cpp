@@ -14,8 +14,8 @@ namespace {
 
 /// The longest payload that UDP over IPv4 can carry.
 constexpr std::size_t kLongestDatagram = 65507;
-/// So many datagrams are taken at once, and then none for a while, so that a flood of them leaves the step
-/// timers their time. Station programs send a few in a second.
+/// At most this many datagrams are read at once; then reading pauses, so that a flood of datagrams does not
+/// delay the step timers. Station programs send a few in a second.
 constexpr int kDatagramsAtOnce = 16;
 constexpr std::chrono::milliseconds kRest{10};
 
@@ -23,7 +23,7 @@ class Socket : public platform::UdpSocket {
   public:
     Socket(FdWatcher& watcher, FileDescriptor fd, platform::UdpSockets::Receiver receiver)
         : state_(std::make_shared<State>(std::move(fd), std::move(receiver))),
-          // The receiver may close this socket; what runs must outlive it.
+          // The receiver may close this socket, so keep the running handler alive.
           watch_(watcher.watch(
               state_->fd.get(), [state = state_] { drain(*state); }, kRest)) {}
     Socket(const Socket&) = delete;
@@ -47,7 +47,7 @@ class Socket : public platform::UdpSocket {
     static void drain(State& state) {
         for (int taken = 0; taken < kDatagramsAtOnce && state.open; ++taken) {
             const ssize_t size = ::recv(state.fd.get(), state.buffer.data(), state.buffer.size(), 0);
-            // Nothing left, or the report of a packet that could not be delivered: the socket stays good.
+            // No datagram left, or an error report of an undelivered packet: the socket is still usable.
             if (size < 0) return;
             state.receiver(std::string(state.buffer.data(), static_cast<std::size_t>(size)));
         }

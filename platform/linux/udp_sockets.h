@@ -9,14 +9,14 @@
 
 namespace linux_ports {
 
-/// The address that `text` ("127.0.0.1") stands for, or nothing.
+/// The IPv4 address in `text` ("127.0.0.1"); empty if invalid.
 std::optional<in_addr> parseAddress(const std::string& text);
 
 /// UDP over IPv4, listening at one address of this computer, or at all of them (0.0.0.0).
 class UdpSockets : public platform::UdpSockets {
   public:
     UdpSockets(FdWatcher& watcher, in_addr address) : watcher_(watcher), address_(address) {}
-    /// For the sockets that are bound from now on.
+    /// Sets the address for sockets bound from now on.
     void setAddress(in_addr address) { address_ = address; }
     std::unique_ptr<platform::UdpSocket> bind(int port, Receiver receiver) override;
 

@@ -6,18 +6,18 @@
 
 namespace linux_ports {
 
-/// The folder that the program works in, held for this process alone without leaving a file in it; the system
-/// frees it with the process.
+/// The program's folder, locked for this process without a lock file. The system releases the lock when the
+/// process ends.
 class WorkFolder {
   public:
-    /// Creates the folder where it is missing. Throws runtime::ObjectError when that fails, when nothing can
-    /// be written there, or when another instance holds it.
+    /// Creates the folder if it is missing. Throws runtime::ObjectError if creating fails, if the folder is
+    /// not writable, or if another instance has locked it.
     explicit WorkFolder(const std::filesystem::path& folder);
 
     /// Absolute.
     const std::filesystem::path& path() const { return path_; }
-    /// False on the few file systems that cannot lock a folder (network shares): nothing then keeps a second
-    /// instance out.
+    /// False on file systems that cannot lock a folder (some network shares); there a second instance is not
+    /// prevented.
     bool held() const { return held_; }
 
   private:
