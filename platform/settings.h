@@ -5,15 +5,16 @@
 
 namespace platform {
 
-/// The settings of the machine: texts by section and name, which users may edit by hand.
+/// The settings of this computer: texts by section and name. Users may edit them by hand.
 class Settings {
   public:
     using Texts = std::map<std::string, std::string>;
 
     virtual ~Settings() = default;
-    /// Empty where there is no such section. Throws runtime::FileError when the settings cannot be read.
+    /// Empty if there is no such section. Throws runtime::FileError if the settings cannot be read.
     virtual Texts read(const std::string& section) const = 0;
-    /// Sets these names; all others stay. Throws runtime::FileError; all is then as it was.
+    /// Sets these names; all other names keep their values. If it throws runtime::FileError, nothing has
+    /// changed.
     virtual void write(const std::string& section, const Texts& texts) = 0;
 };
 

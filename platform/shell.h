@@ -5,16 +5,16 @@
 
 namespace platform {
 
-/// The user's desktop. Whether one of its programs takes what it is given may turn out later: `failed` is
-/// told why not, at once or from the event loop.
+/// The user's desktop. Opening a page or a mail may fail later: `failed` is called with the reason, at once
+/// or from the event loop.
 class Shell {
   public:
     using Failed = std::function<void(const std::string& why)>;
 
     virtual ~Shell() = default;
-    /// Shows a page that ships with the program, named by its file. Fails when the page is missing.
+    /// Shows a page of the program by its file name. Fails if the page is missing.
     virtual void openPage(const std::string& file, Failed failed) = 0;
-    /// Starts a mail in the user's mail program; an empty address leaves it to the user.
+    /// Starts a mail in the user's mail program; if the address is empty, the user enters it.
     virtual void startMail(const std::string& address, const std::string& subject, Failed failed) = 0;
 };
 

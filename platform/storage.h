@@ -9,32 +9,32 @@
 
 namespace platform {
 
-/// The few calls by which files are kept. A call that fails throws runtime::FileError, whose text names the
-/// file and the reason. All but sync and finish return at once: sync takes seconds on a slow card.
+/// File access. A call that fails throws runtime::FileError with the file and the reason. All calls but sync
+/// and finish return at once: sync takes seconds on a slow memory card.
 class Storage {
   public:
     using Path = std::filesystem::path;
     virtual ~Storage() = default;
 
-    /// The whole of a file, or nothing where there is none. An error too: what is no plain file, and more
-    /// than `limit` bytes.
+    /// The whole content of a file; empty if there is no file. Throws if it is no plain file or longer than
+    /// `limit` bytes.
     virtual std::optional<std::string> read(const Path& file, std::size_t limit) = 0;
-    /// Makes a new file, and never writes through a link. An error where the name is taken; no file is left
-    /// then, and none where it could not be written whole.
+    /// Creates a new file; never writes through a link. Throws if the name is taken. If writing fails, the
+    /// incomplete file is removed.
     virtual void create(const Path& file, std::string_view bytes) = 0;
-    /// Writes into a file that exists, from byte `offset` on.
+    /// Writes into an existing file, from byte `offset` on.
     virtual void write(const Path& file, std::size_t offset, std::string_view bytes) = 0;
-    /// Returns when the file, its name and all earlier changes of names in its folder would survive a power
+    /// Returns when the file, its name and all earlier renames in its folder are safe against a power
     /// failure.
     virtual void sync(const Path& file) = 0;
-    /// Takes the place of a file of the new name, in one step.
+    /// Replaces a file with the new name, in one step.
     virtual void rename(const Path& from, const Path& to) = 0;
-    /// No error where there is no such file.
+    /// No error if there is no such file.
     virtual void remove(const Path& file) = 0;
 
-    /// Runs the job soon, one after the other, on a thread of their own. A job throws nothing.
+    /// Runs the jobs soon, one after the other, on a separate thread. A job must not throw.
     virtual void later(std::function<void()> job) = 0;
-    /// Returns when all jobs have run.
+    /// Waits until all jobs have run.
     virtual void finish() = 0;
 };
 

@@ -8,7 +8,7 @@
 
 namespace platform {
 
-/// States of a TCP client, in the numbers by which the program shows them.
+/// States of a TCP client; the numbers select the texts that the window shows.
 enum class TcpState {
     Closed = 0,
     Open = 1,
@@ -22,34 +22,34 @@ enum class TcpState {
     Error = 9
 };
 
-/// A connection, or the attempt at one; destroying it ends it without an event, also inside one of its own.
-/// What was taken for sending still goes out as far as the network takes it at once.
+/// A connection or a connection attempt. Destroying the object ends it without an event; this is allowed
+/// inside its own events. Accepted bytes are still sent as far as the network takes them at once.
 class TcpClient {
   public:
-    /// Bytes that may wait for a peer that does not read.
+    /// The most bytes that may wait for a peer that does not read.
     static constexpr std::size_t kMostUnsent = 64 << 10;
 
     virtual ~TcpClient() = default;
     virtual TcpState state() const = 0;
-    /// Takes bytes for sending, all or none, and never waits. None when the client is not connected, or when
-    /// more than kMostUnsent would wait.
+    /// Accepts all of the bytes for sending, or none, and never waits. Accepts none if the client is not
+    /// connected or if more than kMostUnsent bytes would wait.
     virtual bool send(std::string_view bytes) = 0;
 };
 
 class TcpClients {
   public:
-    /// Called on the user-interface thread, and not before connect has returned. While one of them has a box
-    /// open, the next ones come.
+    /// Called on the user-interface thread, and only after connect has returned. While a handler has a box
+    /// open, further events come.
     struct Events {
         std::function<void()> connected;
-        /// A small piece at a time, so that a flood of bytes cannot starve the step timers.
+        /// Called with a small piece at a time, so that a flood of bytes does not delay the step timers.
         std::function<void(const std::string& bytes)> received;
-        /// The attempt failed or the connection was lost; nothing follows.
+        /// The attempt failed or the connection was lost. The last event.
         std::function<void()> ended;
     };
 
     virtual ~TcpClients() = default;
-    /// Never waits: resolving the name and connecting go on beside the window.
+    /// Never waits: the name is resolved and the connection made in the background.
     virtual std::unique_ptr<TcpClient> connect(const std::string& host, int port, Events events) = 0;
 };
 

@@ -8,26 +8,26 @@
 
 namespace platform {
 
-/// An accepted connection; destroying it closes it without an event, after what was sent. It may be destroyed
-/// inside `received` and `ended`.
+/// An accepted connection. Destroying it closes the connection without an event, after the sent bytes. It may
+/// be destroyed inside `received` and `ended`.
 class TcpConnection {
   public:
     struct Events {
         std::function<void(std::string_view bytes)> received;
-        /// After a send that was cut short: there is room again.
+        /// Called after an incomplete send, when there is room again.
         std::function<void()> writable;
-        /// The peer closed the connection, or it broke; nothing follows.
+        /// The peer closed the connection, or the connection broke. The last event.
         std::function<void()> ended;
     };
 
     virtual ~TcpConnection() = default;
-    /// Lets the events come, never during the call. Called once.
+    /// Starts the events; none comes during the call. Call it once.
     virtual void start(Events events) = 0;
-    /// Hands bytes to the system without waiting; returns how many it took.
+    /// Passes bytes to the system without waiting; returns the number of bytes accepted.
     virtual std::size_t send(std::string_view bytes) = 0;
 };
 
-/// A listening socket; destroying it frees the port. Accepted connections live on.
+/// A listening socket. Destroying it frees the port; accepted connections stay open.
 class TcpServer {
   public:
     virtual ~TcpServer() = default;
@@ -37,14 +37,14 @@ class TcpServers {
   public:
     struct Addresses {
         std::string peer; // "192.168.1.20"
-        std::string here; // the one of this computer that the peer has reached
+        std::string here; // the address of this computer to which the peer has connected
     };
     using Accepted =
         std::function<void(std::unique_ptr<TcpConnection> connection, const Addresses& addresses)>;
 
     virtual ~TcpServers() = default;
-    /// Listens at an IPv4 address of this computer, alone at this port. Throws runtime::ObjectError, naming
-    /// address, port and reason, when it cannot.
+    /// Listens at an IPv4 address of this computer, with exclusive use of the port. Throws
+    /// runtime::ObjectError, naming address, port and reason.
     virtual std::unique_ptr<TcpServer> listen(const std::string& address, int port, Accepted accepted) = 0;
 };
 

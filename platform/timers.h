@@ -6,18 +6,18 @@
 
 namespace platform {
 
-/// A periodic timer that ticks on the user-interface thread. It is born stopped.
+/// A periodic timer that ticks on the user-interface thread. A new timer is stopped.
 class PeriodicTimer {
   public:
     virtual ~PeriodicTimer() = default;
-    /// Starts, or starts anew, with the first tick one period from now. `period` is above 0.
+    /// Starts or restarts the timer; the first tick comes one period from now. `period` is above 0.
     virtual void start(std::chrono::nanoseconds period) = 0;
-    /// Changes the period of a timer that runs, and keeps its schedule: the next tick comes one new period
-    /// after the moment at which the last one was due. `period` is above 0. May be called from the tick.
+    /// Changes the period of a running timer and keeps its schedule: the next tick is due one new period
+    /// after the last tick was due. `period` is above 0. May be called from the tick.
     virtual void setPeriod(std::chrono::nanoseconds period) = 0;
-    /// No tick comes after this, not even one that was already due.
+    /// Stops the timer: no tick comes any more, not even a tick that is already due.
     virtual void stop() = 0;
-    /// How long the next tick of a timer that runs is away; below 0 when it is overdue.
+    /// The time until the next tick of a running timer; negative if the tick is overdue.
     virtual std::chrono::nanoseconds untilTick() const = 0;
 };
 

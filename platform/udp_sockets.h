@@ -17,8 +17,8 @@ class UdpSockets {
     using Receiver = std::function<void(const std::string& datagram)>;
 
     virtual ~UdpSockets() = default;
-    /// Listens for datagrams to `port` (1 to 65535) at the address that the user chose for the program.
-    /// Throws runtime::ObjectError, naming port and reason, when it cannot be bound.
+    /// Listens for datagrams to `port` (1 to 65535) at the address that the user has chosen. Throws
+    /// runtime::ObjectError, naming port and reason, if the socket cannot be bound.
     virtual std::unique_ptr<UdpSocket> bind(int port, Receiver receiver) = 0;
 };
 

@@ -46,14 +46,15 @@ WidgetAdapter::WidgetAdapter(form::Control& control, QWidget& widget, Words word
 }
 
 void WidgetAdapter::focusWanted(form::Control& /*control*/) {
-    // A control that was enabled a moment ago can take the focus only once its widget is enabled too.
+    // The control may just have been enabled: its widget can take the focus only after the widget is enabled
+    // too.
     redraw().drawAll();
     widget_.setFocus(Qt::OtherFocusReason);
 }
 
 void WidgetAdapter::frontWanted(form::Control& /*control*/) {
     QWidget* parent = widget_.parentWidget();
-    // In a pile, what lies behind is hidden: labels let their background through.
+    // In a pile, only the front widget is visible: labels are transparent.
     if (auto* pile = parent ? qobject_cast<QStackedLayout*>(parent->layout()) : nullptr) {
         pile->setCurrentWidget(&widget_);
     } else {
@@ -62,7 +63,7 @@ void WidgetAdapter::frontWanted(form::Control& /*control*/) {
 }
 
 void WidgetAdapter::drawNow() {
-    // Only a change is passed on: a widget in a pile is shown and hidden by the pile.
+    // Passes on only changes: the pile shows and hides its own widgets.
     if (visible_ != control().Visible) widget_.setVisible(visible_ = control().Visible);
     widget_.setEnabled(control().Enabled);
     drawOwn();
@@ -70,7 +71,7 @@ void WidgetAdapter::drawNow() {
 }
 
 void WidgetAdapter::drawWords() {
-    // The words hardly ever change, and a step draws lamps and digits without them.
+    // The texts rarely change, and a step draws only lamps and digits.
     const std::string& ownTip = control().ToolTip;
     if (wordsDrawn_ && ownTip == tipDrawn_ && engine() == engineDrawn_) return;
     wordsDrawn_ = true;

@@ -9,22 +9,22 @@
 
 namespace ui {
 
-/// What an operator is told about a control. "%1" stands for the name of the engine.
+/// The texts that explain a control to the user. "%1" stands for the name of the engine.
 struct Words {
     QString name{}; // for a screen reader
     QString tip{};
-    QString key{}; // empty where there is none
+    QString key{}; // empty if there is none
 };
 
 inline QString shown(const std::string& text) {
     return QString::fromStdString(text);
 }
 
-/// A tool tip that is never taken for markup, whatever a user has typed into it.
+/// A tool tip that is never shown as markup, even if it contains user input.
 QString plainTip(const QString& text);
 
-/// Joins a control and what stands for it on the screen: the control's changes are drawn, the user's actions
-/// become its events.
+/// Connects a control with its widget: draws the control's changes, and turns the user's actions into the
+/// control's events.
 class Adapter : public form::ControlObserver {
   public:
     Adapter(form::Control& control, Redraw& redraw);
@@ -37,12 +37,12 @@ class Adapter : public form::ControlObserver {
     void frontWanted(form::Control& /*control*/) override {}
 
     void draw();
-    /// Runs after each drawing, for what depends on this control and is none itself.
+    /// Runs after each drawing, for parts of the window that depend on this control but are not controls.
     std::function<void()> onDrawn;
 
-    /// Names the engine in the words of this control.
+    /// Sets the engine's name in the texts of this control.
     void nameEngine(const QString& engine);
-    /// Draws again soon; after a user's action this puts back what the control does not confirm.
+    /// Draws again soon; after a user's action this undoes what the control has not accepted.
     void redrawSoon() { changed(control_); }
 
   protected:

@@ -19,8 +19,8 @@
 
 namespace ui {
 
-/// Makes the widgets of a form's controls and keeps both in step. The widgets belong to the layout they are
-/// put into. `reserve` names the texts that a control leaves room for, separated by '|'.
+/// Makes the widgets of a form's controls and keeps widgets and controls equal. The layout owns its widgets.
+/// `reserve` lists the texts for which a control leaves room, separated by '|'.
 class Adapters {
   public:
     explicit Adapters(Redraw& redraw) : redraw_(redraw) {}
@@ -28,7 +28,7 @@ class Adapters {
     CaptionLabel* label(form::Label& control, const Words& words, const QString& reserve);
     /// A label that can be double-clicked.
     CaptionLabel* activeLabel(form::Label& control, const Words& words, const QString& reserve);
-    /// A large number. One that `opens` can be double-clicked.
+    /// A large number. If `opens` is true, it can be double-clicked.
     Digits* digits(form::Label& control, const Words& words, bool opens = true);
     PushButton* button(form::Button& control, const Words& words, const QString& reserve = {},
                        PushButton::Kind kind = PushButton::Kind::Normal);
@@ -39,14 +39,14 @@ class Adapters {
     QComboBox* comboBox(form::ComboBox& control, const Words& words);
     Lamp* lamp(form::Shape& control, const Words& words);
     void display(form::Shape& control, Display& widget, const Words& words);
-    /// The control shows and hides the group; its look and its words are the layout's.
+    /// The control only shows and hides the group; the layout sets the look and the texts.
     void frame(form::Frame& control, QWidget& widget);
     void menu(form::Menu& control, QAction& action, const QString& tip);
     void statusBar(form::StatusBar& control, QWidget& widget, const std::vector<CaptionLabel*>& panels);
 
-    /// The adapter of a control that got its widget here.
+    /// The adapter of a control whose widget was made here.
     Adapter& of(const form::Control& control) const { return *byControl_.at(&control); }
-    /// Draws every control anew: the palette has changed.
+    /// Redraws every control after a change of the palette.
     void redrawAll();
 
   private:
@@ -61,7 +61,7 @@ class Adapters {
     std::unordered_map<const form::Control*, Adapter*> byControl_;
 };
 
-/// The colour that a control states, or none where it leaves it to the palette.
+/// The control's own colour; none if the control uses the palette's colour.
 std::optional<QColor> ownColour(form::Colour colour);
 
 } // namespace ui

@@ -69,7 +69,7 @@ bool CaptionLabel::shortened() const {
 }
 
 QSize CaptionLabel::sizeHint() const {
-    // One pixel of reserve: advances are rounded, eliding is not.
+    // One extra pixel: text widths are rounded, but eliding uses exact widths.
     return {widest(fontMetrics(), samples_) + 2 * sidePadding() + 1, fontMetrics().height() + 2};
 }
 

@@ -10,8 +10,8 @@ QFont scaledFont(const QFont& font, double factor, QFont::Weight weight = QFont:
 /// The width of the widest of some texts, separated by '|'.
 int widest(const QFontMetrics& metrics, const QString& samples);
 
-/// A text that keeps its place: its size comes from samples, whatever it shows; what is too long ends in
-/// dots. Never markup. Where it means something to be double-clicked, the keyboard can do it too.
+/// A text of constant size: the size comes from samples, and a longer text ends in dots. Never markup. If the
+/// label reacts to a double-click, the keyboard can do the same.
 class CaptionLabel : public QLabel {
   public:
     enum class Tone { Normal, Quiet, Accent };
@@ -21,7 +21,7 @@ class CaptionLabel : public QLabel {
     /// The texts to leave room for, separated by '|'; one line each.
     void reserve(const QString& samples);
     void setTone(Tone tone);
-    /// Colours of its own; none follows the palette.
+    /// The label's own colours; without a colour it follows the palette.
     void setColours(std::optional<QColor> text, std::optional<QColor> background);
     /// Called by a double-click, Enter, Space or F2.
     void setActivated(std::function<void()> activated);

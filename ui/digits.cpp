@@ -47,7 +47,7 @@ QFont digitFont(const QFont& base, int pixels) {
 } // namespace
 
 Digits::Digits(const QString& text, QWidget* parent) : CaptionLabel(text, parent) {
-    // Nothing shines through, so that nothing below has to be painted with each step.
+    // Opaque, so that a step need not paint anything below.
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
@@ -98,8 +98,9 @@ void Digits::paintEvent(QPaintEvent* /*event*/) {
     }
 }
 
-/// Digits of this size are no text to the font system but outlines, worked out anew each time: with both
-/// engines running, half of all processor time went there. Each character is therefore painted once.
+/// The font system computes the outlines of such large digits again for each drawing: with both engines
+/// running, this took half of all processor time. So each character is painted only once and kept as a
+/// picture.
 const QPixmap& Digits::cell(QChar character) {
     const auto known = cells_.constFind(character);
     if (known != cells_.constEnd()) return *known;
@@ -182,7 +183,7 @@ void Display::resizeEvent(QResizeEvent* /*event*/) {
 }
 
 bool Display::event(QEvent* event) {
-    // One of the numbers has appeared or gone.
+    // One of the numbers has been shown or hidden.
     if (event->type() == QEvent::LayoutRequest) arrange();
     return QWidget::event(event);
 }

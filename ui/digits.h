@@ -7,13 +7,13 @@
 
 namespace ui {
 
-/// A number in cells of one width, as large as its place allows: digits do not move when one of them changes.
+/// A number in cells of equal width, as large as its area allows: digits do not move when a digit changes.
 class Digits : public CaptionLabel {
   public:
     explicit Digits(const QString& text = {}, QWidget* parent = nullptr);
 
     void setDigitColour(const QColor& colour);
-    /// What the digits stand on.
+    /// The background of the digits.
     void setPaper(const QColor& colour);
     /// The height of the digits' font that fits this room, in pixels.
     static int fontHeight(const QFont& font, const QSize& room);
@@ -42,7 +42,7 @@ class Display : public QWidget {
     void setFill(const QColor& colour);
     /// The numbers lie on top of each other, the unit before them.
     void place(Digits& position, Digits& angle, CaptionLabel& unit);
-    /// Stands right of the angle while it is visible, under its caption.
+    /// Right of the angle while the angle is visible, under its caption.
     void placeReceived(Digits& received, CaptionLabel& caption);
 
     QSize sizeHint() const override;

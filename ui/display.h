@@ -4,21 +4,21 @@
 #include <functional>
 #include <string>
 
-/// What the program says and does outside its window: before it stands, beside it, and when the display goes.
+/// Messages outside the main window: before the window exists, beside it, and when the display is lost.
 namespace ui {
 
-/// Says what the user must know, beside the engines that go on: the box is not modal. From any thread.
+/// Shows a message while the engines run on: the box is not modal. Can be called from any thread.
 void notify(const std::string& what);
 
-/// A start from the desktop's menu has no terminal to say why it failed.
+/// Shows the error in a box: a start from the desktop's menu has no terminal.
 void showFailure(int argc, char** argv, const std::string& why);
 
-/// A message handler for the time in which the toolkit looks for a display: it would end the program with a
-/// screenful and an abort.
+/// A message handler for the time in which the toolkit looks for a display: without a display the toolkit
+/// would print a long text and abort.
 void tellOfNoDisplay(QtMsgType type, const QMessageLogContext& context, const QString& text);
 
-/// Runs when something ends the program by std::exit while this object lives, as the toolkit does when the
-/// display goes away. One object at a time.
+/// Runs its function when std::exit ends the program while this object lives. The toolkit calls std::exit
+/// when the display is lost. Only one object may exist at a time.
 class LastWish {
   public:
     explicit LastWish(std::function<void()> wish);

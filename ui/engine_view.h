@@ -42,8 +42,8 @@ struct EngineControls {
 EngineControls engineA(form::Form1& form);
 EngineControls engineB(form::Form1& form);
 
-/// The panel of one engine: its name, lamps, position, motion, speeds and parameters. What shows direction
-/// keeps its side; all else is mirrored between the two engines.
+/// The panel of one engine: its name, lamps, position, motion, speeds and parameters. Elements that show a
+/// direction keep their side; everything else is mirrored between the two engines.
 class EngineView : public Card {
   public:
     EngineView(const EngineControls& engine, Adapters& adapters);

@@ -7,8 +7,8 @@
 
 namespace ui {
 
-/// Says four times a second from the event loop, and at once when an engine starts or stops, whether an
-/// engine runs. It is the one observer that the step timers can have.
+/// Reports whether an engine runs: four times a second from the event loop, and at once when an engine starts
+/// or stops. A step timer can have only one observer: the Heartbeat.
 class Heartbeat : private form::ControlObserver {
   public:
     /// The form outlives this object.
@@ -25,7 +25,7 @@ class Heartbeat : private form::ControlObserver {
 
     engine::Sides sides_;
     std::function<void(bool)> beat_;
-    bool said_ = false; // what the last beat said
+    bool said_ = false; // the value of the last beat
     QTimer timer_;
 };
 

@@ -10,7 +10,7 @@ namespace ui {
 
 Lamp::Lamp(QWidget* parent) : QWidget(parent) {
     setFixedSize(sizeHint());
-    // Nothing shines through, so that nothing below has to be painted with each step.
+    // Opaque, so that a step need not paint anything below.
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 

@@ -13,15 +13,14 @@ namespace ui {
 class EngineView;
 class MemoryView;
 
-/// The main window: a projection of its form, which it decides nothing about. It shows the form's dialogs
-/// too.
+/// The main window: it shows its form and the form's dialogs, and decides nothing itself.
 class MainWindow : public QMainWindow {
   public:
-    /// Both outlive the window.
+    /// Both arguments outlive the window.
     MainWindow(form::Form1& form, form::Boxes& boxes);
     ~MainWindow() override;
 
-    /// The user closes the window. Without it, closing presses the exit menu.
+    /// Called when the user closes the window. If it is not set, closing presses the exit menu.
     std::function<void()> onCloseRequested;
 
   protected:

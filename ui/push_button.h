@@ -6,8 +6,8 @@
 
 namespace ui {
 
-/// A flat button that tells when it is pressed and let go, also when the release gets lost: the focus moves
-/// on, a box opens, the button is hidden or disabled, the window goes to the back.
+/// A flat button that reports press and release. It also reports a release when the real release is lost: the
+/// focus moves, a box opens, the button is hidden or disabled, or the window loses the focus.
 class PushButton : public QPushButton {
   public:
     enum class Kind { Normal, Stop };
@@ -15,10 +15,10 @@ class PushButton : public QPushButton {
     explicit PushButton(Kind kind = Kind::Normal, QWidget* parent = nullptr);
 
     std::function<void()> onPress, onRelease;
-    /// The release will not come any more: what the button holds is let go.
+    /// The real release will not come: report a release now.
     void lose();
 
-    /// A background of its own; none follows the palette.
+    /// The button's own background; without a colour it follows the palette.
     void setBackground(std::optional<QColor> background);
     void reserve(const QString& samples) { samples_ = samples; }
     QSize sizeHint() const override;

@@ -6,7 +6,7 @@
 
 namespace ui {
 
-/// What feeds the program in the tuner functions: the radio's frequency, its connection, automatic recall.
+/// The panel of the tuner functions: the radio's frequency, its connection, automatic recall.
 class RadioView : public Card {
   public:
     RadioView(form::Form1& form, Adapters& adapters);

@@ -8,9 +8,9 @@ namespace ui {
 
 namespace {
 
-/// What a drawing takes. Two engines at full speed leave such a gap in every millisecond.
+/// The time of one drawing. Two engines at full speed leave a gap of this length in every millisecond.
 constexpr std::chrono::microseconds kDrawing{450};
-/// A drawing that finds no gap comes so much late.
+/// If there is no gap, the drawing comes at most this late.
 constexpr int kLongestWaitMilliseconds = 4;
 
 } // namespace

@@ -10,16 +10,16 @@ namespace ui {
 
 class Adapter;
 
-/// Draws what has changed, all at once, at most 30 times a second, and out of the way of the engines' steps.
-/// Costs nothing while nothing changes.
+/// Draws all changed controls at once, at most 30 times a second and between the engines' steps. Does nothing
+/// while nothing changes.
 class Redraw {
   public:
-    /// `untilStep` says how long the next step of an engine is away.
+    /// `untilStep` returns the time until the next step of an engine.
     explicit Redraw(std::function<std::chrono::nanoseconds()> untilStep);
 
     void mark(Adapter& adapter);
     void forget(Adapter& adapter);
-    /// Draws what is waiting without waiting for the next round.
+    /// Draws all waiting changes now.
     void drawAll();
 
   private:

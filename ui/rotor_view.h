@@ -6,7 +6,7 @@
 
 namespace ui {
 
-/// What feeds the program in Satellite Rotor: links, offsets and thresholds.
+/// The panel of Satellite Rotor: links, offsets and thresholds.
 class RotorView : public Card {
   public:
     RotorView(form::Form1& form, Adapters& adapters);

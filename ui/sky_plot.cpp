@@ -41,7 +41,7 @@ SkyPlot::SkyPlot(form::Form1& form) : form_(form) {
 }
 
 QPointF SkyPlot::place(const Direction& direction) {
-    // Past the zenith the way leads down on the other side by itself: the radius changes its sign.
+    // Above 90 degrees the radius becomes negative, so the way goes down on the other side.
     const double radius = std::clamp((kZenith - direction.elevation) / kZenith, -1.0, 1.0);
     const double angle = direction.azimuth * std::numbers::pi / 180;
     return {radius * std::sin(angle), -radius * std::cos(angle)};
@@ -62,7 +62,7 @@ void SkyPlot::look() {
         target = Direction{runtime::leadingNumber(azimuth), runtime::leadingNumber(elevation)};
     }
     const qint64 now = clock_.elapsed();
-    // Once a second the tracks move on, also while both directions stand still.
+    // The tracks move on once a second, even if both directions stay the same.
     bool moved = antennaTrack_.add(now, antenna);
     if (target && targetTrack_.add(now, *target)) moved = true;
     if (!moved && antenna == antenna_ && target == target_ && plan_ == form_.plan) return;
@@ -124,7 +124,7 @@ void SkyPlot::drawPlan(QPainter& painter, double radius) const {
         painter.drawLine(rim * (radius - kEndMark), rim * (radius + kEndMark));
     }
     if (!plan_.moves) return;
-    // Both axes set out at once: where the shorter one has arrived, the other goes on alone.
+    // Both axes start together; when the axis with the shorter way has arrived, the other axis goes on alone.
     const double azimuth = plan_.azimuth - antenna_.azimuth;
     const double elevation = plan_.elevation - antenna_.elevation;
     const double way = std::max(std::abs(azimuth), std::abs(elevation));

@@ -10,8 +10,8 @@
 
 namespace ui {
 
-/// A direction in degrees: azimuth clockwise from north, elevation above the horizon. Beyond 90 degrees of
-/// elevation the antenna lies over on its back.
+/// A direction in degrees: azimuth clockwise from north, elevation above the horizon. With an elevation above
+/// 90 degrees the antenna is flipped.
 struct Direction {
     double azimuth = 0;
     double elevation = 0;
@@ -28,11 +28,11 @@ class SkyTrack {
     static constexpr qint64 kKeptMilliseconds = 600'000;
     static constexpr qint64 kBetweenSamples = 1000;
 
-    /// Samples further apart than this were not seen in between.
+    /// If two samples are further apart than this, the track has a gap between them.
     static constexpr qint64 kGap = 3000;
 
-    /// Adds a direction and drops what is too old; `now` in milliseconds. False when it keeps the sample
-    /// that it has.
+    /// Adds a direction and drops old samples; `now` is in milliseconds. Returns false if the direction was
+    /// not added.
     bool add(qint64 now, const Direction& direction);
     const std::deque<Sample>& samples() const { return samples_; }
 
@@ -40,15 +40,15 @@ class SkyTrack {
     std::deque<Sample> samples_;
 };
 
-/// Draws the sky as seen from below a map: north up, zenith in the middle. It looks at the directions ten
-/// times a second while it is visible, repaints only when one has changed, and costs nothing while hidden.
+/// Draws the sky like a map: north up, east right, zenith in the middle. While visible, it checks the
+/// directions ten times a second and repaints only after a change. While hidden, it does nothing.
 class SkyPlot : public QWidget {
   public:
     enum class Who { Antenna, Target };
 
     explicit SkyPlot(form::Form1& form);
 
-    /// Where a direction stands in a circle of radius 1, y down.
+    /// The place of a direction in a circle of radius 1, y down.
     static QPointF place(const Direction& direction);
     /// The direction at a place in that circle, elevation 0 to 90.
     static Direction directionAt(QPointF place);
@@ -67,7 +67,7 @@ class SkyPlot : public QWidget {
   private:
     void look();
     double radius() const;
-    /// The range's ends, and the way on which the antenna goes to its place.
+    /// Draws the ends of the range and the antenna's way to its next position.
     void drawPlan(QPainter& painter, double radius) const;
     void drawSky(QPainter& painter, double radius) const;
     void drawTrack(QPainter& painter, double radius, Who who, const SkyTrack& track) const;

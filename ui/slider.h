@@ -4,8 +4,8 @@
 
 namespace ui {
 
-/// A slider that the mouse wheel moves only while it has the focus: a wheel that scrolls the window must not
-/// change a setting on its way.
+/// A slider that the mouse wheel moves only while the slider has the focus: scrolling the window must not
+/// change a setting.
 class Slider : public QSlider {
   public:
     explicit Slider(QWidget* parent = nullptr) : QSlider(Qt::Horizontal, parent) {

@@ -45,7 +45,7 @@ class TextBoxAdapter : public WidgetAdapter {
         widget.onMouseDown = [this] { box_.MouseDown.fire(); };
         widget.onCharacter = [this](int code) {
             const int accepted = box_.press(code);
-            // What the handler has put into the box must be there before the character joins it.
+            // Text set by the handler must be in the box before the character is inserted.
             redraw().drawAll();
             return accepted;
         };

@@ -6,8 +6,8 @@
 
 namespace ui {
 
-/// A check box that shows what its control says and nothing else: a click changes it only by way of the
-/// control. Its size comes from samples.
+/// A check box that always shows its control's value: a click changes the control, and only the control
+/// changes the box. Its size comes from samples.
 class TickBox : public QCheckBox {
   public:
     explicit TickBox(QWidget* parent = nullptr);
@@ -28,7 +28,7 @@ class TickBox : public QCheckBox {
     std::optional<QColor> plate_;
 };
 
-/// One of a list of options of which none need be selected. The arrow keys move the focus, never the
+/// An option of a list in which no option need be selected. The arrow keys move the focus, never the
 /// selection.
 class OptionDot : public QRadioButton {
   public:

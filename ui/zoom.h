@@ -6,14 +6,15 @@
 
 namespace ui {
 
-/// Shows a content whose texts grow with the window, so that a maximised window is read from further away.
-/// Where even the smallest size does not fit, it scrolls and nothing is cut off.
+/// Scales the texts of its content with the window, so that a maximised window can be read from further away.
+/// If even the smallest size does not fit, the content scrolls.
 class ZoomArea : public QScrollArea {
   public:
-    /// Below `smallest` texts keep the size of the user's font. Takes the content, complete, as its own.
+    /// In a window smaller than `smallest` texts keep the size of the user's font. Takes ownership of the
+    /// complete content.
     ZoomArea(QWidget* content, const QSize& smallest);
 
-    /// What the content needs without scrolling.
+    /// The size that the content needs without scrolling.
     QSize sizeHint() const override { return base_; }
 
   protected:
@@ -26,7 +27,7 @@ class ZoomArea : public QScrollArea {
     };
     void zoom(int percent);
 
-    QSize base_; // where the zoom begins
+    QSize base_; // the window size at which zooming begins
     std::vector<Text> texts_;
     int percent_ = 100;
 };

@@ -7,9 +7,9 @@
 
 namespace qt_ports {
 
-/// A file that ships with the program ("docs/help.html"). An installed program has it in `../share/twinstep`,
-/// seen from the executable's folder, so that it never reads the files of another version; one that runs from
-/// its build folder has it in `sourceFolder`, which an installed program leaves empty.
+/// Finds a data file of the program ("docs/help.html"). An installed program looks in `../share/twinstep`,
+/// relative to the executable's folder, so that it never reads the files of another version. A program in its
+/// build folder looks in `sourceFolder`; it is empty in an installed program.
 std::optional<QString> findDataFile(const std::filesystem::path& sourceFolder, const QString& file,
                                     const QString& programFolder = QCoreApplication::applicationDirPath());
 

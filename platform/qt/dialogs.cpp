@@ -21,7 +21,7 @@ QWidget* windowInFront() {
     return visible == all.end() ? nullptr : *visible;
 }
 
-/// The platforms without a screen have no dialogs of their own.
+/// Qt's platforms without a screen have no native dialogs.
 bool withoutScreen() {
     const QString platform = QGuiApplication::platformName();
     return platform == "offscreen" || platform == "minimal";
@@ -109,7 +109,7 @@ std::optional<std::string> Dialogs::saveFile(const std::string& filter) {
     prepare(dialog, wanted);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
-    // The question is asked below, for the name that the file will really have.
+    // The question comes below, for the final file name.
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
         QString path = dialog.selectedFiles().constFirst();

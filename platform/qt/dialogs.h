@@ -4,11 +4,10 @@
 
 namespace qt_ports {
 
-/// The toolkit's boxes, over whichever window is in front.
+/// The toolkit's boxes, over the front window.
 class Dialogs : public platform::Dialogs {
   public:
-    /// The display has gone: from now on a message goes to the standard error, and every question is
-    /// cancelled.
+    /// The display is lost: from now on messages go to standard error, and every question is cancelled.
     void useStandardError() { displayGone_ = true; }
 
     bool message(const std::string& text, const std::string& title, platform::Icon icon,
@@ -16,7 +15,7 @@ class Dialogs : public platform::Dialogs {
     std::optional<std::string> input(const std::string& prompt, const std::string& title,
                                      const std::string& proposed) override;
     std::optional<std::string> openFile(const std::string& filter) override;
-    /// The name gets the filter's extension; an existing file is replaced only after a question.
+    /// Adds the filter's extension to the name; replaces an existing file only after a question.
     std::optional<std::string> saveFile(const std::string& filter) override;
     std::optional<std::uint32_t> chooseColour(std::uint32_t initial, const std::string& title) override;
 

@@ -13,10 +13,10 @@ namespace {
 constexpr const char* kService = "org.freedesktop.RealtimeKit1";
 constexpr const char* kPath = "/org/freedesktop/RealtimeKit1";
 constexpr const char* kConnection = "twinstep-realtime";
-/// The service may have to be started first. Nobody waits longer for the window.
+/// The system may have to start the service first. Longer waiting would delay the window too much.
 constexpr int kPatience = 2000; // milliseconds
 
-/// A connection for a few calls: nothing of it stays in the event loop.
+/// A connection for a few calls; it leaves nothing in the event loop.
 class Bus {
   public:
     Bus() : connection_(QDBusConnection::connectToBus(QDBusConnection::SystemBus, kConnection)) {

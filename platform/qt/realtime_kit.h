@@ -4,8 +4,8 @@
 
 namespace qt_ports {
 
-/// RealtimeKit on the system bus, as desktops have it. Through the toolkit's D-Bus, because that comes with
-/// the toolkit: nothing else needs to be installed or linked for two calls at the start.
+/// RealtimeKit on the system bus, part of most desktops. Uses the toolkit's D-Bus classes, so that two calls
+/// at the start need no other library.
 ///
 /// Interface: org.freedesktop.RealtimeKit1.xml of rtkit 0.13.
 class RealtimeKit : public linux_ports::RealtimeBroker {

@@ -31,8 +31,8 @@ void checkPlain(const std::filesystem::path& path) {
     if (const std::string fault = runtime::faultOfFile(path, kLongest); !fault.empty()) fail(path, fault);
 }
 
-/// Takes the lock that programs which edit the file by the same library take. They wait for it, which would
-/// hold up the step clock.
+/// Takes the same lock as other programs that edit the file with QSettings, but without waiting: waiting
+/// would delay the step clock.
 void take(QLockFile& lock, const std::filesystem::path& path) {
     const std::filesystem::path lockPath = lock.fileName().toStdString();
     const std::string held = "cannot be written: \"" + lockPath.filename().string() + "\" ";
@@ -52,7 +52,7 @@ platform::Settings::Texts SettingsFile::read(const std::string& section) const {
     Texts texts;
     settings.beginGroup(QString::fromStdString(section));
     for (const QString& name : settings.childKeys()) {
-        // A comma makes a list for the file format; here it is a part of the text.
+        // In the file format a comma makes a list; here the comma belongs to the text.
         texts[name.toStdString()] = settings.value(name).toStringList().join(",").toStdString();
     }
     return texts;
@@ -62,7 +62,8 @@ void SettingsFile::write(const std::string& section, const Texts& texts) {
     checkPlain(path_);
     QLockFile lock(nameOf(path_) + ".lock");
     take(lock, path_);
-    // QSettings waits for that lock without end. So it works on a copy, which then takes the file's place.
+    // QSettings waits for the lock without limit. So QSettings edits a copy, and the copy then replaces the
+    // file.
     std::error_code error;
     const bool exists = std::filesystem::exists(path_, error);
     const std::filesystem::path target = exists ? std::filesystem::canonical(path_, error) : path_;

@@ -15,7 +15,7 @@ namespace {
 
 constexpr QSize kPageSize{820, 720};
 
-/// The toolkit's browser shows the text of a drawing that stands in the page, and not the drawing.
+/// The toolkit's browser cannot show drawings in the page; it would show only their text.
 class Page : public QTextBrowser {
   public:
     using QTextBrowser::QTextBrowser;
@@ -54,8 +54,9 @@ void Shell::open(const QUrl& url, std::function<void()> refused) {
         if (!QDesktopServices::openUrl(url)) refused();
         return;
     }
-    // By a process of our own, because the toolkit starts the opener without asking what became of it.
-    // Nothing owns the process: its destructor would end a browser that the opener may have become.
+    // Starts the opener as our own process, because the toolkit does not report whether the opener succeeded.
+    // Nothing owns the process object: its destructor would kill the opener, which may have become the
+    // browser.
     auto* process = new QProcess;
     for (const auto channel : {&QProcess::setStandardOutputFile, &QProcess::setStandardErrorFile})
         (process->*channel)(QProcess::nullDevice(), QIODevice::Truncate);

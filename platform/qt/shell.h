@@ -10,11 +10,11 @@
 
 namespace qt_ports {
 
-/// The user's browser and mail program. Pages lie in the folder "docs"; without a browser they open in a
+/// The user's browser and mail program. Pages are in the folder "docs"; without a browser they open in a
 /// window of this program.
 class Shell : public platform::Shell {
   public:
-    /// `dataFolder` holds "docs" where it does not lie beside the executable.
+    /// `dataFolder` contains "docs" if "docs" is not beside the executable.
     explicit Shell(std::filesystem::path dataFolder = {}) : dataFolder_(std::move(dataFolder)) {}
     Shell(const Shell&) = delete;
     Shell& operator=(const Shell&) = delete;
@@ -24,13 +24,13 @@ class Shell : public platform::Shell {
     void startMail(const std::string& address, const std::string& subject, Failed failed) override;
 
   private:
-    /// Hands it to the desktop; `refused` where no program takes it.
+    /// Passes the address to the desktop; calls `refused` if no program accepts it.
     void open(const QUrl& url, std::function<void()> refused);
     void showPage(const QUrl& page);
 
     std::filesystem::path dataFolder_;
     QPointer<QWidget> page_;
-    QObject alive_; // what is heard after its end reaches nobody
+    QObject alive_; // later signals are ignored once it is destroyed
 };
 
 } // namespace qt_ports

@@ -9,7 +9,7 @@
 
 namespace qt_ports {
 
-/// Lives on its thread; the sounds are made there when they are first played.
+/// Lives on the sound thread; creates each sound when it is first played.
 class Sound::Player {
   public:
     Player() {
@@ -23,7 +23,7 @@ class Sound::Player {
         QMetaObject::invokeMethod(worker_, [worker = worker_, path] { worker->play(path); });
     }
 
-    /// Waits a moment for the thread; false where the sound system holds it.
+    /// Waits a moment for the thread; returns false if the sound system blocks it.
     bool end() {
         constexpr unsigned long kPatienceMilliseconds = 500;
         worker_->deleteLater();
@@ -54,7 +54,7 @@ class Sound::Player {
 Sound::Sound(std::filesystem::path dataFolder) : dataFolder_(std::move(dataFolder)) {}
 
 Sound::~Sound() {
-    // A thread that hangs in the sound system is left to the end of the process.
+    // A thread that hangs in the sound system is left running until the process ends.
     if (player_ && !player_->end()) static_cast<void>(player_.release());
 }
 

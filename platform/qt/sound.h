@@ -7,11 +7,11 @@
 
 namespace qt_ports {
 
-/// Plays the files of the folder "assets/sounds". Everything that may wait for the sound system happens on
-/// a thread of its own, which is started by the first sound.
+/// Plays the files of the folder "assets/sounds". A separate thread does all calls that may wait for the
+/// sound system. The first sound starts this thread.
 class Sound : public platform::Sound {
   public:
-    /// `dataFolder` holds "assets" where it does not lie beside the executable.
+    /// `dataFolder` contains "assets" if "assets" is not beside the executable.
     explicit Sound(std::filesystem::path dataFolder = {});
     ~Sound() override;
 

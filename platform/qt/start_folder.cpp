@@ -7,9 +7,9 @@
 namespace qt_ports {
 
 std::filesystem::path userDataFolder() {
-    // Not AppDataLocation: that ends in whatever name the program was called by.
+    // Not AppDataLocation: it ends in the name by which the program was started.
     QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    // The toolkit takes a relative path of the environment as it stands.
+    // The toolkit accepts a relative path from the environment unchanged.
     if (QDir::isRelativePath(data)) data = QDir::homePath() + "/.local/share";
     return QFile::encodeName(QDir::cleanPath(data + "/twinstep")).toStdString();
 }

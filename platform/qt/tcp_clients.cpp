@@ -13,13 +13,13 @@ namespace qt_ports {
 
 namespace {
 
-/// Bytes taken in each span of time: some eighty short lines, which cost a fraction of one step in four. A
-/// flood of more waits, so that it leaves the step timers their time.
+/// The most bytes read in each span of time: about eighty short lines, which take a fraction of one step in
+/// four. More bytes wait, so that a flood does not delay the step timers.
 constexpr qint64 kMostAtOnce = 1 << 10;
 constexpr std::chrono::milliseconds kSpan{4};
 
-/// The socket and what hears of it. It stays until the last callback has returned, whatever has become of
-/// the client meanwhile.
+/// The socket and its events. It lives until the last callback has returned, even if the client is destroyed
+/// meanwhile.
 struct Connection {
     platform::TcpClients::Events events;
     QTcpSocket* socket = nullptr;
@@ -32,8 +32,8 @@ struct Connection {
 
 using Shared = std::shared_ptr<Connection>;
 
-/// The events are told from the event loop and not inside the socket's signals, which do not come anew while
-/// a callback has a box open.
+/// The events are called from the event loop, not inside the socket's signals: these signals do not repeat
+/// while a callback has a box open.
 template <class Event>
 void tell(const Shared& connection, Event event) {
     const auto call = [connection, event = std::move(event)] {
@@ -94,12 +94,12 @@ class Client : public platform::TcpClient {
           socket_(*new QTcpSocket(QCoreApplication::instance())) {
         connection_->events = std::move(events);
         connection_->socket = &socket_;
-        // What the network holds back reaches the peer's own limit, not this program's memory.
+        // Limits the read buffer: unread bytes wait at the peer and do not fill this program's memory.
         socket_.setReadBufferSize(kMostAtOnce);
         const Shared connection = connection_;
         QObject::connect(&socket_, &QTcpSocket::connected, [connection] {
             noticeSilentEnd(*connection->socket);
-            // A line is worth sending by itself.
+            // Send each line at once.
             connection->socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
             tell(connection, [](Connection& made) { made.events.connected(); });
         });

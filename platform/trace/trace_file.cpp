@@ -14,7 +14,7 @@ namespace trace {
 namespace {
 
 constexpr auto kBetweenWrites = std::chrono::milliseconds(50);
-/// Lines that a disk which hangs may pile up, in bytes: over a minute of both engines at full speed.
+/// The most bytes that wait while the disk hangs: over a minute of both engines at full speed.
 constexpr std::size_t kMostPending = 16U << 20;
 
 std::string reason(int error) {
@@ -30,9 +30,9 @@ std::FILE* openAnew(const std::filesystem::path& path) {
     return file;
 }
 
-/// Where a write to `path` ends up: links are followed also where they lead to a file that is yet to be made.
+/// The real target of a write to `path`: follows links, even a link to a file that does not exist yet.
 std::filesystem::path destination(std::filesystem::path path) {
-    constexpr int kMostLinks = 40; // as the system follows
+    constexpr int kMostLinks = 40; // the system's own limit
     std::error_code error;
     for (int links = 0; links < kMostLinks && std::filesystem::is_symlink(path, error); ++links)
         path = path.parent_path() / std::filesystem::read_symlink(path, error);

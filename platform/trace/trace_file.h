@@ -15,18 +15,17 @@
 
 namespace trace {
 
-/// A text file of timed lines. A thread of its own does the writing, so that a slow disk never holds up a
-/// step.
+/// A text file of timed lines. A separate thread writes, so that a slow disk never delays a step.
 class TraceFile {
   public:
     using Clock = std::chrono::steady_clock;
-    /// Told once, from the writing thread, when the file can no longer be written; recording ends there.
+    /// Called once, from the writing thread, when the file can no longer be written; recording then ends.
     using Failure = std::function<void(const std::string& reason)>;
-    /// Bytes: hours of both engines at full speed. Recording ends there.
+    /// In bytes: hours of both engines at full speed. Recording ends at this length.
     static constexpr std::size_t kLongest = 900'000'000;
 
-    /// Starts the file anew. Times in it count from `start`. Throws runtime::FileError when it cannot be
-    /// opened, is no plain file or longer than kLongest.
+    /// Starts with an empty file. Times count from `start`. Throws runtime::FileError if the file cannot be
+    /// opened, is no plain file or is longer than kLongest.
     TraceFile(const std::filesystem::path& path, Clock::time_point start, Failure failure);
     TraceFile(const TraceFile&) = delete;
     TraceFile& operator=(const TraceFile&) = delete;
@@ -34,7 +33,7 @@ class TraceFile {
 
     /// Adds "T text", T in whole microseconds.
     void add(std::string_view text);
-    /// Writes what is left; later lines are not taken.
+    /// Writes the waiting lines; later lines are ignored.
     void close();
 
   private:
@@ -60,8 +59,8 @@ class TraceFile {
     std::thread writer_;
 };
 
-/// Whether `trace` would go over a file of this folder whose name begins with one of `names`, by whatever
-/// link or spelling; the name of that file, or nothing.
+/// The name of the file in this folder that `trace` would overwrite, if that name begins with one of `names`;
+/// else empty. Finds the file through links and other spellings of the path too.
 std::optional<std::string> ownFile(const std::filesystem::path& trace, const std::filesystem::path& folder,
                                    std::span<const std::string_view> names);
 

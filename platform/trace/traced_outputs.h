@@ -6,8 +6,8 @@
 
 namespace trace {
 
-/// Passes every access on and records those that the device took: "T port BIT STATE", BIT 1 to 8 as the
-/// outputs are numbered.
+/// Passes every access on and records the accesses that succeed: "T port BIT STATE", BIT 1 to 8 is the
+/// output.
 class TracedPrinterPort : public platform::PrinterPort {
   public:
     TracedPrinterPort(platform::PrinterPort& port, TraceFile& file) : port_(port), file_(file) {}
@@ -23,8 +23,8 @@ class TracedPrinterPort : public platform::PrinterPort {
     TraceFile& file_;
 };
 
-/// The same for a USB board: "T usb open RESULT", "T usb BYTE" (decimal), "T usb close". The moment of a byte
-/// is that of its write, some milliseconds before a board has it.
+/// The same for a USB board: "T usb open RESULT", "T usb BYTE" (decimal), "T usb close". The time of a byte
+/// is the time of its write, some milliseconds before the board has the byte.
 class TracedUsbBoard : public platform::UsbBoard {
   public:
     TracedUsbBoard(platform::UsbBoard& board, TraceFile& file) : board_(board), file_(file) {}

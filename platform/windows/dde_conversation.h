@@ -27,19 +27,19 @@ struct DdeItem {
     bool isSame(const DdeItem& other) const;
 };
 
-/// What a conversation tells, on its own thread.
+/// The events of a conversation, on its own thread.
 struct DdeListener {
     std::function<void()> opened;
     std::function<void(std::string text)> changed;
-    /// It was open and is over; the server ended it.
+    /// The server has ended the open conversation.
     std::function<void()> closed;
-    /// It did not open.
+    /// The conversation could not be opened.
     std::function<void()> failed;
 };
 
-/// Holds a hot link to an item until the server ends it or it is cancelled; one of closed and failed is told
-/// last, unless it is cancelled. Asking for the server can take as long as some program in the system hangs,
-/// so this wants a thread of its own.
+/// Holds a hot link to an item until the server ends it or it is cancelled. The last event is closed or
+/// failed, unless it is cancelled. Run it on a separate thread: any hanging program in the system blocks the
+/// search for the server.
 void converse(const DdeItem& item, const DdeListener& listener, Cancellation& cancellation);
 
 } // namespace windows_ports

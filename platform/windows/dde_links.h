@@ -12,16 +12,17 @@
 
 namespace windows_ports {
 
-/// Links to DDE servers. Each item that is linked has a conversation on a thread of its own: a program that
-/// hangs somewhere in the system keeps the search for a server waiting, and must keep nobody else. Links to
-/// the same item share it; under Wine only one of several conversations about an item would hear of changes.
-/// Events come on the thread that made this object.
+/// Links to DDE servers. Each linked item has a conversation on its own thread: any hanging program in the
+/// system blocks the search for a server, and this must not block anything else. Links to the same item share
+/// the conversation; under Wine only one of several conversations about an item would get changes. Events
+/// come on the thread that made this object.
 class DdeLinks : public platform::DdeLinks {
   public:
-    /// Threads that search for a server at once; further ones wait for their turn. One that is given up while
-    /// a program hangs goes on searching.
+    /// The most threads that search for a server at the same time; further searches wait for their turn. A
+    /// cancelled search goes on while a program hangs.
     static constexpr int kMostSearches = 4;
-    /// Threads in all, and so items. Under Wine each takes one of the 256 connections that a display has.
+    /// The most threads, and so the most items. Under Wine each thread takes one of the 256 connections of a
+    /// display.
     static constexpr int kMostThreads = 64;
 
     explicit DdeLinks(platform::Timers& timers);
@@ -30,7 +31,7 @@ class DdeLinks : public platform::DdeLinks {
     /// Waits for the servers.
     ~DdeLinks() override;
 
-    /// Once the links are gone: gives the servers up to a second to hear of it.
+    /// Call after all links are destroyed: gives the servers up to a second to notice.
     void waitForServers() const;
 
     std::unique_ptr<platform::DdeLink> open(const std::string& topic, const std::string& item,
@@ -51,7 +52,7 @@ class DdeLinks : public platform::DdeLinks {
     std::vector<std::weak_ptr<Feed>> feeds_;
     std::deque<std::weak_ptr<Feed>> waiting_; // those that have no thread yet
     int searches_ = 0;
-    /// Outlives this object where a thread hangs.
+    /// Outlives this object if a thread hangs.
     std::shared_ptr<std::atomic<int>> threads_ = std::make_shared<std::atomic<int>>(0);
 };
 

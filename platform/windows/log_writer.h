@@ -5,14 +5,14 @@
 
 namespace windows_ports {
 
-/// Writes lines to standard output on a thread of its own: a console in which the user marks text takes no
-/// more output, and must keep nobody waiting. When too many lines wait, new ones are dropped.
+/// Writes lines to standard output on a separate thread: while the user marks text in a console, the console
+/// blocks all output. If too many lines wait, new lines are dropped.
 class LogWriter {
   public:
     LogWriter();
     LogWriter(const LogWriter&) = delete;
     LogWriter& operator=(const LogWriter&) = delete;
-    /// Gives what waits up to a second.
+    /// Waits up to a second for the waiting lines.
     ~LogWriter();
 
     /// `line` is without a line feed.

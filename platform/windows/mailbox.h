@@ -23,7 +23,7 @@ class Mailbox {
     };
 
   public:
-    /// What other threads hold. It outlives the mailbox; what is posted then is dropped.
+    /// The object for other threads. It outlives the mailbox; later posts are dropped.
     class Slot {
       public:
         void post(Call call) const;

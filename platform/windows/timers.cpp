@@ -79,18 +79,18 @@ class KernelTimer : public platform::PeriodicTimer {
     static void CALLBACK expired(void* context, BOOLEAN /*timedOut*/) noexcept {
         auto* const timer = static_cast<KernelTimer*>(context);
         timer->slot_.post([timer, state = std::weak_ptr(timer->state_)] {
-            // One that runs belongs to a timer that is still there.
+            // A running callback always belongs to a live timer.
             if (const auto alive = state.lock(); alive && alive->running) timer->due(alive);
         });
     }
 
     void due(const std::shared_ptr<State>& state) {
-        // An expiry from before the timer was started anew, or a little too early: it is armed.
+        // This expiry is from before a restart, or a little too early: set the timer again.
         if (now() < state->schedule.next()) {
             arm();
             return;
         }
-        // Armed before the tick: a tick that opens a box must not keep the next ones from coming.
+        // Set the timer before the tick: a tick that opens a box must not stop the following ticks.
         state->schedule.ticked(now());
         arm();
         state->tick(); // may destroy this timer

@@ -6,8 +6,8 @@
 
 namespace windows_ports {
 
-/// An icon in the notification area with a menu of a line of state and Quit. It has a thread of its own:
-/// where the desktop hangs, nothing but the icon waits for it. Without a desktop there is no icon.
+/// An icon in the notification area; its menu has a state line and Quit. The icon has its own thread: if the
+/// desktop hangs, only the icon waits. Without a desktop there is no icon.
 class TrayIcon {
   public:
     /// Throws runtime::ObjectError when the system has no window left. `icon` is the number of the icon in
