@@ -6,13 +6,13 @@
 
 namespace bridge {
 
-/// So much of something in a time. All of it may be taken at once; it comes back little by little.
+/// An allowance: an amount for a period. All of it may be used at once; it comes back gradually.
 class Allowance {
   public:
     constexpr Allowance(std::int64_t most, std::int64_t milliseconds)
         : most_(most), time_(milliseconds), left_(most * milliseconds) {}
 
-    /// False, and nothing is taken, where less than this is left.
+    /// Uses an amount; returns false and uses nothing if less is left.
     bool take(std::size_t amount = 1) {
         const auto cost = static_cast<std::int64_t>(amount) * time_;
         if (cost > left_) return false;

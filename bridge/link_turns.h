@@ -8,20 +8,20 @@
 
 namespace bridge {
 
-/// Whose link is searched for next. Each search keeps the whole desktop busy for a moment, so there are few
-/// at once, and clients have theirs in turn: one that asks for many waits for them alone.
+/// Chooses the next link to search for. Each search keeps the whole desktop busy for a moment, so only a few
+/// run at once and the clients take turns: a client with many requests delays only itself.
 class LinkTurns {
   public:
     static constexpr std::size_t kMost = 4;      // searches at once, as many as windows_ports::DdeLinks does
-    static constexpr std::size_t kMostOfOne = 2; // of them, those of one client
+    static constexpr std::size_t kMostOfOne = 2; // the most searches of one client
 
     /// Calls `start` when it is this link's turn, perhaps at once. It must not let a client leave.
     void ask(int client, int link, std::function<void()> start);
-    /// The search is over, or the link is not wanted any more. Others may have their turn at once.
+    /// The search is over, or the link is not wanted any more. May start other searches at once.
     void done(int client, int link);
-    /// Forgets a client. What it held is free for others with the next call of serve.
+    /// Forgets a client. The next call of serve gives its turns to others.
     void leave(int client);
-    /// Starts what may be started.
+    /// Starts as many searches as allowed.
     void serve();
 
   private:
@@ -37,7 +37,7 @@ class LinkTurns {
 
     std::list<Client>::iterator find(int client);
 
-    std::list<Client> clients_; // the one that had a turn last is last
+    std::list<Client> clients_; // the client with the latest turn is last
     std::size_t searching_ = 0;
     bool serving_ = false;
 };

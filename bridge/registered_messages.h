@@ -14,7 +14,7 @@ namespace bridge {
 class RegisteredMessages {
   public:
     static constexpr std::size_t kMost = 64;
-    /// The message that Twinstep needs. It has a place of its own, whatever else was registered.
+    /// The message that Twinstep needs. It has a reserved place, whatever else was registered.
     static constexpr const char* kReserved = "Logger32";
 
     explicit RegisteredMessages(platform::StationMessages& station) : station_(station) {}

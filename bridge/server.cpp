@@ -17,8 +17,8 @@ std::string toText(const State& state) {
     return counted(state.controllers, "controller") + ", " + counted(state.links, "link");
 }
 
-/// A connection and its session. It is over before it is destroyed: the server does that when none of its
-/// calls is under way.
+/// A connection and its session. After its end it still exists for a moment: the server destroys it when none
+/// of its functions is running.
 class Server::Client {
   public:
     Client(Server& server, std::unique_ptr<platform::TcpConnection> connection, int number, std::string peer)
@@ -52,7 +52,7 @@ class Server::Client {
             if (!input_.take(bytes.size())) {
                 finish("is dropped: it sends too much");
             } else {
-                // What all its lines are answered goes out at once: each sending costs.
+                // Sends the answers to all lines in one piece, because each send is costly.
                 receiving_ = true;
                 session_.receive(bytes);
                 receiving_ = false;
@@ -104,7 +104,7 @@ Server::Server(const Ports& ports, Settings settings, Events events)
 Server::~Server() = default;
 
 bool Server::allows(const Addresses& addresses) const {
-    // One that reaches itself is this computer, by whatever address.
+    // A connection from this computer itself, by any of its addresses.
     return addresses.peer.starts_with("127.") || addresses.peer == addresses.here ||
            std::ranges::find(settings_.allowed, addresses.peer) != settings_.allowed.end();
 }

@@ -60,10 +60,10 @@ class Server {
 
     void accept(std::unique_ptr<platform::TcpConnection> connection, const Addresses& addresses);
     bool allows(const Addresses& addresses) const;
-    /// Whether there are as many as may be, of all or of this peer.
+    /// Whether the limit of clients is reached, in all or for this peer.
     bool isFull(const std::string& peer) const;
     void tick();
-    /// Lets go of the clients that are over, and tells the state when it is another one.
+    /// Destroys finished clients, and reports the state if it has changed.
     void sweep();
 
     Settings settings_;

@@ -28,7 +28,7 @@ std::optional<int> idOf(const std::string& text) {
     return static_cast<int>(*number);
 }
 
-/// Window handles have 32 bits that count, and are told without a sign.
+/// Window handles have 32 significant bits, and are sent without a sign.
 std::string handleText(long handle) {
     return std::to_string(static_cast<std::uint32_t>(handle));
 }
@@ -39,7 +39,7 @@ struct Session::Word {
     std::string_view name;
     std::size_t arguments;
     Refusal (Session::*run)(const Fields&);
-    bool costs = false; // the system's work, of which each client has its share
+    bool costs = false; // the command costs the system time, so it counts towards the client's limit
 };
 
 const Session::Word* Session::find(std::string_view name) {
@@ -71,7 +71,7 @@ Session::~Session() {
 }
 
 void Session::receive(std::string_view bytes) {
-    // Who has not greeted must, however much he says: he holds a place.
+    // A client must greet in time, whatever else it sends: it occupies a place.
     if (greeted_) silence_ = 0;
     reader_.feed(bytes);
     while (const auto line = reader_.next()) {
@@ -111,7 +111,7 @@ void Session::greet(const Fields& fields) {
     finish("did not begin with a greeting of version " + version);
 }
 
-/// No exception for what a client does wrong: it can do that often, and each one costs.
+/// Throws nothing for a client's mistake: a client can make many mistakes, and each exception costs time.
 Session::Refusal Session::run(const Fields& fields) {
     const Word* const word = find(fields[0]);
     if (!word) return "unknown word";
@@ -135,7 +135,7 @@ Session::Refusal Session::ping(const Fields& fields) {
 }
 
 Session::Refusal Session::pong(const Fields& /*fields*/) {
-    return {}; // that something came was all it had to say
+    return {}; // nothing to do: any line shows that the client is alive
 }
 
 Session::Refusal Session::link(const Fields& fields) {
@@ -205,7 +205,7 @@ void Session::end(int id) {
 Session::Refusal Session::unlink(const Fields& fields) {
     const auto id = idOf(fields[1]);
     if (!id) return kNoLinkNumber;
-    // A link that the server closed at the same moment is gone already: no reason to complain.
+    // The server may have closed the link at the same moment: not an error.
     links_.erase(*id);
     outside_.turns.done(number_, *id);
     return {};
@@ -265,8 +265,8 @@ void Session::look(const std::string& title) {
     say({"window", title, handleText(handle)});
 }
 
-/// A stranger must not reach other programs' windows: only one that was pushed for a watched title will do,
-/// and only while it still has that title. 0: it is none.
+/// A client must not reach other programs' windows. Only a handle that was sent for a watched title is valid,
+/// and only while the window still has that title. 0: invalid.
 long Session::window(long long handle) {
     const auto isIt = [handle](const auto& watched) {
         return watched.second != 0 && static_cast<std::uint32_t>(watched.second) == handle;
@@ -322,7 +322,7 @@ void Session::tick() {
         look(title);
 }
 
-/// Links whose turn has not come, or came late.
+/// Links whose turn has not come or has come too late.
 void Session::giveUpLate() {
     std::vector<int> late;
     for (auto& [id, link] : links_) {
@@ -340,7 +340,7 @@ void Session::say(const std::vector<std::string_view>& fields) {
 }
 
 void Session::refuse(const std::string& reason) {
-    // One word in the log is enough: what a client sends must not fill it.
+    // One entry in the log is enough: a client must not be able to fill the log.
     if (!std::exchange(wrongBefore_, true)) events_.log("sent a wrong line: " + printable(reason));
     say({"error", reason});
     if (!refusals_.take()) finish("is dropped: it sends too many wrong lines");

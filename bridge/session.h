@@ -18,7 +18,7 @@
 
 namespace bridge {
 
-/// What sessions work on.
+/// The interfaces that sessions use.
 struct Outside {
     platform::DdeLinks& links;
     platform::StationMessages& station;
@@ -26,14 +26,14 @@ struct Outside {
     LinkTurns& turns;
 };
 
-/// The conversation with one client: its words become links, windows and messages, and what these bring
-/// becomes lines. Destroying it ends them all.
+/// The conversation with one client: turns its commands into links, windows and messages, and their events
+/// into lines. Destroying the session ends them all.
 class Session {
   public:
     struct Events {
         /// One line, with its line feed.
         std::function<void(const std::string& line)> send;
-        /// What a reader of the log wants to know; one line of printable text.
+        /// Called with a line for the log, printable text.
         std::function<void(const std::string& text)> log;
     };
 
@@ -44,14 +44,15 @@ class Session {
     static constexpr std::size_t kLongestName = 255; // bytes; the system takes no longer names
     /// Links, messages, windows, titles and posts that a client may ask for in kShareTime.
     static constexpr int kMostRequests = 200;
-    static constexpr int kMostLinkRequests = 50; // of these, links; each costs the whole desktop's time
-    static constexpr int kLinkDeadline = 1000;   // milliseconds in which a link is open or has failed
-    static constexpr int kShareTime = 5000;      // milliseconds
-    static constexpr int kMostLines = 2000;      // in a second; beyond it, the client is dropped
-    static constexpr int kMostRefusals = 100;    // in a second; beyond it, the client is dropped
-    static constexpr int kTick = 250;            // milliseconds
+    static constexpr int kMostLinkRequests =
+        50;                                    // the most links among them; each costs the whole desktop time
+    static constexpr int kLinkDeadline = 1000; // milliseconds in which a link is open or has failed
+    static constexpr int kShareTime = 5000;    // milliseconds
+    static constexpr int kMostLines = 2000;    // in a second; beyond it, the client is dropped
+    static constexpr int kMostRefusals = 100;  // in a second; beyond it, the client is dropped
+    static constexpr int kTick = 250;          // milliseconds
 
-    /// Sends the greeting. `number` tells its windows from those of all other sessions.
+    /// Sends the greeting. `number` makes the names of its windows different from those of other sessions.
     Session(const Outside& outside, int number, const std::string& version, Events events);
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -61,15 +62,15 @@ class Session {
     /// Every kTick milliseconds: pings, silence, watched titles.
     void tick();
 
-    /// The client is to be closed: it is silent, does not speak this version, or too much. Nothing is sent
-    /// any more.
+    /// Whether the client must be closed: it is silent, has another version, or sends too much. Nothing more
+    /// is sent.
     bool over() const { return over_; }
     bool greeted() const { return greeted_; }
     std::size_t links() const { return links_.size(); }
 
   private:
     using Fields = std::vector<std::string>;
-    /// Why a line is not obeyed; nothing where it is.
+    /// Why a line is refused; empty if it is accepted.
     using Refusal = std::optional<std::string>;
     struct Word;
     struct Link {
@@ -126,11 +127,11 @@ class Session {
     Allowance linkRequests_{kMostLinkRequests, kShareTime};
 
     std::map<int, Link> links_;
-    /// They are telling us something just now, and go with the next tick.
+    /// Links that have ended inside their own event; the next tick destroys them.
     std::vector<std::unique_ptr<platform::DdeLink>> ended_;
     std::map<std::string, long, std::less<>> messages_;
     std::map<std::string, Window, std::less<>> windows_;
-    std::map<std::string, long> titles_; // and the handle that was pushed
+    std::map<std::string, long> titles_; // and the handle last sent
 };
 
 /// Text from outside for a log: control characters become question marks.

@@ -8,13 +8,13 @@
 
 namespace simulated {
 
-/// Files in memory, and every way in which keeping them goes wrong.
+/// Files in memory, with every kind of storage fault.
 class Storage : public platform::Storage {
   public:
     enum class Fault {
         Error,        // the call does nothing and fails
         Short,        // a write gets as far as half and fails, as on a full disk; any other call: Error
-        Kill,         // neither the call nor any later one happens, and nobody is told
+        Kill,         // neither this call nor any later call happens, and none reports an error
         KillHalf,     // a write gets as far as half before that
         PowerCut,     // as Kill, and what was not synced is gone
         PowerCutNamed // as PowerCut, but new names had reached the disk before what the files hold
@@ -33,7 +33,7 @@ class Storage : public platform::Storage {
     void failAt(int call, Fault fault);
     /// So many changing calls were made.
     int calls() const { return calls_; }
-    /// The machine starts anew: all faults are gone.
+    /// Restarts the computer: removes all faults.
     void restart();
     bool dead() const { return dead_; }
     /// Jobs wait for finish, as those of a thread may do.
@@ -53,7 +53,8 @@ class Storage : public platform::Storage {
     };
     using Names = std::map<Path, std::shared_ptr<File>>;
 
-    /// Counts the call; false when it does not happen. `part` is told how much of a write does.
+    /// Counts the call; returns false if the call does not happen. `part` is the length of a write; it is set
+    /// to the part that happens.
     bool happens(const Path& file, std::size_t* part = nullptr);
 
     Names names_, syncedNames_;

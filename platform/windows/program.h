@@ -19,7 +19,7 @@ class Program {
     Program();
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
-    /// To be destroyed last: lets go of a console that waits for the program to be done.
+    /// Destroy it last: it releases a console that waits for the program's end.
     ~Program();
 
     /// What to do when the user's session ends, in the loop; after it the system may end the program at any

@@ -61,7 +61,7 @@ class Connection : public platform::TcpConnection {
         const auto events = events_;
         switch (event) {
         case FD_READ:
-            // Where more waits, the system says so anew.
+            // If more bytes wait, the system reports again.
             receive(*events);
             break;
         case FD_WRITE:

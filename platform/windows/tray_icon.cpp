@@ -31,7 +31,7 @@ class Icon {
           window_(Window::Kind::TopLevel, [this](UINT message, WPARAM wParam, LPARAM lParam) {
               return handle(message, wParam, lParam);
           }) {
-        // A desktop with fewer rights than ours may tell us that it has started anew.
+        // Lets a desktop with fewer rights than ours report its restart.
         ChangeWindowMessageFilterEx(window_.handle(), taskbarCreated_, MSGFLT_ALLOW, nullptr);
         data_.cbSize = sizeof data_;
         data_.hWnd = window_.handle();
