@@ -44,13 +44,12 @@ class Session {
     static constexpr std::size_t kLongestName = 255; // bytes; the system takes no longer names
     /// Links, messages, windows, titles and posts that a client may ask for in kShareTime.
     static constexpr int kMostRequests = 200;
-    static constexpr int kMostLinkRequests =
-        50;                                    // the most links among them; each costs the whole desktop time
-    static constexpr int kLinkDeadline = 1000; // milliseconds in which a link is open or has failed
-    static constexpr int kShareTime = 5000;    // milliseconds
-    static constexpr int kMostLines = 2000;    // in a second; beyond it, the client is dropped
-    static constexpr int kMostRefusals = 100;  // in a second; beyond it, the client is dropped
-    static constexpr int kTick = 250;          // milliseconds
+    static constexpr int kMostLinkRequests = 50; // links among them; each costs desktop time
+    static constexpr int kLinkDeadline = 1000;   // milliseconds in which a link is open or has failed
+    static constexpr int kShareTime = 5000;      // milliseconds
+    static constexpr int kMostLines = 2000;      // in a second; beyond it, the client is dropped
+    static constexpr int kMostRefusals = 100;    // in a second; beyond it, the client is dropped
+    static constexpr int kTick = 250;            // milliseconds
 
     /// Sends the greeting. `number` makes the names of its windows different from those of other sessions.
     Session(const Outside& outside, int number, const std::string& version, Events events);
