@@ -12,7 +12,9 @@
 #include "config/general_settings.h"
 #include "config/hardware_and_links.h"
 #include "config/named_configurations.h"
+#include "config/tuner_settings.h"
 #include "engine/approach.h"
+#include "engine/jog_keys.h"
 #include "engine/motion.h"
 #include "engine/output_ports.h"
 #include "engine/parameters.h"
@@ -21,6 +23,8 @@
 #include "engine/stepper.h"
 #include "memory/automatic_recall.h"
 #include "memory/memory_slots.h"
+#include "memory/table_recall.h"
+#include "memory/table_window.h"
 #include "radio/frequency_sources.h"
 #include "radio/tuner_connections.h"
 #include "rotor/rotator_dialog.h"
@@ -45,8 +49,12 @@ struct Controller::Subsystems {
     void mnuTvnServer_Click();
     void mnuHardware_Click();
     void hardwareChanged();
-    void loadRotorSettings();
+    void loadSettings();
+    void wireTuner();
+    /// Writes the tuner's settings and uses them. Throws runtime::FileError.
+    void keepTuner(const form::TunerSettings& settings);
 
+    form::TunerSettings keptTuner; // as the file has it
     Ports ports;
     form::Form1 form{ports.timers, ports.links};
     form::Boxes boxes{ports.dialogs};
@@ -61,7 +69,10 @@ struct Controller::Subsystems {
     engine::PositionEntry positionEntry{form, boxes};
 
     memory::MemorySlots slots{form, boxes, file, ports.sound, motion, approach};
-    memory::AutomaticRecall recall{form, boxes, slots, file, ports.sound};
+    memory::TableRecall tableRecall{form, boxes, approach};
+    memory::AutomaticRecall recall{form, boxes, slots, tableRecall, file, ports.sound};
+    memory::TableWindow table{form, boxes, file, ports.storage};
+    engine::JogKeys keys{form, motion};
     radio::Logger32 logger32{ports.station};
     radio::FrequencySources sources{form, logger32, ports.udp};
     rotor::Thresholds thresholds{form, file};
@@ -87,12 +98,16 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
     : ports(outside), file(outside.storage, directory / "save.cfg") {
     form.StatusBar1.Panels(form::kPanelOutputs) = ports.hardware.get().outputsName();
     boxes.onOpening = [this] {
+        keys.releaseAll();
         motion.releaseJogs();
         positions.keep();
     };
     form.onEventEnd = [this] { positions.keep(); };
     shutdown.onSaved = [this] { positions.end(); };
-    errors.onStopped = [this] { rotor.stopFollowing(); };
+    errors.onStopped = [this] {
+        motion.stopBoth();
+        rotor.stopFollowing();
+    };
     motion.onUserStop = [this] { rotor.stopFollowing(); };
     stepper.isBlocked = [this](const engine::Side& side, bool up) { return rotor.isBlocked(side, up); };
     motion.subResetPressedMem = [this] { slots.subResetPressedMem(); };
@@ -126,7 +141,12 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
             shutdown.leaveTracking();
         }
     };
-    configurations.load = [this] { startup.Form_Load(); };
+    configurations.load = [this] {
+        startup.Form_Load();
+        table.loaded();
+        tableRecall.forget();
+    };
+    wireTuner();
     form.mnuGenSet.Click.attach([this] { mnuGenSet_Click(); });
     form.mnuTunConn.Click.attach([this] { mnuTunConn_Click(); });
     form.mnuSatConn.Click.attach([this] { mnuSatConn_Click(); });
@@ -135,10 +155,40 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
     form.mnuHardware.Click.attach([this] { mnuHardware_Click(); });
 }
 
+void Controller::Subsystems::wireTuner() {
+    const auto keep = [this] {
+        try {
+            keepTuner(form.tuner);
+        } catch (const runtime::FileError& error) {
+            form.notice.tell(error.what());
+        }
+    };
+    recall.keepSettings = keep;
+    table.keepSettings = keep;
+    table.notify = [this](const std::string& what) { form.notice.tell(what); };
+    table.faultOfPlace = [this] { return approach.faultOfPlace(); };
+    startup.tableFile = [this] { return table.file(); };
+    configurations.saveTable = [this](const auto& name) { table.saveAs(name); };
+    configurations.loadTable = [this](const auto& name) { return table.replacement(name); };
+    form.onAddPosition = [this] { table.cmdTableAdd_Click(); };
+    form.onLetterDown = [this](char letter, bool shift) { keys.keyDown(letter, shift); };
+    form.onLetterUp = [this](char letter) { keys.keyUp(letter); };
+    form.onKeyboardLost = [this] { keys.releaseAll(); };
+    keys.onSemiAuto = [this] { recall.semiAuto(); };
+}
+
+void Controller::Subsystems::keepTuner(const form::TunerSettings& settings) {
+    form.tuner = settings;
+    approach.setBacklash(settings.backlash1, settings.backlash2);
+    config::writeTunerSettings(ports.settings, keptTuner, settings);
+    keptTuner = settings;
+}
+
 void Controller::Subsystems::mnuGenSet_Click() {
     form::FrmGenSet dialog;
     dialog.onError = form.onError;
     config::GeneralSettings settings(form, dialog, boxes, file);
+    settings.keepTuner = [this](const form::TunerSettings& tuner) { keepTuner(tuner); };
     settings.Form_Load();
     boxes.showModal(dialog);
 }
@@ -195,10 +245,13 @@ void Controller::Subsystems::hardwareChanged() {
     rotctld.use(ports.hardware.get().settings());
 }
 
-void Controller::Subsystems::loadRotorSettings() {
+void Controller::Subsystems::loadSettings() {
     std::string faults;
     try {
         rotor.use(rotor::readRotorSettings(ports.settings.get(), faults));
+        keptTuner = form.tuner = config::readTunerSettings(ports.settings.get(), faults);
+        approach.setBacklash(form.tuner.backlash1, form.tuner.backlash2);
+        form.chkExact.Value.load(form.tuner.exact ? 1 : 0);
     } catch (const runtime::FileError&) {
         // A file that cannot be read has been told already: devices and links come from it too.
     }
@@ -220,7 +273,7 @@ form::Boxes& Controller::boxes() {
 
 void Controller::start() {
     all_->form.guard([this] {
-        all_->loadRotorSettings();
+        all_->loadSettings();
         all_->startup.Form_Load();
     });
     all_->form.guard([this] { all_->positions.start(); });

@@ -3,8 +3,8 @@
 #include "config/display_colours.h"
 #include "config/record_table.h"
 #include "engine/side.h"
+#include "memory/table_text.h"
 #include "runtime/errors.h"
-#include "runtime/number.h"
 #include "runtime/text.h"
 
 namespace app {
@@ -12,14 +12,6 @@ namespace app {
 namespace record = config::record;
 
 namespace {
-
-constexpr std::size_t kTableTextMax = 6;
-
-/// A number as the table holds it: a blank or a minus sign in front, six characters in all.
-std::string tableText(float value) {
-    const std::string digits = runtime::shortestText(value);
-    return runtime::firstCharacters(digits.starts_with('-') ? digits : " " + digits, kTableTextMax);
-}
 
 /// The names of the records' values, each name once.
 std::string namesOf(const std::vector<config::Record>& records) {
@@ -115,9 +107,9 @@ config::Unit Shutdown::state() {
     } else if (!form_.hiResMem.empty()) {
         add(integerRecord, record::kTableCount, static_cast<int>(form_.hiResMem.size()));
         int number = record::kTableFirst;
-        for (const auto& entry : form_.hiResMem) {
-            for (const float column : entry)
-                add(textRecord, number++, tableText(column));
+        for (const form::TableEntry& entry : form_.hiResMem) {
+            for (const std::string& column : memory::recordTexts(entry))
+                add(textRecord, number++, column);
         }
     }
     if (file_.read().boolean(record::kSavePositions)) {

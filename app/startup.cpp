@@ -7,6 +7,8 @@
 #include "engine/position.h"
 #include "engine/stepper.h"
 #include "memory/automatic_recall.h"
+#include "memory/frequency_table.h"
+#include "memory/table_text.h"
 #include "runtime/errors.h"
 #include "runtime/number.h"
 #include "runtime/text.h"
@@ -194,13 +196,16 @@ void Startup::loadTable() {
     const int count = records_.integer(record::kTableCount).value();
     try {
         if (count < 0 || count > record::kTableEntriesMax) throw runtime::SubscriptError();
-        int number = record::kTableFirst;
         for (int i = 0; i < count; ++i) {
-            std::array<float, record::kTableColumns> entry{};
-            for (float& column : entry)
-                column = runtime::parseSingle(records_.text(number++));
-            form_.hiResMem.push_back(entry);
+            const auto column = [&](int k) {
+                const int number = record::kTableFirst + record::kTableColumns * i + k;
+                // The number that a single shows, not the digits that it only seems to have.
+                return runtime::parseNumber(
+                    runtime::shortestText(runtime::parseSingle(records_.text(number))));
+            };
+            form_.hiResMem.push_back({column(0), column(1), column(2), column(3) == 1});
         }
+        form_.hiResMem = memory::withFullDigits(memory::byFrequency(form_.hiResMem), tableFile());
     } catch (const runtime::RunTimeError&) {
         // An invalid table is dropped, and the load goes on. An empty table is not written at exit, so the
         // file keeps its table.

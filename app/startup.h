@@ -24,6 +24,8 @@ class Startup {
     /// At start, and again whenever a named configuration has been loaded. One box reports a damaged or
     /// unreadable file.
     void Form_Load();
+    /// The entries of "HiResMem.txt", with all their digits; empty when there are none.
+    std::function<form::FrequencyTable()> tableFile;
     /// Brings the chosen frequency source to the front.
     std::function<void()> subSelTunerProgr;
 

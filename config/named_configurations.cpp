@@ -5,6 +5,15 @@
 
 namespace config {
 
+namespace {
+
+/// "loop.cfg" has its table in "loop.HiResMem.txt".
+std::filesystem::path tableBeside(std::filesystem::path configuration) {
+    return configuration.replace_extension(".HiResMem.txt");
+}
+
+} // namespace
+
 NamedConfigurations::NamedConfigurations(form::Form1& form, form::Boxes& boxes, RecordFile& file)
     : form_(form), boxes_(boxes), file_(file) {
     form_.mnuSaveConfig.Click.attach([this] { mnuSaveConfig_Click(); });
@@ -24,15 +33,19 @@ void NamedConfigurations::mnuSaveConfig_Click() {
     const std::string kept = runtime::firstCharacters(*name, kTaggedTextMax);
     file_.write({taggedTextRecord(record::kConfigName, kept)});
     setName(kept);
-    if (const auto target = boxes_.saveFile(kConfigFilter)) file_.copyTo(*target);
+    const auto target = boxes_.saveFile(kConfigFilter);
+    if (!target) return;
+    file_.copyTo(*target);
+    saveTable(tableBeside(*target));
 }
 
 void NamedConfigurations::mnuLoadConfig_Click() {
     const auto source = boxes_.openFile(kConfigFilter);
     if (!source) return;
     const std::string bytes = file_.configuration(*source);
+    const Unit::Whole table = loadTable(tableBeside(*source));
     beforeLoad();
-    file_.replaceBy(bytes);
+    file_.replaceBy(bytes, {table});
     setName(runtime::firstCharacters(std::filesystem::path(*source).stem().string(), kTaggedTextMax));
     load();
 }

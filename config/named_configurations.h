@@ -20,6 +20,10 @@ class NamedConfigurations {
 
     /// Disconnects the frequency source and stops both engines before another configuration is loaded.
     std::function<void()> beforeLoad;
+    /// The frequency table travels with a configuration, as a text file beside it: writes it there, and reads
+    /// it from there. Both throw runtime::FileError.
+    std::function<void(const std::filesystem::path& file)> saveTable;
+    std::function<config::Unit::Whole(const std::filesystem::path& file)> loadTable;
     /// Called to run the whole start-up load.
     std::function<void()> load;
 

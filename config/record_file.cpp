@@ -200,7 +200,7 @@ std::string RecordFile::configuration(const Path& source) {
     return *bytes;
 }
 
-void RecordFile::replaceBy(const std::string& bytes) {
+void RecordFile::replaceBy(const std::string& bytes, const std::vector<Unit::Whole>& files) {
     const Path kept = withEnding(path_, ".bak");
     Unit unit;
     if (state_ == State::Unreadable) {
@@ -213,6 +213,7 @@ void RecordFile::replaceBy(const std::string& bytes) {
         unit.files.push_back({kept.filename().string(), held_});
     }
     unit.files.push_back({path_.filename().string(), bytes});
+    unit.files.insert(unit.files.end(), files.begin(), files.end());
     write(unit);
 }
 

@@ -37,8 +37,8 @@ class RecordFile {
 
     /// The bytes of another configuration file. Throws FileError if the file is no configuration.
     std::string configuration(const std::filesystem::path& source);
-    /// Replaces this file by `bytes` and keeps the old file as "save.cfg.bak".
-    void replaceBy(const std::string& bytes);
+    /// Replaces this file by `bytes`, keeps the old file as "save.cfg.bak", and writes `files` beside them.
+    void replaceBy(const std::string& bytes, const std::vector<Unit::Whole>& files = {});
     /// Copies the file to `target`; an old file at `target` stays until the copy is complete. Throws
     /// FileError if the copy cannot be written.
     void copyTo(const std::filesystem::path& target);

@@ -62,7 +62,7 @@ constexpr Row kRows[] = {
     {record::kBandMode, "Band Mode", Kind::Integer, kTrue, 0},
     {record::kConfigName, "configuration name", Kind::Tagged},
     {record::kAlarms, "Audio Alarm Enabling"},
-    {record::kFrequencyProgram, "frequency program", Kind::Integer, 0, 3},
+    {record::kFrequencyProgram, "frequency program", Kind::Integer, 0, 4},
     {record::kN1mmPort, "port for N1MM Logger"},
     {record::kOffsetAzimuth, "AZ Offset"},
     {record::kOffsetElevation, "EL Offset"},

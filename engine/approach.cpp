@@ -1,6 +1,7 @@
 #include "engine/approach.h"
 
 #include "runtime/number.h"
+#include "runtime/text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,12 +9,20 @@
 
 namespace engine {
 
-namespace {
-
-/// The size of one step in user units, always positive; 0 if the engine cannot step.
 double stepDistance(const Side& side) {
     const double stepsPerTurn = side.bytMolt.value() * side.intSteps.value();
     return stepsPerTurn == 0 ? 0 : std::fabs(side.sngMMGiro / stepsPerTurn);
+}
+
+namespace {
+
+constexpr double kMostSteps = 1e6; // a million steps on, nothing depends on their number any more
+
+/// The place of a dip. A move compares two decimals of the position, so the dip lies below what they show.
+float belowShown(const Side& side, double dip) {
+    constexpr float kHundredth = 0.01F;
+    const float shown = runtime::parseSingle(runtime::formatStored(side.sngPos));
+    return std::max(0.0F, std::min(runtime::toSingle(dip), shown - kHundredth));
 }
 
 } // namespace
@@ -31,8 +40,9 @@ Approach::Approach(form::Form1& form, Motion& motion) : form_(form), motion_(mot
 }
 
 void Approach::setBacklash(int play1, int play2) {
-    engines_[0].backlash.setPlay(play1);
-    engines_[1].backlash.setPlay(play2);
+    // An unchanged play keeps what has been taken up.
+    if (engines_[0].backlash.play() != play1) engines_[0].backlash.setPlay(play1);
+    if (engines_[1].backlash.play() != play2) engines_[1].backlash.setPlay(play2);
 }
 
 std::string Approach::faultOfPlace() const {
@@ -45,7 +55,8 @@ std::string Approach::faultOfPlace() const {
 
 double Approach::stepsTo(const Side& side, float target) {
     const double distance = stepDistance(side);
-    return distance == 0 ? 0 : (double{target} - side.sngPos) / distance;
+    if (distance == 0) return 0;
+    return std::clamp((double{target} - side.sngPos) / distance, -kMostSteps, kMostSteps);
 }
 
 bool Approach::moveTo(const Side& side, float target) {
@@ -55,8 +66,7 @@ bool Approach::moveTo(const Side& side, float target) {
     const Backlash& backlash = of(side).backlash;
     const int dip = backlash.dip(steps, toZero);
     if (dip == steps) return leg(side, target);
-    const bool started = leg(side, runtime::toSingle(side.sngPos + dip * stepDistance(side)));
-    if (!started) return false;
+    if (!leg(side, belowShown(side, side.sngPos + dip * stepDistance(side)))) return false;
     of(side).target = target;
     if (steps - dip < backlash.play()) {
         form_.notice.tell(side.lblEngine.Caption.get() + " cannot go below 0 to take its backlash up");

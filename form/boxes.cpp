@@ -66,6 +66,10 @@ void Boxes::showModal(Form& form) {
     if (modalWindow) modalWindow(form);
 }
 
+void Boxes::showBeside(Form& form) {
+    if (windowBeside) windowBeside(form);
+}
+
 void Boxes::cancelDialogs() {
     for (std::size_t i = dialogForms_.size(); i > 0; --i)
         dialogForms_[i - 1]->cancel();

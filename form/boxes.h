@@ -22,11 +22,15 @@ class Boxes {
     std::optional<std::uint32_t> chooseColour(std::uint32_t initial, const std::string& title);
     /// Shows a dialog until it is unloaded.
     void showModal(Form& form);
+    /// Shows a window beside the main window, or brings it to the front.
+    void showBeside(Form& form);
     /// Cancels all dialogs without saving, the last opened first.
     void cancelDialogs();
 
     /// Set by the window: shows a dialog and returns when the dialog has been unloaded.
     std::function<void(Form&)> modalWindow;
+    /// Set by the window: shows a form that is not modal and returns at once.
+    std::function<void(Form&)> windowBeside;
     /// Called before a box takes the input focus from the main window.
     std::function<void()> onOpening;
 

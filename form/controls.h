@@ -122,6 +122,7 @@ class TextBox : public Control {
     int MaxLength = 0;           // characters that can be typed; 0 for any number
     Event<int> KeyDown{*this};   // a key code: kEnter, kEscape
     Event<int&> KeyPress{*this}; // a character code, set to 0 to discard it
+    Event<> Change{*this};       // the user has changed the text
     Event<> MouseDown{*this};
 
     /// A printable character or Backspace from the user; returns the code to insert, 0 for none.

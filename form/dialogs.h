@@ -32,6 +32,9 @@ struct FrmGenSet : Form {
     CheckBox chkSalvaM{*this, "chkSalvaM", "Save Stepper Positions on Program E&xit"};
     CheckBox chkCaricaInAvvio{*this, "chkCaricaInAvvio", "&Load Stepper Positions on Program Start"};
     CheckBox chkAlarmOnOff{*this, "chkAlarmOnOff", "&Audio Alarm Enabling"};
+    CheckBox chkWaitTransmitting{*this, "chkWaitTransmitting", "No &Movement while transmitting"};
+    TextBox txtBacklash1{*this, "txtBacklash1"}, txtBacklash2{*this, "txtBacklash2"}; // steps
+    Label lblBacklash1{*this, "lblBacklash1"}, lblBacklash2{*this, "lblBacklash2"};   // in user units
     Button cmdSalvaGenSet{*this, "cmdSalvaGenSet", "Save"};
     Button cmdExitGen{*this, "cmdExitGen", "Cancel"};
 };

@@ -18,7 +18,6 @@ struct MemoryPanel {
         : form_(form), tmrFastMem(form, "tmrFastMem", timers, kPollMilliseconds),
           tmrBandCh(form, "tmrBandCh", timers, kBandChangeMilliseconds) {
         lblBandCh.Visible = false;
-        chkHRM.Visible = false;
     }
 
   private:
@@ -48,8 +47,8 @@ struct MemoryPanel {
     Label lblAutoMemOnOff{form_, "lblAutoMemOnOff", "Manual"};
     CheckBox chkFastMemory{form_, "chkFastMemory", "Fast Memory Store"};
     CheckBox chkBandMode{form_, "chkBandMode", "&Band Mode"};
+    CheckBox chkExact{form_, "chkExact", "E&xact"}; // the memory nearest in frequency
     Label lblBandMode{form_, "lblBandMode", "Frequency Mode"};
-    CheckBox chkHRM{form_, "chkHRM", "HRM"}; // high-resolution table instead of the ten memories
     ScrollBar HScrMemSpeedCh{form_, "HScrMemSpeedCh", {0, 100}};
     Label lblMemSpeedCh{form_, "lblMemSpeedCh", "0"};
     Label lblBandCh{form_, "lblBandCh", "Band Changed!"};

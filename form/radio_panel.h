@@ -7,7 +7,7 @@
 namespace form {
 
 /// Values of intConnProgrTuner.
-enum FrequencyProgram { kNoProgram = 0, kHamRadioDeluxe = 1, kLogger32 = 2, kN1mmLogger = 3 };
+enum FrequencyProgram { kNoProgram = 0, kHamRadioDeluxe = 1, kLogger32 = 2, kN1mmLogger = 3, kHamlib = 4 };
 
 /// The transceiver's frequency: one label for each program; the chosen program's label is in front.
 struct RadioPanel {
@@ -28,6 +28,7 @@ struct RadioPanel {
     LinkLabel lblFreqRx;                                 // Ham Radio Deluxe: MHz
     Label lblLog32DataM{form_, "lblLog32DataM"};         // Logger32: MHz with points, "14.200.000"
     Label lblFreqN1MM{form_, "lblFreqN1MM"};             // N1MM Logger: kHz
+    Label lblFreqHamlib{form_, "lblFreqHamlib"};         // Hamlib: kHz
     Button cmdAutoMemConn{form_, "cmdAutoMemConn", "0"}; // "0" disconnected, "I" connected
     Label lblAutoMemConn{form_, "lblAutoMemConn", "Connect"};
 };

@@ -50,7 +50,6 @@ struct ShellPanel {
     std::string varConfigName;
     bool bolCaricaInAvvio = false; // record 51 until the start has used it: keep the loaded positions
     std::array<runtime::Int16, 3> spareSettings{}; // records 36 to 38, which nothing writes
-    std::vector<std::array<float, 4>> hiResMem;    // the high-resolution table, at most 200 entries
 
     // Settings of the general settings dialog: the jog keys and the alarms.
     std::string strCW1, strCCW1, strCW2, strCCW2;

@@ -13,6 +13,10 @@ namespace memory {
 
 namespace {
 
+constexpr std::int64_t kHertzPerKilohertz = 1000;
+constexpr double kHertzPerMegahertz = 1e6;
+constexpr const char* kSemiAuto = "Semi Auto";
+
 constexpr std::array<std::pair<std::string_view, std::string_view>, 12> kBands = {{
     {"29", "10"},
     {"28", "10"},
@@ -43,18 +47,20 @@ void applyBandMode(form::Form1& form) {
 }
 
 AutomaticRecall::AutomaticRecall(form::Form1& form, form::Boxes& boxes, MemorySlots& slots,
-                                 config::RecordFile& file, platform::Sound& sound)
-    : form_(form), boxes_(boxes), slots_(slots), file_(file), sound_(sound), sides_(form) {
+                                 TableRecall& table, config::RecordFile& file, platform::Sound& sound)
+    : form_(form), boxes_(boxes), slots_(slots), table_(table), file_(file), sound_(sound), sides_(form) {
     form_.tmrFastMem.Tick.attach([this] { tmrFastMem_Timer(); });
     form_.tmrBandCh.Tick.attach([this] { tmrBandCh_Timer(); });
     form_.chkAutoMemOnOff.Click.attach([this] { chkAutoMemOnOff_Click(); });
     form_.chkAutoMemOnOff.MouseDown.attach([this] { chkAutoMemOnOff_MouseDown(); });
     form_.chkBandMode.Click.attach([this] { chkBandMode_Click(); });
+    form_.chkExact.Click.attach([this] { chkExact_Click(); });
     form_.HScrMemSpeedCh.Change.attach([this] { HScrMemSpeedCh_Change(); });
 }
 
 void AutomaticRecall::tmrFastMem_Timer() {
     armOutputsOff();
+    readFrequency(chosenSource());
     if (std::exchange(form_.bolAutoOffFire, false)) {
         if (!sides_.anyRunning()) form_.cmdOff.Click.raise();
     } else {
@@ -63,7 +69,7 @@ void AutomaticRecall::tmrFastMem_Timer() {
         if (source && !readSource(*source)) return;
         form_.bolFreqChanged = frequencyChanged(source);
         if (form_.chkBandMode.ticked()) form_.strFreqKey = bandName(form_.strFreqKey);
-        recallStep();
+        recallStep(source);
     }
     if (const form::FrequencySource* const source = chosenSource()) form_.strFreqPrev = source->label.Caption;
 }
@@ -105,17 +111,67 @@ void AutomaticRecall::subAllarme() {
     sound_.play("torvo.wav");
 }
 
-void AutomaticRecall::recallStep() {
+void AutomaticRecall::readFrequency(const form::FrequencySource* source) {
+    const bool known = source && form_.sourceConnected();
+    form_.frequencyNow = known ? source->hertz() : std::nullopt;
+    form_.frequencySeconds = known ? source->age() : 0;
+}
+
+void AutomaticRecall::recallStep(const form::FrequencySource* source) {
     if (!form_.chkAutoMemOnOff.ticked() || form_.bolFreqChanged) return;
-    if (form_.intFunzione == form::kSatelliteRotor || boxes_.isOpen()) return;
-    // The high-resolution table takes the place of the ten memories.
-    if (form_.chkHRM.ticked()) return;
-    for (int n = 1; n <= form::Form1::kMemories; ++n) {
-        if (isInUse(n) || !matches(n)) continue;
-        // Refused once is enough: a box at every tick would help nobody.
-        if (!slots_.recallAndSelect(n)) form_.chkAutoMemOnOff.Value = 0;
-        return;
+    if (form_.intFunzione == form::kSatelliteRotor || boxes_.isOpen() || staysSemiAuto()) return;
+    // The table takes the place of the ten memories.
+    const int n = form_.chkHRM.ticked() ? 0 : memoryToRecall();
+    if (!(form_.chkHRM.ticked() ? table_.isDue() : n > 0) || waits(source)) return;
+    const bool recalled = n > 0 ? slots_.recallAndSelect(n) : table_.subHiResMem();
+    // Refused once is enough: a box at every tick would help nobody.
+    if (!recalled) form_.chkAutoMemOnOff.Value = 0;
+}
+
+bool AutomaticRecall::waits(const form::FrequencySource* source) {
+    if (!form_.tuner.waitWhileTransmitting || !source || !source->transmitting()) return false;
+    form_.notice.tell("Waits: transmitting");
+    return true;
+}
+
+bool AutomaticRecall::staysSemiAuto() {
+    if (form_.lblAutoMemOnOff.Caption != kSemiAuto) return false;
+    if (!semiAutoHertz_) semiAutoHertz_ = form_.frequencyNow;
+    if (!form_.frequencyNow) return true;
+    const std::int64_t way = std::abs(*form_.frequencyNow - *semiAutoHertz_);
+    if (way <= form_.tuner.semiAutoKilohertz * kHertzPerKilohertz) return true;
+    form_.lblAutoMemOnOff.Caption = "Auto";
+    return false;
+}
+
+void AutomaticRecall::semiAuto() {
+    if (form_.lblAutoMemOnOff.Caption != kSemiAuto) semiAutoHertz_ = form_.frequencyNow;
+    form_.lblAutoMemOnOff.Caption = kSemiAuto;
+}
+
+int AutomaticRecall::memoryToRecall() {
+    if (form_.chkExact.ticked()) {
+        const int nearest = nearestMemory();
+        return nearest > 0 && isInUse(nearest) ? 0 : nearest;
     }
+    for (int n = 1; n <= form::Form1::kMemories; ++n) {
+        if (!isInUse(n) && matches(n)) return n;
+    }
+    return 0;
+}
+
+int AutomaticRecall::nearestMemory() {
+    if (!form_.frequencyNow) return 0;
+    int nearest = 0;
+    double distance = static_cast<double>(form_.tuner.exactKilohertz * kHertzPerKilohertz);
+    for (int n = 1; n <= form::Form1::kMemories; ++n) {
+        const double hertz = runtime::leadingNumber(form_.lblFr[n].Caption.get()) * kHertzPerMegahertz;
+        const double away = std::fabs(hertz - static_cast<double>(*form_.frequencyNow));
+        if (away > distance || (away == distance && nearest > 0) || !slots_.isStored(n)) continue;
+        nearest = n;
+        distance = away;
+    }
+    return nearest;
 }
 
 bool AutomaticRecall::isInUse(int n) {
@@ -142,6 +198,7 @@ void AutomaticRecall::chkAutoMemOnOff_Click() {
         return;
     }
     form_.lblAutoMemOnOff.Caption = form_.chkAutoMemOnOff.ticked() ? "Auto" : "Manual";
+    table_.forget();
 }
 
 void AutomaticRecall::chkAutoMemOnOff_MouseDown() {
@@ -150,6 +207,13 @@ void AutomaticRecall::chkAutoMemOnOff_MouseDown() {
 
 void AutomaticRecall::chkBandMode_Click() {
     applyBandMode(form_);
+    if (form_.bolBandMode) form_.chkExact.Value = 0;
+}
+
+void AutomaticRecall::chkExact_Click() {
+    if (form_.chkExact.ticked()) form_.chkBandMode.Value = 0;
+    form_.tuner.exact = form_.chkExact.ticked();
+    keepSettings();
 }
 
 void AutomaticRecall::HScrMemSpeedCh_Change() {

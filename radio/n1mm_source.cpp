@@ -34,6 +34,7 @@ void N1mmSource::release() {
 void N1mmSource::received(const std::string& datagram) {
     form_.lblFreqN1MM.Caption = n1mmKilohertz(datagram);
     hertz_ = n1mmHertz(datagram);
+    silentPolls_ = 0;
     transmitting_ = n1mmTransmitting(datagram).value_or(transmitting_);
 }
 

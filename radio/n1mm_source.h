@@ -17,9 +17,12 @@ class N1mmSource : public form::FrequencySource {
     bool announcesBands() const override { return form_.sourceConnected(); }
     std::string key() const override;
     std::optional<std::int64_t> hertz() const override { return hertz_; }
+    double age() const override { return silentPolls_ * kSecondsPerPoll; }
     bool transmitting() const override { return transmitting_; }
+    void poll() override { ++silentPolls_; }
 
   private:
+    static constexpr double kSecondsPerPoll = form::Form1::kPollMilliseconds / 1000.0;
     void received(const std::string& datagram);
 
     form::Form1& form_;
@@ -27,6 +30,7 @@ class N1mmSource : public form::FrequencySource {
     std::unique_ptr<platform::UdpSocket> wskN1mmLog_;
     std::optional<std::int64_t> hertz_;
     bool transmitting_ = false;
+    int silentPolls_ = 0; // since the last datagram
 };
 
 } // namespace radio

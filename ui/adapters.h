@@ -1,6 +1,7 @@
 #pragma once
 
 #include "form/controls.h"
+#include "form/table_window.h"
 #include "ui/adapter.h"
 #include "ui/caption_label.h"
 #include "ui/colours.h"
@@ -18,6 +19,8 @@
 #include <vector>
 
 namespace ui {
+
+class TableGridView;
 
 /// Makes the widgets of a form's controls and keeps widgets and controls equal. The layout owns its widgets.
 /// `reserve` lists the texts for which a control leaves room, separated by '|'.
@@ -38,6 +41,7 @@ class Adapters {
     LineEdit* textBox(form::TextBox& control, const Words& words, const QString& reserve);
     QComboBox* comboBox(form::ComboBox& control, const Words& words);
     Lamp* lamp(form::Shape& control, const Words& words);
+    TableGridView* tableGrid(form::TableGrid& control, const Words& words);
     void display(form::Shape& control, Display& widget, const Words& words);
     /// The control only shows and hides the group; the layout sets the look and the texts.
     void frame(form::Frame& control, QWidget& widget);

@@ -6,11 +6,11 @@
 
 namespace ui {
 
-Dialog::Dialog(form::Form& form, Redraw& redraw, QWidget* parent)
+Dialog::Dialog(form::Form& form, Redraw& redraw, QWidget* parent, bool modal)
     : QDialog(parent), form_(form), adapters_(redraw) {
     setObjectName(shown(form.name()));
     setWindowTitle(shown(form.Caption));
-    setModal(true);
+    setModal(modal);
     form_.onUnload = [this] { done(QDialog::Accepted); };
     form_.onBeep = [] { QApplication::beep(); };
 }

@@ -10,11 +10,12 @@
 
 namespace ui {
 
-/// The window of a form that is shown modally. It closes when the form is unloaded; what the user closes, by
+/// The window of a form. It closes when the form is unloaded; what the user closes, by
 /// Esc or at the window's frame, raises the Cancel button's Click.
 class Dialog : public QDialog {
   public:
-    Dialog(form::Form& form, Redraw& redraw, QWidget* parent);
+    /// A window that is not modal stands beside its parent.
+    Dialog(form::Form& form, Redraw& redraw, QWidget* parent, bool modal = true);
     ~Dialog() override;
 
     Adapters& adapters() { return adapters_; }

@@ -71,6 +71,38 @@ Card* habits(form::FrmGenSet& form, Adapters& adapters) {
     return card;
 }
 
+Card* tuner(form::FrmGenSet& form, Adapters& adapters) {
+    auto* card = new Card("Tuner", "How Coil Tuner and Tune & Load move.");
+    card->body().addWidget(groupTitle(card->accessibleName(), card->toolTip()));
+    card->body().addWidget(adapters.checkBox(
+        form.chkWaitTransmitting,
+        {"No movement while transmitting",
+         "Recalls wait while the radio transmits, as far as Hamlib or N1MM Logger say so.", "Alt+M"}));
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(kGrid);
+    grid->setColumnStretch(3, 1);
+    struct Line {
+        const char* name;
+        form::TextBox& steps;
+        form::Label& units;
+    };
+    const Line lines[] = {{"Backlash of engine 1", form.txtBacklash1, form.lblBacklash1},
+                          {"Backlash of engine 2", form.txtBacklash2, form.lblBacklash2}};
+    int at = 0;
+    for (const Line& line : lines) {
+        const QString tip = "The play of the gear. A recall that moves down goes so far below and comes back "
+                            "up, so that each position is reached from below.";
+        grid->addWidget(fixedText(line.name, tip), at, 0);
+        grid->addWidget(adapters.textBox(line.steps, {line.name, tip, "0 to 9"}, "00000"), at, 1);
+        grid->addWidget(fixedText("steps", tip), at, 2);
+        grid->addWidget(
+            adapters.label(line.units, {QString(line.name) + " in units", tip}, "0 to 10000 steps"), at, 3);
+        ++at;
+    }
+    card->body().addLayout(grid);
+    return card;
+}
+
 } // namespace
 
 void layOut(Dialog& window, form::FrmGenSet& form) {
@@ -79,6 +111,7 @@ void layOut(Dialog& window, form::FrmGenSet& form) {
     all->addWidget(keys(form, adapters));
     all->addWidget(colours(form, adapters));
     all->addWidget(habits(form, adapters));
+    all->addWidget(tuner(form, adapters));
     all->addWidget(window.addButtons(form.cmdSalvaGenSet, {"Save", "Keeps these settings.", "Enter"},
                                      form.cmdExitGen, {"Cancel", "Leaves everything as it was.", "Esc"}));
 }

@@ -11,6 +11,7 @@
 #include "ui/radio_view.h"
 #include "ui/rotor_view.h"
 #include "ui/sky_view.h"
+#include "ui/table_window.h"
 #include "ui/zoom.h"
 
 #include <QApplication>
@@ -32,6 +33,12 @@ QPoint newValuePlace(bool engineB) {
     return QPoint(engineB ? 8800 : 3500, 1500) / kTwipsPerPixel;
 }
 
+/// The letter 'A' to 'Z' of a key; 0 for any other key.
+char letterOf(const QKeyEvent& event) {
+    const bool isLetter = event.key() >= Qt::Key_A && event.key() <= Qt::Key_Z;
+    return isLetter ? static_cast<char>('A' + event.key() - Qt::Key_A) : '\0';
+}
+
 constexpr int kEnginesStretch = 5, kZonesStretch = 4;
 
 } // namespace
@@ -50,7 +57,13 @@ MainWindow::MainWindow(form::Form1& form, form::Boxes& boxes)
     connect(stop, &QShortcut::activated, this, [this] { stopBoth(); });
 
     form_.onBeep = [] { QApplication::beep(); };
+    auto* add = new QShortcut(QKeySequence(Qt::Key_Insert), this);
+    connect(add, &QShortcut::activated, this, [this] {
+        if (form_.onAddPosition) form_.guard(form_.onAddPosition);
+    });
+
     boxes_.modalWindow = [this](form::Form& dialog) { showModal(dialog); };
+    boxes_.windowBeside = [this](form::Form& window) { showBeside(window); };
     redraw_.drawAll();
     setMinimumSize(kSmallest);
     const QSize wanted = centralWidget()->sizeHint() + barsSize();
@@ -60,6 +73,7 @@ MainWindow::MainWindow(form::Form1& form, form::Boxes& boxes)
 MainWindow::~MainWindow() {
     hide(); // a jog button that is held lets go while there is somebody to tell
     boxes_.modalWindow = nullptr;
+    boxes_.windowBeside = nullptr;
     form_.onBeep = nullptr;
 }
 
@@ -132,8 +146,8 @@ void MainWindow::orderFocus() {
     for (int n = 1; n <= form::Form1::kMemories; ++n) {
         then({&form_.Option[n], &form_.lblMem[n]});
     }
-    then({&form_.cmdAutoMemConn, &form_.chkAutoMemOnOff, &form_.chkBandMode, &form_.chkFastMemory,
-          &form_.HScrMemSpeedCh});
+    then({&form_.cmdAutoMemConn, &form_.chkAutoMemOnOff, &form_.chkBandMode, &form_.chkExact, &form_.chkHRM,
+          &form_.chkFastMemory, &form_.HScrMemSpeedCh});
     then({&form_.cmdConnect, &form_.chkOpenCom, &form_.chkRotOnOff, &form_.cmdPark, &form_.txtPointAz,
           &form_.txtPointEl, &form_.cmdPoint, &form_.cmdCalibrate, &form_.cmdUndoCalibrate, &form_.HScOffsetA,
           &form_.HScOffsetB, &form_.HScroll2, &form_.HScroll4, &form_.HScroll6, &form_.HScroll5,
@@ -154,12 +168,14 @@ bool MainWindow::event(QEvent* event) {
         for (QPushButton* button : findChildren<QPushButton*>()) {
             if (auto* ours = dynamic_cast<PushButton*>(button)) ours->lose();
         }
+        loseKeyboard();
     }
     return QMainWindow::event(event);
 }
 
 void MainWindow::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange) adapters_.redrawAll();
+    if (event->type() == QEvent::ActivationChange && !isActiveWindow()) loseKeyboard();
     QMainWindow::changeEvent(event);
 }
 
@@ -176,9 +192,46 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
     // Esc from a text box, which sees it before the shortcut does.
     if (event->key() == Qt::Key_Escape) {
         stopBoth();
+    } else if (jogs(*event)) {
+        const bool shift = event->modifiers().testFlag(Qt::ShiftModifier);
+        if (!event->isAutoRepeat()) form_.guard([&] { form_.onLetterDown(letterOf(*event), shift); });
     } else {
         QMainWindow::keyPressEvent(event);
     }
+}
+
+void MainWindow::keyReleaseEvent(QKeyEvent* event) {
+    // Whatever else is held now: a letter that went down must come up.
+    const char letter = letterOf(*event);
+    if (letter != 0 && !event->isAutoRepeat() && form_.onLetterUp) {
+        form_.guard([&] { form_.onLetterUp(letter); });
+    }
+    QMainWindow::keyReleaseEvent(event);
+}
+
+bool MainWindow::jogs(const QKeyEvent& event) const {
+    const bool plain = (event.modifiers() & ~Qt::ShiftModifier) == Qt::NoModifier;
+    return letterOf(event) != 0 && plain && form_.onLetterDown && !qobject_cast<QLineEdit*>(focusWidget());
+}
+
+void MainWindow::loseKeyboard() {
+    if (form_.onKeyboardLost) form_.guard(form_.onKeyboardLost);
+}
+
+void MainWindow::showBeside(form::Form& form) {
+    if (!table_) {
+        auto& table = dynamic_cast<form::FrmHiResMem&>(form);
+        table_ = std::make_unique<Dialog>(form, redraw_, this, false);
+        layOut(*table_, table, form_, boxes_);
+        // One tunes beside it: Esc means the engines here too.
+        auto* stop = new QShortcut(QKeySequence(Qt::Key_Escape), table_.get());
+        stop->setAutoRepeat(false);
+        connect(stop, &QShortcut::activated, this, [this] { stopBoth(); });
+        redraw_.drawAll();
+    }
+    table_->show();
+    table_->raise();
+    table_->activateWindow();
 }
 
 void MainWindow::showModal(form::Form& form) {

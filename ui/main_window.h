@@ -10,6 +10,7 @@
 
 namespace ui {
 
+class Dialog;
 class EngineView;
 class MemoryView;
 
@@ -28,6 +29,7 @@ class MainWindow : public QMainWindow {
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
 
   private:
     void layOutContent();
@@ -36,12 +38,17 @@ class MainWindow : public QMainWindow {
     void nameEngines();
     void stopBoth();
     void showModal(form::Form& form);
+    void showBeside(form::Form& form);
+    /// A letter that may jog an engine; others are left alone.
+    void loseKeyboard();
+    bool jogs(const QKeyEvent& event) const;
 
     form::Form1& form_;
     form::Boxes& boxes_;
     Redraw redraw_;
     Adapters adapters_{redraw_};
     MemoryView* memories_ = nullptr;
+    std::unique_ptr<Dialog> table_;
 };
 
 } // namespace ui

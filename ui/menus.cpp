@@ -34,6 +34,8 @@ void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
           QKeySequence::Open);
     entry(file, form.mnuSaveConfig, "Stores all settings, positions and memories under a name.",
           QKeySequence::Save);
+    entry(file, form.mnuFileMemHR, "Positions of both engines over the radio's frequency.",
+          Qt::CTRL | Qt::Key_M);
     file->addSeparator();
     entry(file, form.mnuUscita, "Switches the outputs off, saves and ends the program.",
           Qt::CTRL | Qt::Key_Q);

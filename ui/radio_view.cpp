@@ -53,7 +53,8 @@ void RadioView::layOutFrequency(form::Form1& form, Adapters& adapters) {
     };
     QWidget* frequencies = pile({frequency(form.lblFreqRx, "Ham Radio Deluxe", "MHz"),
                                  frequency(form.lblLog32DataM, "Logger32", "MHz"),
-                                 frequency(form.lblFreqN1MM, "N1MM Logger", "kHz")});
+                                 frequency(form.lblFreqN1MM, "N1MM Logger", "kHz"),
+                                 frequency(form.lblFreqHamlib, "Hamlib", "kHz")});
     PushButton* connect = adapters.button(
         form.cmdAutoMemConn,
         {"Connect the radio",
@@ -104,6 +105,17 @@ void RadioView::layOutRecall(form::Form1& form, Adapters& adapters) {
                           {"Meaning of labels", "What the labels of the memories are read as."},
                           "Frequency Mode"),
                     0, 4);
+    grid->addWidget(
+        adapters.checkBox(form.chkExact,
+                          {"Exact",
+                           "Recalls the memory whose label is nearest to the frequency, within a few kHz.",
+                           "Alt+X"}),
+        1, 3);
+    grid->addWidget(
+        adapters.checkBox(form.chkHRM,
+                          {"Frequency table",
+                           "Positions come from the frequency table in place of the ten memories.", "Alt+T"}),
+        1, 4);
     grid->addWidget(adapters.checkBox(form.chkFastMemory,
                                       {"Fast memory store",
                                        "After a jog, switching the outputs off automatically stores the "

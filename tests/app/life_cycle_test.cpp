@@ -129,8 +129,8 @@ TEST_F(LifeCycleTest, EverySettingIsLoadedAndNothingWritten) {
     EXPECT_EQ(f().intSatSource, 2);
     EXPECT_EQ(f().intMemSlowDist, 5);
     ASSERT_EQ(f().hiResMem.size(), 2U);
-    EXPECT_EQ(f().hiResMem[0], (std::array<float, 4>{0.25F, 1.25F, 2.25F, 3.25F}));
-    EXPECT_EQ(f().hiResMem[1], (std::array<float, 4>{4.25F, 5.25F, 6.25F, 7.25F}));
+    EXPECT_EQ(f().hiResMem[0], (form::TableEntry{0.25, 1.25, 2.25, false}));
+    EXPECT_EQ(f().hiResMem[1], (form::TableEntry{4.25, 5.25, 6.25, false}));
     EXPECT_FALSE(f().bolCaricaInAvvio);
 }
 
@@ -179,7 +179,7 @@ TEST_F(LifeCycleTest, ClosingTheWindowSavesTooAndPositionsOnlyWhenWanted) {
     file.write({config::booleanRecord(50, false), config::integerRecord(99, 0)});
     start();
     f().sngPosA = 1;
-    f().hiResMem.assign(1, {14.2003F, -123.456F, 5, 123.456F});
+    f().hiResMem.assign(1, {14.2003, -123.456, 5, true});
     int closed = 0;
     f().onUnload = [&] { ++closed; };
     controller->close();
@@ -191,7 +191,7 @@ TEST_F(LifeCycleTest, ClosingTheWindowSavesTooAndPositionsOnlyWhenWanted) {
     EXPECT_EQ(records.text(100), " 14.20");
     EXPECT_EQ(records.text(101), "-123.4");
     EXPECT_EQ(records.text(102), " 5");
-    EXPECT_EQ(records.text(103), " 123.4");
+    EXPECT_EQ(records.text(103), " 1");
 }
 
 TEST_F(LifeCycleTest, DamageIsToldOnceAndNothingMadeWorse) {

@@ -1,0 +1,131 @@
+#include "memory/table_text.h"
+
+#include "memory/frequency_table.h"
+#include "runtime/number.h"
+#include "runtime/text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace memory {
+
+namespace {
+
+using form::FrequencyTable;
+using form::TableEntry;
+
+constexpr std::size_t kRecordCharacters = 6;
+constexpr double kHighestMegahertz = 10'000;
+constexpr double kFarthest = 999; // user units: the end of run
+
+std::vector<std::string_view> columnsOf(std::string_view line) {
+    constexpr std::string_view kSeparators = "\t; ";
+    std::vector<std::string_view> columns;
+    while (true) {
+        line.remove_prefix(std::min(line.find_first_not_of(kSeparators), line.size()));
+        if (line.empty()) return columns;
+        const std::size_t end = std::min(line.find_first_of(kSeparators), line.size());
+        columns.push_back(line.substr(0, end));
+        line.remove_prefix(end);
+    }
+}
+
+TableEntry entryOf(const std::vector<std::string_view>& columns) {
+    if (columns.size() < 3 || columns.size() > 4) {
+        throw TableTextError("has " + std::to_string(columns.size()) + " columns instead of 3 or 4");
+    }
+    const auto number = [](std::string_view column) {
+        try {
+            return runtime::parseNumber(column);
+        } catch (const runtime::RunTimeError&) {
+            throw TableTextError("\"" + runtime::firstCharacters(column, 20) + "\" is not a number");
+        }
+    };
+    const double end = columns.size() == 4 ? number(columns[3]) : 0;
+    if (end != 0 && end != 1) throw TableTextError("the fourth column is not 0 or 1");
+    const TableEntry entry{number(columns[0]), number(columns[1]), number(columns[2]), end == 1};
+    if (const std::string fault = faultOf(entry); !fault.empty()) throw TableTextError(fault);
+    return entry;
+}
+
+std::string recordText(double value) {
+    const std::string digits = runtime::shortestText(value);
+    return runtime::firstCharacters(value < 0 ? digits : " " + digits, kRecordCharacters);
+}
+
+/// Whether the record of `full` reads as `kept`.
+bool agrees(const TableEntry& full, const TableEntry& kept) {
+    const auto same = [](double value, double record) {
+        return runtime::parseSingle(recordText(value)) == runtime::toSingle(record);
+    };
+    return same(full.megahertz, kept.megahertz) && same(full.posA, kept.posA) && same(full.posB, kept.posB) &&
+           full.endsStretch == kept.endsStretch;
+}
+
+} // namespace
+
+std::string tableText(const FrequencyTable& table) {
+    std::string text = "# MHz\tA\tB\tend of stretch\n";
+    for (const TableEntry& entry : table) {
+        for (const double value : {entry.megahertz, entry.posA, entry.posB})
+            text += runtime::shortestText(value) + "\t";
+        text += entry.endsStretch ? "1\n" : "0\n";
+    }
+    return text;
+}
+
+FrequencyTable readTable(std::string_view text) {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF"; // what some spreadsheets put first
+    if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+    FrequencyTable entries;
+    for (int number = 1; !text.empty(); ++number) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        std::string_view line = text.substr(0, end);
+        text.remove_prefix(std::min(end + 1, text.size()));
+        if (line.ends_with('\r')) line.remove_suffix(1);
+        line = line.substr(0, line.find('#'));
+        const auto columns = columnsOf(line);
+        if (columns.empty()) continue;
+        try {
+            entries.push_back(entryOf(columns));
+        } catch (const TableTextError& error) {
+            throw TableTextError("Line " + std::to_string(number) + ": " + error.what());
+        }
+    }
+    try {
+        return sorted(std::move(entries));
+    } catch (const runtime::RunTimeError&) {
+        throw TableTextError("More than " + std::to_string(form::kTableEntriesMax) + " entries");
+    }
+}
+
+std::string faultOf(const TableEntry& entry) {
+    if (!(entry.megahertz > 0 && entry.megahertz < kHighestMegahertz)) {
+        return "the frequency is not between 0 and 10000 MHz";
+    }
+    for (const double position : {entry.posA, entry.posB}) {
+        if (!(std::fabs(position) <= kFarthest)) return "a position is not between -999 and 999";
+    }
+    return {};
+}
+
+std::array<std::string, 4> recordTexts(const TableEntry& entry) {
+    return {recordText(entry.megahertz), recordText(entry.posA), recordText(entry.posB),
+            recordText(entry.endsStretch ? 1 : 0)};
+}
+
+FrequencyTable withFullDigits(FrequencyTable records, const FrequencyTable& file) {
+    std::vector<bool> used(file.size());
+    for (TableEntry& record : records) {
+        for (std::size_t i = 0; i < file.size(); ++i) {
+            if (used[i] || !agrees(file[i], record)) continue;
+            record = file[i];
+            used[i] = true;
+            break;
+        }
+    }
+    return records;
+}
+
+} // namespace memory

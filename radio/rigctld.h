@@ -1,0 +1,71 @@
+#pragma once
+
+#include "platform/tcp_clients.h"
+#include "platform/timers.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace radio {
+
+/// What is known of a rig.
+struct RigReading {
+    /// Hertz at which it transmits; nothing while it is not known.
+    std::optional<std::int64_t> hertz = {};
+    bool transmitting = false; // false where the rig cannot tell
+    /// Why there is no frequency, in words for the user; empty while all is well, or nothing has failed yet.
+    std::string trouble = {};
+
+    bool operator==(const RigReading&) const = default;
+};
+
+/// A client of Hamlib's network daemon rigctld: asks for the frequency twice a second, one request at a time,
+/// and connects again after a loss, for as long as it lives. Protocol: rigctld(1) of Hamlib 4.5.
+class Rigctld {
+  public:
+    static constexpr int kDefaultPort = 4532;
+
+    /// `told` hears each reading that differs from the one before, never during the construction. It may
+    /// destroy this object.
+    Rigctld(platform::TcpClients& clients, platform::Timers& timers, std::string host, int port,
+            std::function<void(const RigReading&)> told);
+
+  private:
+    enum class Request { kNone, kVfoMode, kFrequency, kSplit, kSplitFrequency, kTransmitting };
+
+    void connect();
+    void lost(const std::string& trouble);
+    void tick();
+    void ask(Request request);
+    void received(const std::string& bytes);
+    void answered(const std::string& line);
+    void answeredSplit(const std::string& line, bool refused);
+    void askTransmitting();
+    void finish();
+    void tell(RigReading reading);
+
+    platform::TcpClients& clients_;
+    const std::string host_;
+    const int port_;
+    const std::function<void(const RigReading&)> told_;
+    std::unique_ptr<platform::PeriodicTimer> tick_;
+    std::unique_ptr<platform::TcpClient> client_;
+    std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true); // ends with this object
+    RigReading reading_;                                                     // the one last told
+    RigReading next_; // the one that is being asked for
+
+    // Of the connection.
+    std::string unread_; // an answer that has not come whole
+    Request waiting_ = Request::kNone;
+    int ticksWaited_ = 0;
+    bool connected_ = false;
+    bool vfoMode_ = false; // each request names the VFO that it means
+    bool knowsSplit_ = true, knowsTransmitting_ = true;
+    bool splitNameFollows_ = false; // the second line of the answer about split
+    bool split_ = false;
+};
+
+} // namespace radio
