@@ -49,11 +49,10 @@ class TextBoxAdapter : public WidgetAdapter {
             redraw().drawAll();
             return accepted;
         };
-        QObject::connect(&widget, &QLineEdit::textChanged, &widget,
-                         [this](const QString& text) {
-                             box_.Text.load(text.toStdString());
-                             box_.Change.fire();
-                         });
+        QObject::connect(&widget, &QLineEdit::textChanged, &widget, [this](const QString& text) {
+            box_.Text.load(text.toStdString());
+            box_.Change.fire();
+        });
         box.onSelectAll = [this] {
             redraw().drawAll();
             widget_.selectAll();
