@@ -145,6 +145,7 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
         startup.Form_Load();
         table.loaded();
         tableRecall.forget();
+        positions.start();
     };
     wireTuner();
     form.mnuGenSet.Click.attach([this] { mnuGenSet_Click(); });

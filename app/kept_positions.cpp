@@ -45,6 +45,7 @@ Standing KeptPositions::standing() const {
 }
 
 void KeptPositions::start() {
+    if (begun_ || ended_) return;
     bool tuner = false;
     try {
         tuner = records_.read().boolean(record::kLoadPositions);
@@ -83,7 +84,11 @@ void KeptPositions::offer(const Standing& found, bool tuner) {
         text += "\nFunction: " + Functions::nameOf(found.function) +
                 " (stored: " + Functions::nameOf(stored.function) + ")";
     }
-    if (tuner) text += line("Engine A", found.posA, stored.posA) + line("Engine B", found.posB, stored.posB);
+    if (tuner) {
+        const bool dots = found.function == form::kTuneAndLoad;
+        text += line(dots ? "Tune" : "Engine 1", found.posA, stored.posA);
+        text += line(dots ? "Load" : "Engine 2", found.posB, stored.posB);
+    }
     text += line("Azimuth", found.azimuth, stored.azimuth);
     text += line("Elevation", found.elevation, stored.elevation);
     text += "\n\nOK uses these positions. Cancel keeps the stored ones.";

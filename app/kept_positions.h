@@ -16,7 +16,8 @@ class KeptPositions {
     KeptPositions(form::Form1& form, form::Boxes& boxes, config::RecordFile& records, Functions& functions,
                   platform::PositionFile& file);
 
-    /// Call after the start-up load: offers the positions left by a crash, and begins to keep positions.
+    /// Call after the start-up load and after each Load Config: once the records can be read, offers the
+    /// positions left by a crash, and begins to keep positions.
     void start();
     /// Call after every event, and before a box opens: stores changed positions.
     void keep();

@@ -63,18 +63,18 @@ void Shutdown::attempt(const std::function<void()>& step, const std::string& oth
 
 void Shutdown::save() {
     const config::Unit unit = state();
+    std::string lost = "Not saved: " + namesOf(unit.records) + ". ";
     for (bool again = true; again;) {
-        std::string lost = "Not saved: " + namesOf(unit.records) + ". ";
         try {
-            file_.write(unit);
+            if (!lost.empty()) file_.write(unit);
             lost.clear(); // the journal has the changes now
             file_.finish();
-            onSaved();
             again = false;
         } catch (const runtime::FileError& error) {
             again = boxes_.confirm(std::string(error.what()) + ". " + lost + "Try again?", "Error!");
         }
     }
+    if (lost.empty()) onSaved();
 }
 
 /// The values saved at exit. If a value does not fit its record, a box reports it and it is left out.

@@ -2,6 +2,7 @@
 
 #include "config/little_endian.h"
 
+#include <algorithm>
 #include <cstdint>
 
 namespace config {
@@ -84,6 +85,12 @@ std::string encodeUnit(const Unit& unit) {
     append(group, body.size());
     append(group, sumOf(body));
     return group + body;
+}
+
+bool Journal::holds(std::string_view name) const {
+    return std::ranges::any_of(units, [name](const Unit& unit) {
+        return std::ranges::any_of(unit.files, [name](const Unit::Whole& file) { return file.name == name; });
+    });
 }
 
 Journal decodeJournal(std::string_view bytes) {

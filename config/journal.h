@@ -24,6 +24,9 @@ std::string encodeUnit(const Unit& unit);
 struct Journal {
     std::vector<Unit> units;
     std::size_t length = 0; // bytes of these units in the journal
+
+    /// Whether they hold the whole of a file.
+    bool holds(std::string_view name) const;
 };
 Journal decodeJournal(std::string_view bytes);
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <random>
 #include <utility>
 
 namespace config {
@@ -25,6 +26,20 @@ std::string quoted(const Path& path) {
 Path withEnding(Path path, const char* ending) {
     path += ending;
     return path;
+}
+
+/// The file that a link of this name leads to: the link stays, and the file is replaced.
+Path destination(const Path& file) {
+    std::error_code error;
+    if (!std::filesystem::is_symlink(file, error)) return file;
+    const Path found = std::filesystem::canonical(file, error);
+    return error ? file : found;
+}
+
+bool areOneFile(const Path& a, const Path& b) {
+    std::error_code error;
+    return std::filesystem::weakly_canonical(std::filesystem::absolute(a, error), error) ==
+           std::filesystem::weakly_canonical(std::filesystem::absolute(b, error), error);
 }
 
 void putRecords(std::string& bytes, const std::vector<Record>& records) {
@@ -49,7 +64,8 @@ std::pair<std::size_t, std::size_t> difference(std::string_view before, std::str
 } // namespace
 
 RecordFile::RecordFile(platform::Storage& storage, Path path)
-    : storage_(storage), path_(std::move(path)), journal_(withEnding(path_, ".journal")) {}
+    : storage_(storage), path_(std::move(path)), journal_(withEnding(path_, ".journal")),
+      kept_(withEnding(path_, ".bak")) {}
 
 RecordImage RecordFile::read() {
     if (state_ == State::Unread) load();
@@ -61,14 +77,25 @@ RecordImage RecordFile::read() {
 
 void RecordFile::load() {
     state_ = State::Unreadable;
-    onDisk_ = storage_.read(path_, kBytesMax);
-    const Journal journal = decodeJournal(storage_.read(journal_, kJournalMax).value_or(""));
-    if (!onDisk_) {
+    const std::string left = storage_.read(journal_, kJournalMax).value_or("");
+    const Journal journal = decodeJournal(left);
+    try {
+        onDisk_ = storage_.read(path_, kBytesMax);
+    } catch (const runtime::FileError&) {
+        // An interrupted Load Config: the whole new file is in the journal.
+        if (!journal.holds(path_.filename().string())) throw;
+        onDisk_.reset();
+        unreadable_ = true;
+    }
+    if (!onDisk_ && !unreadable_) {
         storage_.create(path_, "");
         onDisk_ = "";
     }
+    // Groups behind a damaged one would count again as soon as others fill the gap.
+    if (journal.length != 0 && journal.length < left.size())
+        storage_.write(journal_, journal.length, std::string(left.size() - journal.length, '\0'));
     state_ = State::Held;
-    held_ = *onDisk_;
+    held_ = onDisk_.value_or("");
     for (const Unit& unit : journal.units)
         apply(unit);
     journalLength_ = journal.length;
@@ -96,9 +123,38 @@ void RecordFile::append(const std::string& group) {
         storage_.create(journal_, group);
     } else {
         // Overwrites what a failed attempt may have left.
-        storage_.write(journal_, journalLength_, group);
+        try {
+            storage_.write(journal_, journalLength_, group);
+        } catch (const runtime::FileError&) {
+            if (!remakeJournal()) throw;
+            storage_.write(journal_, journalLength_, group);
+        }
     }
     journalLength_ += group.size();
+}
+
+bool RecordFile::remakeJournal() {
+    if (storage_.read(journal_, kJournalMax)) return false;
+    Unit unit;
+    for (const auto& [name, bytes] : files_)
+        unit.files.push_back({name, bytes});
+    unit.files.push_back({path_.filename().string(), held_});
+    const std::string group = encodeUnit(unit);
+    storage_.create(journal_, group);
+    journalLength_ = group.size();
+    return true;
+}
+
+void RecordFile::syncJournal() {
+    try {
+        storage_.sync(journal_);
+    } catch (const runtime::FileError&) {
+        {
+            const std::lock_guard lock(mutex_);
+            if (!remakeJournal()) throw;
+        }
+        storage_.sync(journal_);
+    }
 }
 
 void RecordFile::apply(const Unit& unit) {
@@ -126,7 +182,8 @@ void RecordFile::later(std::function<void()> job) {
 }
 
 void RecordFile::flush() {
-    const auto bring = [this] {
+    const Path spent = withEnding(path_, ".part");
+    const auto bring = [&] {
         for (;;) {
             std::unique_lock lock(mutex_);
             if (journalLength_ == 0) return;
@@ -134,16 +191,21 @@ void RecordFile::flush() {
             const auto files = files_;
             const std::size_t length = journalLength_;
             lock.unlock();
-            storage_.sync(journal_);
+            syncJournal();
+            if (unreadable_) storage_.rename(path_, kept_);
+            unreadable_ = false;
             for (const auto& [name, bytes] : files)
                 putWhole(beside(name), bytes);
             putInPlace(held);
             lock.lock();
             // A new change has come meanwhile: keep the journal and repeat.
             if (journalLength_ != length) continue;
-            storage_.remove(journal_);
+            // To remove a file takes long on some cards, and the window must not wait for the lock.
+            storage_.rename(journal_, spent);
             journalLength_ = 0;
             files_.clear();
+            lock.unlock();
+            attempt([&] { storage_.remove(spent); }, "");
             return;
         }
     };
@@ -151,12 +213,8 @@ void RecordFile::flush() {
 }
 
 void RecordFile::putInPlace(const std::string& bytes) {
+    const auto found = storage_.read(path_, kBytesMax);
     const auto known = std::exchange(onDisk_, std::nullopt);
-    std::optional<std::string> found;
-    try {
-        found = storage_.read(path_, kBytesMax);
-    } catch (const runtime::FileError&) { // something that is not a plain file has its name
-    }
     if (known && found == known && bytes.size() >= known->size()) {
         const auto [first, length] = difference(*known, bytes);
         if (length != 0) storage_.write(path_, first, std::string_view(bytes).substr(first, length));
@@ -171,7 +229,8 @@ void RecordFile::putInPlace(const std::string& bytes) {
     onDisk_ = bytes;
 }
 
-void RecordFile::putWhole(const Path& target, std::string_view bytes) {
+void RecordFile::putWhole(const Path& file, std::string_view bytes) {
+    const Path target = destination(file);
     const Path part = withEnding(target, ".part");
     storage_.remove(part);
     storage_.create(part, bytes);
@@ -193,36 +252,66 @@ std::string RecordFile::configuration(const Path& source) {
         read();
         return held_;
     }
-    const auto bytes = storage_.read(source, kBytesMax);
+    auto bytes = waiting(source);
+    if (!bytes) bytes = storage_.read(source, kBytesMax);
     if (!bytes) throw runtime::FileError(quoted(source) + " is not there");
     if (const auto fault = configurationFault(*bytes))
         throw runtime::FileError(quoted(source) + " is no configuration: " + *fault);
     return *bytes;
 }
 
-void RecordFile::replaceBy(const std::string& bytes, const std::vector<Unit::Whole>& files) {
-    const Path kept = withEnding(path_, ".bak");
-    Unit unit;
-    if (state_ == State::Unreadable) {
-        // It cannot be copied.
-        storage_.rename(path_, kept);
-        storage_.remove(journal_);
-        load();
-    } else {
-        read();
-        unit.files.push_back({kept.filename().string(), held_});
+std::optional<std::string> RecordFile::waiting(const Path& source) {
+    const std::lock_guard lock(mutex_);
+    for (const auto& [name, bytes] : files_) {
+        if (areOneFile(beside(name), source)) return bytes;
     }
-    unit.files.push_back({path_.filename().string(), bytes});
-    unit.files.insert(unit.files.end(), files.begin(), files.end());
-    write(unit);
+    return std::nullopt;
 }
 
-void RecordFile::copyTo(const Path& target) {
+void RecordFile::replaceBy(const std::string& bytes, const std::vector<Unit::Whole>& files) {
+    if (sealed_) return;
+    if (state_ == State::Unread) read();
+    Unit unit;
+    if (const auto old = state_ == State::Held ? std::optional(held_) : ifReadable(path_))
+        unit.files.push_back({kept_.filename().string(), *old});
+    unit.files.push_back({path_.filename().string(), bytes});
+    unit.files.insert(unit.files.end(), files.begin(), files.end());
+    if (state_ == State::Held) {
+        write(unit);
+    } else {
+        startAnew(unit);
+    }
+}
+
+std::optional<std::string> RecordFile::ifReadable(const Path& file) {
+    try {
+        return storage_.read(file, kBytesMax);
+    } catch (const runtime::FileError&) {
+        return std::nullopt;
+    }
+}
+
+void RecordFile::startAnew(const Unit& unit) {
+    const Path part = withEnding(journal_, ".part");
+    storage_.remove(part);
+    storage_.create(part, encodeUnit(unit));
+    bool exists = true;
+    try {
+        exists = storage_.read(journal_, kJournalMax).has_value();
+    } catch (const runtime::FileError&) { // It is kept for who can read it.
+    }
+    if (exists) storage_.rename(journal_, withEnding(journal_, ".bak"));
+    storage_.rename(part, journal_);
+    load();
+}
+
+void RecordFile::copyTo(const Path& file) {
     read();
     std::error_code error;
-    if (std::filesystem::equivalent(path_, target, error)) return;
-    const Path part = withEnding(target, ".part");
-    storage_.remove(part);
+    if (std::filesystem::equivalent(path_, file, error)) return;
+    const Path target = destination(file);
+    // Any other name may be taken, by the user or by a copy that is on its way.
+    const Path part = withEnding(target, ("." + std::to_string(std::random_device()()) + ".part").c_str());
     storage_.create(part, held_);
     later([this, part, target] {
         const auto bring = [&] {

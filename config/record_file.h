@@ -39,9 +39,9 @@ class RecordFile {
     std::string configuration(const std::filesystem::path& source);
     /// Replaces this file by `bytes`, keeps the old file as "save.cfg.bak", and writes `files` beside them.
     void replaceBy(const std::string& bytes, const std::vector<Unit::Whole>& files = {});
-    /// Copies the file to `target`; an old file at `target` stays until the copy is complete. Throws
+    /// Copies the file to `file`; an old one of that name stays until the copy is complete. Throws
     /// FileError if the copy cannot be written.
-    void copyTo(const std::filesystem::path& target);
+    void copyTo(const std::filesystem::path& file);
     /// From now on nothing is written: the program has saved for the last time.
     void seal() { sealed_ = true; }
 
@@ -56,18 +56,28 @@ class RecordFile {
     enum class State { Unread, Held, Unreadable };
 
     void load();
+    /// These need the lock, where the thread may run.
     void append(const std::string& group);
     void apply(const Unit& unit);
+    /// Puts all that waits in a new journal where somebody has removed it; false when it is there.
+    bool remakeJournal();
+
+    void syncJournal();
+    /// The bytes of a file beside this one that is still on its way to the disk.
+    std::optional<std::string> waiting(const std::filesystem::path& source);
+    std::optional<std::string> ifReadable(const std::filesystem::path& file);
+    /// Holds the unit in place of what could not be read; a journal is kept as "save.cfg.journal.bak".
+    void startAnew(const Unit& unit);
     void later(std::function<void()> job);
     void flush();
     void putInPlace(const std::string& bytes);
-    void putWhole(const std::filesystem::path& target, std::string_view bytes);
+    void putWhole(const std::filesystem::path& file, std::string_view bytes);
     std::filesystem::path beside(const std::string& name) const { return path_.parent_path() / name; }
     void attempt(const std::function<void()>& step, const std::string& otherwise);
     void tell(const std::string& words);
 
     platform::Storage& storage_;
-    const std::filesystem::path path_, journal_;
+    const std::filesystem::path path_, journal_, kept_;
     State state_ = State::Unread;
     bool sealed_ = false;
 
@@ -82,6 +92,7 @@ class RecordFile {
     // Used by the thread, or after waiting for the thread: the file's last known content on the disk; empty
     // if unknown.
     std::optional<std::string> onDisk_;
+    bool unreadable_ = false; // what the file holds; it becomes "save.cfg.bak" before another takes its place
 };
 
 } // namespace config

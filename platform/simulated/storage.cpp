@@ -67,6 +67,7 @@ void Storage::rename(const Path& from, const Path& to) {
     if (found == names_.end()) fail(to, "written: No such file or directory");
     names_[to] = found->second;
     names_.erase(from);
+    if (from == unreadable_) unreadable_ = to;
 }
 
 void Storage::remove(const Path& file) {

@@ -103,7 +103,8 @@ std::optional<std::string> ownFile(const std::filesystem::path& trace, const std
                                    std::span<const std::string_view> names) {
     const auto isOwn = [&](const std::filesystem::path& file) {
         const std::string name = file.filename().string();
-        return std::ranges::any_of(names, [&](std::string_view own) { return name.starts_with(own); });
+        return file.extension() == ".cfg" ||
+               std::ranges::any_of(names, [&](std::string_view own) { return name.starts_with(own); });
     };
     std::error_code error;
     const std::filesystem::path goesTo = destination(trace);

@@ -59,8 +59,8 @@ class TraceFile {
     std::thread writer_;
 };
 
-/// The name of the file in this folder that `trace` would overwrite, if that name begins with one of `names`;
-/// else empty. Finds the file through links and other spellings of the path too.
+/// The name of the file in this folder that `trace` would overwrite, if it is a configuration or its name
+/// begins with one of `names`; else empty. Finds the file through links and other spellings of the path too.
 std::optional<std::string> ownFile(const std::filesystem::path& trace, const std::filesystem::path& folder,
                                    std::span<const std::string_view> names);
 

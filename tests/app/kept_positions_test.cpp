@@ -50,7 +50,7 @@ TEST_F(KeptPositionsTest, EachStepIsKeptAndOfferedAfterAKill) {
     killAndStart(true);
     const auto messages = dialogs.takeMessages();
     ASSERT_EQ(messages.size(), 1U);
-    for (const char* part : {"Engine A: 12.85 (stored: 12.50)", "Engine B: 12.15 (stored: 12.50)",
+    for (const char* part : {"Engine 1: 12.85 (stored: 12.50)", "Engine 2: 12.15 (stored: 12.50)",
                              "Azimuth: 180.00 (stored: 180.00)"}) {
         EXPECT_NE(messages[0].text.find(part), std::string::npos) << messages[0].text;
     }
@@ -168,6 +168,41 @@ TEST_F(KeptPositionsTest, AnEndThatCouldNotSaveLeavesIt) {
     storage.breakReading({});
     killAndStart(true);
     EXPECT_EQ(f().sngPosA, posA);
+}
+
+TEST_F(KeptPositionsTest, AnEndThatTheJournalTookIsInOrder) {
+    store(false);
+    start();
+    f().cmdAv.Click.fire();
+    clock.advance(50);
+    storage.breakReading(file.path());
+    dialogs.okAnswers = {false}; // not tried again
+    f().mnuUscita.Click.fire();
+    EXPECT_EQ(dialogs.takeMessages().size(), 1U);
+    EXPECT_FALSE(positions.content());
+}
+
+TEST_F(KeptPositionsTest, ALoadConfigAfterAFileThatCouldNotBeReadBeginsToKeep) {
+    store(true);
+    start();
+    f().cmdAv.Click.fire();
+    clock.advance(50);
+    const float posA = f().sngPosA;
+    storage.put(folder.path() / "good.cfg", storage.bytesOf(file.path()));
+    storage.breakReading(file.path());
+    killAndStart(true);
+    dialogs.takeMessages();
+    dialogs.fileAnswers = {(folder.path() / "good.cfg").string()};
+    dialogs.okAnswers = {true};
+    f().mnuLoadConfig.Click.fire();
+    EXPECT_EQ(f().sngPosA, posA);
+    f().cmdAv.Click.fire();
+    clock.advance(50);
+    EXPECT_GT(f().sngPosA, posA);
+    EXPECT_EQ(kept()->posA, f().sngPosA);
+    storage.breakReading({});
+    f().mnuUscita.Click.fire();
+    EXPECT_FALSE(positions.content());
 }
 
 TEST_F(KeptPositionsTest, AnEndWhileTheQuestionIsOpenLeavesItToBeAskedAgain) {

@@ -81,6 +81,99 @@ TEST_F(RecordFileTest, AFileOrJournalThatCannotBeReadIsNeverWrittenTo) {
     }
 }
 
+TEST_F(RecordFileTest, LoadConfigOverWhatCannotBeReadIsOneUnit) {
+    const std::string old(24, 'x'), fresh(36, 'n');
+    for (const char* unreadable : {kFile, kJournal}) {
+        const auto load = [&](simulated::Storage& card) {
+            card.put(kFile, old);
+            card.put(kJournal, "waiting");
+            card.breakReading(unreadable);
+            RecordFile other(card, kFile);
+            EXPECT_THROW(other.read(), runtime::FileError);
+            try {
+                other.replaceBy(fresh);
+            } catch (const runtime::FileError&) {
+                EXPECT_THROW(other.write({integerRecord(1, 1)}), runtime::FileError);
+            }
+        };
+        simulated::Storage whole;
+        load(whole);
+        ASSERT_GT(whole.calls(), 8);
+        EXPECT_EQ(whole.bytesOf("save.cfg.journal.bak"), "waiting");
+        for (int call = 0; call <= whole.calls(); ++call) {
+            for (const Fault fault : {Fault::Short, Fault::Kill, Fault::KillHalf}) {
+                simulated::Storage card;
+                card.failAt(call, fault);
+                load(card);
+                card.restart();
+                if (card.bytesOf(kFile) == old && unreadable == std::string(kFile)) card.breakReading(kFile);
+                RecordFile next(card, kFile);
+                try {
+                    next.read();
+                } catch (const runtime::FileError&) {
+                    EXPECT_EQ(card.bytesOf(kFile), old);
+                    continue;
+                }
+                const bool done = card.bytesOf(kFile) == fresh;
+                EXPECT_EQ(card.bytesOf(done ? kKept : kFile), old) << unreadable << " call " << call;
+            }
+        }
+    }
+}
+
+TEST_F(RecordFileTest, WhatWaitsInTheJournalIsReadAndAnotherLoadLosesNothing) {
+    const std::string first(24, '\0'), second(36, '\0');
+    disk.put(kFile, first);
+    disk.holdsJobs = true;
+    file.read();
+    file.replaceBy(second);
+    file.replaceBy(file.configuration(kKept));
+    file.finish();
+    EXPECT_EQ(disk.bytesOf(kFile), first);
+    EXPECT_EQ(disk.bytesOf(kKept), second);
+}
+
+TEST_F(RecordFileTest, AJournalThatWasRemovedIsMadeAgain) {
+    for (const bool another : {false, true}) { // a change comes before the next attempt
+        file.write({integerRecord(1, 1)});
+        disk.failAt(1, Fault::Error);
+        file.write({integerRecord(1, 2)});
+        EXPECT_NE(file.takeNotice(), "");
+        disk.take(kJournal);
+        if (another) file.write({integerRecord(2, 3)});
+        file.finish();
+        EXPECT_EQ(file.takeNotice(), "");
+        EXPECT_FALSE(disk.exists(kJournal));
+        RecordImage records = RecordFile(disk, kFile).read();
+        EXPECT_EQ(records.integer(1), 2);
+        EXPECT_EQ(records.integer(2), another ? 3 : 0);
+    }
+}
+
+TEST_F(RecordFileTest, AFileThatCannotBeReadWhileRunningIsNeverSavedOver) {
+    file.write({integerRecord(1, 1)});
+    const std::string before = disk.bytesOf(kFile);
+    disk.breakReading(kFile);
+    file.write({integerRecord(1, 2)});
+    const std::string notice = file.takeNotice();
+    EXPECT_NE(notice.find("Input/output error. The changes wait in"), std::string::npos) << notice;
+    EXPECT_EQ(disk.bytesOf(kFile), before);
+    EXPECT_THROW(file.finish(), runtime::FileError);
+    disk.restart();
+    file.finish();
+    EXPECT_EQ(file.takeNotice(), "");
+    EXPECT_EQ(RecordFile(disk, kFile).read().integer(1), 2);
+}
+
+TEST_F(RecordFileTest, GroupsBehindADamagedOneNeverCountAgain) {
+    const auto group = [](int value) { return encodeUnit({{}, {integerRecord(1, value)}}); };
+    disk.put(kFile, std::string(12, '\0'));
+    disk.put(kJournal, group(1) + std::string(group(2).size(), 'x') + group(3));
+    disk.holdsJobs = true;
+    file.write({integerRecord(1, 4)}); // fills the gap
+    EXPECT_EQ(RecordFile(disk, kFile).read().integer(1), 4);
+}
+
 TEST_F(RecordFileTest, WhatVanishedOrWasReplacedIsWrittenWholeAtTheNextChange) {
     file.write({integerRecord(1, 1), integerRecord(90, 90)});
     const std::pair<const char*, std::function<void()>> changes[] = {
