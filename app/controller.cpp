@@ -11,6 +11,7 @@
 #include "app/version.h"
 #include "config/general_settings.h"
 #include "config/hardware_and_links.h"
+#include "config/hardware_settings.h"
 #include "config/named_configurations.h"
 #include "config/tuner_settings.h"
 #include "engine/approach.h"
@@ -49,6 +50,9 @@ struct Controller::Subsystems {
     void mnuTvnServer_Click();
     void mnuHardware_Click();
     void hardwareChanged();
+    /// `place` as in platform::HardwareSettings.
+    std::unique_ptr<radio::Rigctld> connectRig(const std::string& place,
+                                               std::function<void(const radio::RigReading&)> told);
     void loadSettings();
     void wireTuner();
     /// Writes the tuner's settings and uses them. Throws runtime::FileError.
@@ -74,7 +78,9 @@ struct Controller::Subsystems {
     memory::TableWindow table{form, boxes, file, ports.storage};
     engine::JogKeys keys{form, motion};
     radio::Logger32 logger32{ports.station};
-    radio::FrequencySources sources{form, logger32, ports.udp};
+    radio::FrequencySources sources{
+        form, logger32, ports.udp,
+        [this](auto told) { return connectRig(ports.hardware.get().settings().rigctld, std::move(told)); }};
     rotor::Thresholds thresholds{form, file};
     rotor::Sources trackingSources{form};
     rotor::Rotor rotor{form, motion, outputs, trackingSources};
@@ -198,9 +204,18 @@ void Controller::Subsystems::mnuTunConn_Click() {
     sources.disconnect();
     form::FrmTunerConn dialog(ports.timers, ports.links);
     dialog.onError = form.onError;
-    radio::TunerConnections connections(form, dialog, file, logger32, ports.udp);
+    radio::TunerConnections connections(
+        form, dialog, file, logger32, ports.udp, ports.hardware,
+        [this](const std::string& place, auto told) { return connectRig(place, std::move(told)); });
     connections.Form_Load();
     boxes.showModal(dialog);
+}
+
+std::unique_ptr<radio::Rigctld>
+Controller::Subsystems::connectRig(const std::string& place,
+                                   std::function<void(const radio::RigReading&)> told) {
+    const auto [host, port] = config::parseEndpoint(place, radio::Rigctld::kDefaultPort).value();
+    return std::make_unique<radio::Rigctld>(ports.tcp, ports.timers, host, port, std::move(told));
 }
 
 void Controller::Subsystems::mnuSatConn_Click() {

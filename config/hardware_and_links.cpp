@@ -113,8 +113,9 @@ void HardwareAndLinks::Form_Load() {
         (dialog_.*link.box).Text = before_.*link.setting;
         (dialog_.*link.box).Enabled = !hardware_.isFixed(link.setting);
     }
-    dialog_.lblFixed.Visible = std::ranges::any_of(
-        kHardwareFields, [this](const HardwareField& field) { return hardware_.isFixed(field.value); });
+    dialog_.lblFixed.Visible =
+        !dialog_.cmbPort.Enabled || !dialog_.cmbUsb.Enabled ||
+        std::ranges::any_of(kLinks, [this](const Link& link) { return hardware_.isFixed(link.setting); });
     chosePort();
     tmrBridge_Timer();
     dialog_.tmrBridge.Enabled = true;

@@ -59,7 +59,7 @@ std::optional<std::string> faultOfHost(const std::string& text) {
     return quoted(text) + " is no host name or address";
 }
 
-std::optional<std::string> faultOfBridge(const std::string& text) {
+std::optional<std::string> faultOfEndpoint(const std::string& text) {
     if (parseEndpoint(text, bridge::kPort)) return std::nullopt;
     return quoted(text) + " is not HOST or HOST:PORT, with a port from 1 to 65535";
 }
@@ -78,12 +78,13 @@ std::optional<std::string> faultOfAllowed(const std::string& text) {
 
 } // namespace
 
-const std::array<HardwareField, 7> kHardwareFields = {{
+const std::array<HardwareField, 8> kHardwareFields = {{
     {"port", &HardwareSettings::port, faultOfPort},
     {"usb", &HardwareSettings::usb, faultOfUsb},
     {"n1mm-listen", &HardwareSettings::n1mmListen, faultOfListenAddress},
     {"tracking-server", &HardwareSettings::trackingServer, faultOfHost},
-    {"bridge", &HardwareSettings::bridge, faultOfBridge},
+    {"bridge", &HardwareSettings::bridge, faultOfEndpoint},
+    {"rigctld", &HardwareSettings::rigctld, faultOfEndpoint},
     {"rotctld", &HardwareSettings::rotctld, faultOfRotctld},
     {"rotctld-allow", &HardwareSettings::rotctldAllow, faultOfAllowed},
 }};

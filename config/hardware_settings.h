@@ -55,7 +55,7 @@ struct HardwareField {
     std::optional<std::string> (*fault)(const std::string& text);
 };
 
-extern const std::array<HardwareField, 7> kHardwareFields;
+extern const std::array<HardwareField, 8> kHardwareFields;
 
 /// The first fault of the settings, preceded by the setting's name: "n1mm-listen: ...". Also reports settings
 /// that do not go together.

@@ -61,7 +61,12 @@ struct FrmTunerConn : Form {
     Timer tmrLog32;
     TextBox txtN1mmPortNumb{*this, "txtN1mmPortNumb"};
     Button Command1{*this, "Command1", "&Change"};
-    Label lblPortError{*this, "lblPortError"}; // what is wrong with the port typed in
+    OptionButton optHamlib{*this, "optHamlib", "Hamli&b"};
+    TextBox txtRigctld{*this, "txtRigctld"}; // HOST[:PORT]
+    Button cmdOnHamlib{*this, "cmdOnHamlib", "On"}, cmdOffHamlib{*this, "cmdOffHamlib", "Off"};
+    Label lblConnHamlib{*this, "lblConnHamlib", "Disc."};
+    Label lblHamlibData{*this, "lblHamlibData"};
+    Label lblPortError{*this, "lblPortError"}; // what is wrong with the port or address typed in
     Label lblListening{*this, "lblListening", "Listening"};
     Label lblN1mmData{*this, "lblN1mmData"};
     Button cmdSaveTConf{*this, "cmdSaveTConf", "Save"};

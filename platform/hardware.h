@@ -14,6 +14,7 @@ struct HardwareSettings {
     std::string n1mmListen = "127.0.0.1";
     std::string trackingServer = "127.0.0.1"; // host name or address
     std::string bridge = "127.0.0.1:7380";    // HOST[:PORT]
+    std::string rigctld = "127.0.0.1:4532";   // HOST[:PORT] of Hamlib's daemon, which knows the frequency
     std::string rotctld = "127.0.0.1:4533";   // [ADDRESS:]PORT to listen at, or "off"
     std::string rotctldAllow = "";            // ADDRESS[,ADDRESS...] of other computers that may connect
 

@@ -7,11 +7,13 @@
 
 namespace radio {
 
-FrequencySources::FrequencySources(form::Form1& form, Logger32& logger32, platform::UdpSockets& sockets)
+FrequencySources::FrequencySources(form::Form1& form, Logger32& logger32, platform::UdpSockets& sockets,
+                                   HamlibSource::Connect connectRig)
     : form_(form) {
     all_.push_back(std::make_unique<Logger32Source>(form, logger32));
     all_.push_back(std::make_unique<HamRadioDeluxe>(form));
     all_.push_back(std::make_unique<N1mmSource>(form, sockets));
+    all_.push_back(std::make_unique<HamlibSource>(form, std::move(connectRig)));
     form_.cmdAutoMemConn.Click.attach([this] { cmdAutoMemConn_Click(); });
     form_.chkAutoMemOnOff.Enabled = false;
     form_.chkFastMemory.Enabled = false;

@@ -3,6 +3,7 @@
 #include "form/form1.h"
 #include "form/frequency_source.h"
 #include "platform/udp_sockets.h"
+#include "radio/hamlib_source.h"
 #include "radio/logger32.h"
 
 #include <memory>
@@ -13,7 +14,8 @@ namespace radio {
 /// All programs that report the transceiver's frequency, and the one button that connects the chosen one.
 class FrequencySources {
   public:
-    FrequencySources(form::Form1& form, Logger32& logger32, platform::UdpSockets& sockets);
+    FrequencySources(form::Form1& form, Logger32& logger32, platform::UdpSockets& sockets,
+                     HamlibSource::Connect connectRig);
 
     /// The program that intConnProgrTuner selects; null if its value is invalid.
     form::FrequencySource* chosen() const;

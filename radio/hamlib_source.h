@@ -11,7 +11,7 @@ namespace radio {
 /// Any rig that Hamlib knows, by its network daemon. The label shows kilohertz.
 class HamlibSource : public form::FrequencySource {
   public:
-    /// Makes a client of the daemon that the user has named.
+    /// Makes a client of the daemon that the settings name.
     using Connect = std::function<std::unique_ptr<Rigctld>(std::function<void(const RigReading&)> told)>;
 
     HamlibSource(form::Form1& form, Connect connect);

@@ -22,7 +22,7 @@ constexpr std::string_view kRefusal = "RPRT ";
 std::optional<std::int64_t> hertzOf(const std::string& line) {
     try {
         const double hertz = runtime::parseNumber(line);
-        if (hertz > 0 && hertz < 1e12) return std::llround(hertz);
+        if (hertz >= 1 && hertz < 1e12) return std::llround(hertz);
     } catch (const runtime::RunTimeError&) { // No number.
     }
     return std::nullopt;

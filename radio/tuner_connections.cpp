@@ -1,18 +1,23 @@
 #include "radio/tuner_connections.h"
 
+#include "config/hardware_settings.h"
 #include "config/records.h"
 #include "form/port_entry.h"
 #include "radio/ham_radio_deluxe.h"
+#include "radio/hamlib_source.h"
 #include "radio/n1mm.h"
 
 namespace radio {
 
 TunerConnections::TunerConnections(form::Form1& main, form::FrmTunerConn& dialog, config::RecordFile& file,
-                                   Logger32& logger32, platform::UdpSockets& sockets)
-    : main_(main), dialog_(dialog), file_(file), logger32_(logger32),
-      sockets_(sockets), programs_{{form::kHamRadioDeluxe, dialog.optHamDeluxe, dialog.lblDDE},
-                                   {form::kLogger32, dialog.optLog32, dialog.lblLog32Data},
-                                   {form::kN1mmLogger, dialog.optN1MM, dialog.lblN1mmData}} {
+                                   Logger32& logger32, platform::UdpSockets& sockets,
+                                   platform::Hardware& hardware, ConnectRig connectRig)
+    : main_(main), dialog_(dialog), file_(file), logger32_(logger32), sockets_(sockets), hardware_(hardware),
+      connectRig_(std::move(connectRig)), programs_{
+                                              {form::kHamRadioDeluxe, dialog.optHamDeluxe, dialog.lblDDE},
+                                              {form::kLogger32, dialog.optLog32, dialog.lblLog32Data},
+                                              {form::kN1mmLogger, dialog.optN1MM, dialog.lblN1mmData},
+                                              {form::kHamlib, dialog.optHamlib, dialog.lblHamlibData}} {
     for (const Program& program : programs_) {
         program.option.Click.attach([this, &program] {
             if (program.number == form::kN1mmLogger) replaceZeroPort();
@@ -24,6 +29,7 @@ TunerConnections::TunerConnections(form::Form1& main, form::FrmTunerConn& dialog
     dialog_.cmdOffLog32.Click.attach([this] { cmdOffLog32_Click(); });
     dialog_.tmrLog32.Tick.attach([this] { tmrLog32_Timer(); });
     attachPortEntry();
+    attachHamlib();
     dialog_.cmdSaveTConf.Click.attach([this] { cmdSaveTConf_Click(); });
     dialog_.cmdExitTConf.Click.attach([this] { dialog_.unload(); });
 }
@@ -54,11 +60,19 @@ void TunerConnections::attachPortEntry() {
     dialog_.Command1.Click.attach([this] { Command1_Click(); });
 }
 
+void TunerConnections::attachHamlib() {
+    dialog_.cmdOnHamlib.Click.attach([this] { cmdOnHamlib_Click(); });
+    dialog_.cmdOffHamlib.Click.attach([this] { endHamlibTest(); });
+}
+
 void TunerConnections::Form_Load() {
     const config::RecordImage records = file_.read();
     program_ = records.integer(config::record::kFrequencyProgram);
     port_ = records.integer(config::record::kN1mmPort);
     showPort(std::to_string(port_.value()), false);
+    dialog_.txtRigctld.Text = hardware_.settings().rigctld;
+    dialog_.txtRigctld.Enabled = false;
+    dialog_.cmdOnHamlib.Enabled = false;
     for (const Program& program : programs_) {
         if (program_ == program.number) choose(program);
     }
@@ -74,6 +88,11 @@ void TunerConnections::choose(const Program& chosen) {
     dialog_.cmdOnLog32.Enabled = program_ == form::kLogger32 && !dialog_.tmrLog32.Enabled;
     dialog_.Command1.Enabled = n1mm;
     dialog_.txtN1mmPortNumb.Enabled = n1mm;
+    endHamlibTest();
+    dialog_.txtRigctld.Enabled =
+        program_ == form::kHamlib && !hardware_.isFixed(&platform::HardwareSettings::rigctld);
+    // What is greyed is what will be kept.
+    if (!dialog_.txtRigctld.Enabled) dialog_.txtRigctld.Text = hardware_.settings().rigctld;
     chosen.received.bringToFront();
     if (n1mm) {
         dialog_.lblN1mmData.Caption = "";
@@ -163,6 +182,48 @@ void TunerConnections::Command1_Click() {
     showPort(std::to_string(port_.value()), false);
 }
 
+void TunerConnections::cmdOnHamlib_Click() {
+    if (!rigctldIsGood()) return;
+    showRig({});
+    dialog_.cmdOnHamlib.Enabled = false;
+    rigctld_ = connectRig_(dialog_.txtRigctld.Text,
+                           [this](const RigReading& reading) { dialog_.guard([&] { showRig(reading); }); });
+}
+
+void TunerConnections::endHamlibTest() {
+    rigctld_.reset();
+    showRig({});
+    dialog_.cmdOnHamlib.Enabled = program_ == form::kHamlib;
+}
+
+void TunerConnections::showRig(const RigReading& reading) {
+    const bool connected = reading.hertz.has_value();
+    dialog_.lblConnHamlib.Caption = connected ? "Conn." : "Disc.";
+    dialog_.lblConnHamlib.BackColor = connected ? form::kBrightGreen : form::kRed;
+    dialog_.lblConnHamlib.ToolTip = reading.trouble;
+    dialog_.lblPortError.Caption = reading.trouble;
+    dialog_.lblHamlibData.Caption = connected ? kilohertzText(reading) + " KHz" : "";
+}
+
+bool TunerConnections::rigctldIsGood() {
+    const bool good = config::parseEndpoint(dialog_.txtRigctld.Text.get(), Rigctld::kDefaultPort).has_value();
+    if (!good) dialog_.lblPortError.Caption = "Insert HOST or HOST:PORT.";
+    return good;
+}
+
+void TunerConnections::keepRigctld() {
+    const platform::HardwareSettings before = hardware_.settings();
+    platform::HardwareSettings settings = before;
+    settings.rigctld = dialog_.txtRigctld.Text;
+    hardware_.use(settings);
+    try {
+        hardware_.keep();
+    } catch (const runtime::FileError&) {
+        hardware_.use(before);
+        throw;
+    }
+}
+
 void TunerConnections::cmdSaveTConf_Click() {
     // If the user has not changed the port, the stored value is written back.
     const bool edited = dialog_.txtN1mmPortNumb.Text.get() != std::to_string(port_.value());
@@ -170,6 +231,10 @@ void TunerConnections::cmdSaveTConf_Click() {
         const auto port = typedPort();
         if (!port) return;
         port_ = *port;
+    }
+    if (dialog_.txtRigctld.Text.get() != hardware_.settings().rigctld) {
+        if (!rigctldIsGood()) return;
+        keepRigctld();
     }
     file_.write({config::integerRecord(config::record::kFrequencyProgram, program_),
                  config::integerRecord(config::record::kN1mmPort, port_)});

@@ -57,6 +57,10 @@ struct Words {
         "Where twinstep-bridge runs, beside Ham Radio Deluxe, Logger32, Orbitron or SatPC32 (default: "
         "127.0.0.1:7380).",
         "HOST[:PORT]"};
+    const QCommandLineOption rigctld{
+        "rigctld",
+        "Where Hamlib's rigctld runs, which knows the radio's frequency (default: 127.0.0.1:4532).",
+        "HOST[:PORT]"};
     const QCommandLineOption rotctld{"rotctld",
                                      "Where Satellite Rotor listens for programs that turn a rotator through "
                                      "Hamlib's rotctld, such as Gpredict (default: 127.0.0.1:4533).",
@@ -69,8 +73,8 @@ struct Words {
     const QCommandLineOption help{"help", "Show this help."};
 
     QList<QCommandLineOption> all() const {
-        return {directory, userData, port,    usb,          trace,   realtime, listen,
-                server,    bridge,   rotctld, rotctldAllow, version, help};
+        return {directory, userData, port,    usb,     trace,        realtime, listen,
+                server,    bridge,   rigctld, rotctld, rotctldAllow, version,  help};
     }
 };
 

@@ -23,6 +23,20 @@ void addTest(QGridLayout& grid, int at, Adapters& adapters, const QString& progr
     grid.addWidget(label, at, kStateColumn);
 }
 
+/// The option and, beside it, where its daemon is.
+QHBoxLayout* hamlib(form::FrmTunerConn& form, Adapters& adapters, OptionDot* dot) {
+    QHBoxLayout* line = row();
+    line->addWidget(dot);
+    line->addWidget(adapters.textBox(form.txtRigctld,
+                                     {"Address of rigctld",
+                                      "Where Hamlib's rigctld runs: host, or host:port. Grey when the "
+                                      "command line gave it.",
+                                      "Tab"},
+                                     "127.0.0.1:45320"),
+                    1);
+    return line;
+}
+
 Card* programs(form::FrmTunerConn& form, Adapters& adapters) {
     auto* card =
         new Card("Frequency from", "The program that reports the radio's frequency, and a try of it.");
@@ -39,21 +53,25 @@ Card* programs(form::FrmTunerConn& form, Adapters& adapters) {
     };
     const Choice choices[] = {{form.optHamDeluxe, "Ham Radio Deluxe", "Alt+H"},
                               {form.optLog32, "Logger32", "Alt+L"},
-                              {form.optN1MM, "N1MM Logger", "Alt+N"}};
-    std::array<OptionDot*, 3> dots{};
-    for (int i = 0; i < 3; ++i) {
+                              {form.optN1MM, "N1MM Logger", "Alt+N"},
+                              {form.optHamlib, "Hamlib", "Alt+B"}};
+    std::array<OptionDot*, 4> dots{};
+    for (int i = 0; i < 4; ++i) {
         const Choice& choice = choices[i];
         const QString program = choice.program;
         dots.at(static_cast<std::size_t>(i)) =
             adapters.option(choice.option, {program, program + " reports the frequency.", choice.key});
-        grid->addWidget(dots.at(static_cast<std::size_t>(i)), i, kOptionColumn);
+        if (i < 3) grid->addWidget(dots.at(static_cast<std::size_t>(i)), i, kOptionColumn);
         if (i == 0) addTest(*grid, i, adapters, program, form.cmdOn, form.cmdOff, form.lblConn);
         if (i == 1)
             addTest(*grid, i, adapters, program, form.cmdOnLog32, form.cmdOffLog32, form.lblConnLog32);
+        if (i == 3)
+            addTest(*grid, i, adapters, program, form.cmdOnHamlib, form.cmdOffHamlib, form.lblConnHamlib);
     }
     dots[0]->setNeighbours(nullptr, dots[1]);
     dots[1]->setNeighbours(dots[0], dots[2]);
-    dots[2]->setNeighbours(dots[1], nullptr);
+    dots[2]->setNeighbours(dots[1], dots[3]);
+    dots[3]->setNeighbours(dots[2], nullptr);
 
     LineEdit* port =
         adapters.textBox(form.txtN1mmPortNumb,
@@ -68,9 +86,10 @@ Card* programs(form::FrmTunerConn& form, Adapters& adapters) {
     listening->setAlignment(Qt::AlignCenter);
     grid->addWidget(listening, 2, kStateColumn);
     CaptionLabel* error =
-        adapters.label(form.lblPortError, {"What is wrong with the port", "What is wrong with the port."},
+        adapters.label(form.lblPortError, {"What is wrong", "What is wrong with the port or the address."},
                        "Insert a port from 1 to 32767.");
-    grid->addWidget(error, 3, kOptionColumn, 1, kStateColumn + 1);
+    grid->addWidget(error, 4, kOptionColumn, 1, kStateColumn + 1);
+    grid->addLayout(hamlib(form, adapters, dots[3]), 3, kOptionColumn);
     card->body().addLayout(grid);
     return card;
 }
@@ -89,7 +108,7 @@ Card* received(form::FrmTunerConn& form, Adapters& adapters) {
         return label;
     };
     line->addWidget(pile({data(form.lblDDE, "Ham Radio Deluxe"), data(form.lblLog32Data, "Logger32"),
-                          data(form.lblN1mmData, "N1MM Logger")}),
+                          data(form.lblN1mmData, "N1MM Logger"), data(form.lblHamlibData, "Hamlib")}),
                     1);
     card->body().addLayout(line);
     return card;
@@ -102,9 +121,10 @@ void layOut(Dialog& window, form::FrmTunerConn& form) {
     QVBoxLayout* all = window.column();
     all->addWidget(programs(form, adapters));
     all->addWidget(received(form, adapters));
-    all->addWidget(window.addButtons(form.cmdSaveTConf, {"Save", "Keeps program and port.", "Enter"},
+    all->addWidget(window.addButtons(form.cmdSaveTConf, {"Save", "Keeps program, port and address.", "Enter"},
                                      form.cmdExitTConf, {"Cancel", "Leaves everything as it was.", "Esc"}));
-    const form::OptionButton& chosen = form.optN1MM.Value    ? form.optN1MM
+    const form::OptionButton& chosen = form.optHamlib.Value  ? form.optHamlib
+                                       : form.optN1MM.Value  ? form.optN1MM
                                        : form.optLog32.Value ? form.optLog32
                                                              : form.optHamDeluxe;
     window.findChild<QWidget*>(shown(chosen.name()))->setFocus();

@@ -105,6 +105,40 @@ TEST_F(FormDialogs, TheProgramIsChosenAndItsPortIsJudged) {
     EXPECT_EQ(f().intPortaN1MM, 12061);
 }
 
+TEST_F(FormDialogs, HamlibIsChosenAndTriedByKeyboard) {
+    withDialog([&] { f().mnuTunConn.Click.fire(); },
+               [&](QWidget& dialog) {
+                   QTest::keyClick(&dialog, Qt::Key_B, Qt::AltModifier);
+                   settle();
+                   auto& address = part<QLineEdit>(dialog, "txtRigctld");
+                   address.setFocus();
+                   address.selectAll();
+                   QTest::keyClicks(&address, "shack:0");
+                   QTest::keyClick(&address, Qt::Key_Return); // Save
+                   settle();
+                   EXPECT_EQ(part<QLabel>(dialog, "lblPortError").text(), "Insert HOST or HOST:PORT.");
+                   address.selectAll();
+                   QTest::keyClicks(&address, "shack");
+                   part(dialog, "cmdOnHamlib").setFocus();
+                   QTest::keyClick(&part(dialog, "cmdOnHamlib"), Qt::Key_Space);
+                   EXPECT_EQ(tcp.lastAddress(), "shack:4532");
+                   tcp.answer();
+                   settle();
+                   EXPECT_EQ(part(dialog, "lblConnHamlib").toolTip(), "no rigctld at shack:4532");
+                   tcp.listen(4532);
+                   clock.advance(2000);
+                   tcp.answer();
+                   for (const char* answer : {"0\n", "14025500\n", "0\nVFOA\n", "0\n"})
+                       tcp.send(answer);
+                   settle();
+                   EXPECT_EQ(part<QLabel>(dialog, "lblHamlibData").text(), "14025.5 KHz");
+                   EXPECT_TRUE(part(dialog, "lblHamlibData").isVisible());
+                   QTest::keyClick(&address, Qt::Key_Return);
+               });
+    EXPECT_EQ(f().intConnProgrTuner, int{form::kHamlib});
+    EXPECT_EQ(hardware.kept().rigctld, "shack");
+}
+
 TEST_F(FormDialogs, PastedTextPassesTheFilterOfTypedText) {
     const auto pasteByMenu = [](QWidget& box) {
         QContextMenuEvent asks(QContextMenuEvent::Keyboard, {1, 1}, box.mapToGlobal(QPoint(1, 1)));
