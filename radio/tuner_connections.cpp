@@ -88,7 +88,8 @@ void TunerConnections::choose(const Program& chosen) {
     dialog_.cmdOnLog32.Enabled = program_ == form::kLogger32 && !dialog_.tmrLog32.Enabled;
     dialog_.Command1.Enabled = n1mm;
     dialog_.txtN1mmPortNumb.Enabled = n1mm;
-    endHamlibTest();
+    if (rigctld_) endHamlibTest();
+    dialog_.cmdOnHamlib.Enabled = program_ == form::kHamlib;
     dialog_.txtRigctld.Enabled =
         program_ == form::kHamlib && !hardware_.isFixed(&platform::HardwareSettings::rigctld);
     // What is greyed is what will be kept.

@@ -23,6 +23,21 @@ void addTest(QGridLayout& grid, int at, Adapters& adapters, const QString& progr
     grid.addWidget(label, at, kStateColumn);
 }
 
+void addPort(QGridLayout& grid, int at, Adapters& adapters, form::FrmTunerConn& form) {
+    LineEdit* port =
+        adapters.textBox(form.txtN1mmPortNumb,
+                         {"Port of N1MM Logger", "The UDP port of N1MM Logger.", "Alt+C takes it"}, "000000");
+    grid.addWidget(port, at, kOnColumn);
+    grid.addWidget(adapters.button(form.Command1,
+                                   {"Change the port", "Listens at the port typed in.", "Alt+C"}, "Change"),
+                   at, kOffColumn);
+    CaptionLabel* listening =
+        adapters.label(form.lblListening, {"Listening", "The program listens at this port."}, "Listening");
+    listening->setTone(CaptionLabel::Tone::Quiet);
+    listening->setAlignment(Qt::AlignCenter);
+    grid.addWidget(listening, at, kStateColumn);
+}
+
 /// The option and, beside it, where its daemon is.
 QHBoxLayout* hamlib(form::FrmTunerConn& form, Adapters& adapters, OptionDot* dot) {
     QHBoxLayout* line = row();
@@ -61,10 +76,13 @@ Card* programs(form::FrmTunerConn& form, Adapters& adapters) {
         const QString program = choice.program;
         dots.at(static_cast<std::size_t>(i)) =
             adapters.option(choice.option, {program, program + " reports the frequency.", choice.key});
+        // In the order of Tab.
         if (i < 3) grid->addWidget(dots.at(static_cast<std::size_t>(i)), i, kOptionColumn);
+        if (i == 3) grid->addLayout(hamlib(form, adapters, dots[3]), i, kOptionColumn);
         if (i == 0) addTest(*grid, i, adapters, program, form.cmdOn, form.cmdOff, form.lblConn);
         if (i == 1)
             addTest(*grid, i, adapters, program, form.cmdOnLog32, form.cmdOffLog32, form.lblConnLog32);
+        if (i == 2) addPort(*grid, i, adapters, form);
         if (i == 3)
             addTest(*grid, i, adapters, program, form.cmdOnHamlib, form.cmdOffHamlib, form.lblConnHamlib);
     }
@@ -73,23 +91,10 @@ Card* programs(form::FrmTunerConn& form, Adapters& adapters) {
     dots[2]->setNeighbours(dots[1], dots[3]);
     dots[3]->setNeighbours(dots[2], nullptr);
 
-    LineEdit* port =
-        adapters.textBox(form.txtN1mmPortNumb,
-                         {"Port of N1MM Logger", "The UDP port of N1MM Logger.", "Alt+C takes it"}, "000000");
-    grid->addWidget(port, 2, kOnColumn);
-    grid->addWidget(adapters.button(form.Command1,
-                                    {"Change the port", "Listens at the port typed in.", "Alt+C"}, "Change"),
-                    2, kOffColumn);
-    CaptionLabel* listening =
-        adapters.label(form.lblListening, {"Listening", "The program listens at this port."}, "Listening");
-    listening->setTone(CaptionLabel::Tone::Quiet);
-    listening->setAlignment(Qt::AlignCenter);
-    grid->addWidget(listening, 2, kStateColumn);
     CaptionLabel* error =
         adapters.label(form.lblPortError, {"What is wrong", "What is wrong with the port or the address."},
                        "Insert a port from 1 to 32767.");
     grid->addWidget(error, 4, kOptionColumn, 1, kStateColumn + 1);
-    grid->addLayout(hamlib(form, adapters, dots[3]), 3, kOptionColumn);
     card->body().addLayout(grid);
     return card;
 }
@@ -123,11 +128,17 @@ void layOut(Dialog& window, form::FrmTunerConn& form) {
     all->addWidget(received(form, adapters));
     all->addWidget(window.addButtons(form.cmdSaveTConf, {"Save", "Keeps program, port and address.", "Enter"},
                                      form.cmdExitTConf, {"Cancel", "Leaves everything as it was.", "Esc"}));
-    const form::OptionButton& chosen = form.optHamlib.Value  ? form.optHamlib
-                                       : form.optN1MM.Value  ? form.optN1MM
-                                       : form.optLog32.Value ? form.optLog32
-                                                             : form.optHamDeluxe;
-    window.findChild<QWidget*>(shown(chosen.name()))->setFocus();
+    // What was chosen before there was a window.
+    const form::OptionButton* chosen = &form.optHamDeluxe;
+    const std::pair<form::OptionButton&, form::Label&> programs[] = {{form.optLog32, form.lblLog32Data},
+                                                                     {form.optN1MM, form.lblN1mmData},
+                                                                     {form.optHamlib, form.lblHamlibData}};
+    for (const auto& [option, received] : programs) {
+        if (!option.Value) continue;
+        chosen = &option;
+        received.bringToFront();
+    }
+    window.findChild<QWidget*>(shown(chosen->name()))->setFocus();
 }
 
 } // namespace ui

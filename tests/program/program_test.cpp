@@ -110,6 +110,7 @@ TEST_F(Program, SaysInOneLineWhatIsWrongAndStartsNothing) {
         {{"--port", "/dev/parport9"}, "/dev/parport9"},
         {{"--usb", "velleman"}, "velleman"},
         {{"--n1mm-listen", "localhost"}, "localhost"},
+        {{"--rigctld", "shack:0"}, "--rigctld: \"shack:0\""},
         {{"--trace", "/"}, "trace file \"/\""},
         {{"--trace", ""}, "--trace"},
         {{"--trace", QString::fromStdString(folder / "save.cfg")}, "\"save.cfg\", which the program keeps"},

@@ -108,7 +108,10 @@ TEST_F(FormDialogs, TheProgramIsChosenAndItsPortIsJudged) {
 TEST_F(FormDialogs, HamlibIsChosenAndTriedByKeyboard) {
     withDialog([&] { f().mnuTunConn.Click.fire(); },
                [&](QWidget& dialog) {
-                   QTest::keyClick(&dialog, Qt::Key_B, Qt::AltModifier);
+                   part(dialog, "optN1MM").setFocus();
+                   QTest::keyClick(&part(dialog, "optN1MM"), Qt::Key_Down);
+                   EXPECT_EQ(QApplication::focusWidget(), &part(dialog, "optHamlib"));
+                   QTest::keyClick(&part(dialog, "optHamlib"), Qt::Key_Space);
                    settle();
                    auto& address = part<QLineEdit>(dialog, "txtRigctld");
                    address.setFocus();
@@ -137,6 +140,11 @@ TEST_F(FormDialogs, HamlibIsChosenAndTriedByKeyboard) {
                });
     EXPECT_EQ(f().intConnProgrTuner, int{form::kHamlib});
     EXPECT_EQ(hardware.kept().rigctld, "shack");
+    withDialog([&] { f().mnuTunConn.Click.fire(); },
+               [&](QWidget& dialog) {
+                   EXPECT_TRUE(part(dialog, "lblHamlibData").isVisible());
+                   QTest::keyClick(&dialog, Qt::Key_Escape);
+               });
 }
 
 TEST_F(FormDialogs, PastedTextPassesTheFilterOfTypedText) {
