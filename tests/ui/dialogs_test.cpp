@@ -136,6 +136,7 @@ TEST_F(FormDialogs, HamlibIsChosenAndTriedByKeyboard) {
                    settle();
                    EXPECT_EQ(part<QLabel>(dialog, "lblHamlibData").text(), "14025.5 KHz");
                    EXPECT_TRUE(part(dialog, "lblHamlibData").isVisible());
+                   address.setFocus();
                    QTest::keyClick(&address, Qt::Key_Return);
                });
     EXPECT_EQ(f().intConnProgrTuner, int{form::kHamlib});

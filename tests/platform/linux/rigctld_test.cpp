@@ -77,9 +77,9 @@ TEST_F(RigctldPeers, FollowsTheRigThroughSplitTransmissionAndRestart) {
 
 TEST_F(RigctldPeers, FollowsTheRigOfADaemonThatIsToldTheVfo) {
     startDaemon({"--vfo"});
-    rigctl({"F", "3573000"});
+    rigctl({"--vfo", "F", "currVFO", "3573000"});
     expect({.hertz = 3573000});
-    rigctl({"F", "3574000"});
+    rigctl({"--vfo", "F", "currVFO", "3574000"});
     expect({.hertz = 3574000});
 }
 
