@@ -129,7 +129,7 @@ std::optional<Endpoint> listenEndpoint(std::string_view text) {
     const std::string place =
         text.find(':') == std::string_view::npos ? "127.0.0.1:" + std::string(text) : std::string(text);
     // A missing port gives 0.
-    const auto endpoint = parseEndpoint(place, 0);
+    auto endpoint = parseEndpoint(place, 0);
     if (!endpoint || endpoint->port == 0 || !bridge::isAddress(endpoint->host)) return std::nullopt;
     return endpoint;
 }
