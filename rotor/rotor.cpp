@@ -60,9 +60,14 @@ void Rotor::leave() {
 bool Rotor::isBlocked(const engine::Side& side, bool up) const {
     const bool azimuth = side.motor == sides_.a.motor;
     const Ranges& ranges = settings_.ranges;
-    // At or beyond an end only the way back in is open.
-    return up ? side.sngPosRotor >= (azimuth ? ranges.azimuthMax : ranges.elevationMax)
-              : side.sngPosRotor <= (azimuth ? ranges.azimuthMin : ranges.elevationMin);
+    const double highest = azimuth ? ranges.azimuthMax : ranges.elevationMax;
+    // The engine's own end is the step that reaches it.
+    if (up && highest >= side.rotorEnd) return side.sngPosRotor >= highest;
+    // Positions are singles: a step that ends so little beyond an end ends on it.
+    constexpr double kSame = 1e-4; // degrees
+    const double step = stepOf(side) - kSame;
+    return up ? side.sngPosRotor + step > highest
+              : side.sngPosRotor - step < (azimuth ? ranges.azimuthMin : ranges.elevationMin);
 }
 
 Direction Rotor::position() const {
@@ -176,7 +181,7 @@ void Rotor::startTurning(const Goal& goal) {
 }
 
 void Rotor::parkAfterPass() {
-    const bool over = follower_.below() || (sources_.lost() && lastElevation_ < Path::kPassBegins);
+    const bool over = follower_.over() || (sources_.lost() && lastElevation_ < Path::kPassBegins);
     if (!passRose_ || !over || !following()) return;
     passRose_ = false;
     if (settings_.parkAfterPass) startTurning({settings_.park, true});
@@ -217,7 +222,7 @@ void Rotor::chkRotOnOff_Click() {
 
 void Rotor::stopFollowing() {
     if (!isOn()) return;
-    if (following() || goal_) motion_.stopBoth();
+    motion_.stopBoth();
     goal_.reset();
     form_.chkRotOnOff.Value = 0;
     // A command that was being carried out is over; what a program goes on sending is not.

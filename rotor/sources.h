@@ -62,7 +62,8 @@ class Sources {
     bool free(const TrackingSource& source) const;
     /// The labels lblAzRx and lblElRx hold a new complete target from this source, offsets added; they show
     /// the last target received from any source. The target is accepted unless another source holds the
-    /// target, and ignored if a label is not a number.
+    /// target, and ignored if a label is not a number or the
+    /// numbers are no direction.
     void complete(const TrackingSource& source);
     /// A target as the source has sent it, in degrees: adds the offsets and sets the labels. Returns false
     /// and sets nothing if another source holds the target. Throws runtime::RunTimeError if a text is not a

@@ -117,8 +117,11 @@ TEST_F(RotorTest, TheUserHasTheSay) {
     f().cmdAv.Click.fire();
     clock.advance(1000);
     EXPECT_TRUE(f().Timer1.Enabled);
-    // An error stops following too.
+    // A Stop stops both engines, also those that the user runs.
+    f().cmdAvB.Click.fire();
     f().cmdAlt.Click.fire();
+    EXPECT_FALSE(runs());
+    // An error stops following too.
     follow();
     port.breakDown("no port");
     send(10, 10);
@@ -213,12 +216,18 @@ TEST_F(RotorTest, TheRangesHoldForEveryMotion) {
         f().cmdAlta.Click.fire();
         each.run.Click.fire();
         settle(60);
-        EXPECT_NEAR(each.position, each.end, 0.13);
-        each.run.Click.fire(); // at the end: not one step further
+        EXPECT_EQ(each.position, each.end); // a whole number of steps
+        each.run.Click.fire();              // at the end: not one step further
         const float stood = each.position;
         settle(1);
         EXPECT_EQ(each.position, stood);
     }
+    // A step that would leave the range is not made.
+    standAt(199.95F, 10.05F);
+    f().cmdAv.Click.fire();
+    f().cmdIndB.Click.fire();
+    settle(1);
+    expectAt(199.95, 10.05, 1e-4);
     // Outside the range, only the way back in is open.
     standAt(300, 0);
     f().cmdAv.Click.fire();
@@ -309,6 +318,16 @@ TEST_F(RotorTest, ParksAfterAPassWhereThatIsWanted) {
     send(21, -4); // the next pass
     settle();
     expectAt(21, 0);
+    // A target that jitters where following ends does not keep it from parking.
+    for (const double elevation : {6.0, 1.0, -4.9, -5.05, -4.98, -5.03, -4.95, -5.2, -5.6}) {
+        send(20, elevation);
+        clock.advance(1000);
+    }
+    for (int n = 0; n < 20; ++n) {
+        send(20, n % 2 == 0 ? -5.45 : -5.6);
+        clock.advance(1000);
+    }
+    expectAt(100, 0);
 }
 
 TEST_F(RotorTest, InvalidSettingsAreNamedAndTheDialogRefusesThem) {

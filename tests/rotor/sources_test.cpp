@@ -87,6 +87,11 @@ TEST_F(SourcesTest, OffsetsAreAddedAndNoTargetComesFromNoNumber) {
     EXPECT_THROW(sends(lines_, "12.5", "x"), runtime::RunTimeError);
     EXPECT_EQ(sources_->target(), (Direction{14, 6.75}));
     EXPECT_EQ(f().lblRealAz.Caption, "12.5");
+    for (const auto& [azimuth, elevation] :
+         {std::pair("1e30", "7"), {"-730", "7"}, {"12", "999"}, {"12", "-181"}}) {
+        sends(lines_, azimuth, elevation);
+        EXPECT_EQ(sources_->target(), (Direction{14, 6.75})) << azimuth << " " << elevation;
+    }
 }
 
 } // namespace
