@@ -4,6 +4,7 @@
 #include "runtime/number.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace rotor {
 
@@ -14,6 +15,12 @@ constexpr Sources::Time kRefresh{form::RotorPanel::kRefreshMilliseconds};
 AxisThresholds thresholdsOf(const form::ScrollBar& restart, const form::ScrollBar& fast) {
     constexpr double kPerDegree = 10; // the restart is set in tenths
     return {restart.Value.get() / kPerDegree, static_cast<double>(fast.Value.get()), 0};
+}
+
+/// The nearest place of the machine.
+Direction within(const Ranges& ranges, const Direction& place) {
+    return {std::clamp(place.azimuth, ranges.azimuthMin, ranges.azimuthMax),
+            std::clamp(place.elevation, ranges.elevationMin, ranges.elevationMax)};
 }
 
 } // namespace
@@ -39,12 +46,15 @@ void Rotor::use(const RotorSettings& settings) {
     sources_.setSilence(std::chrono::seconds(settings.silence));
     // Another range may offer another way.
     follower_.reset();
+    if (goal_) goal_->place = within(settings_.ranges, goal_->place);
     if (isOn() && sources_.target()) targetCame();
     showPlan();
 }
 
 void Rotor::enter() {
     standing_ = {};
+    moved_ = coilsRest_ = false;
+    steps_ = form_.lngContaStep.value();
     form_.tmrDispRefr.Enabled = true;
     show();
 }
@@ -95,8 +105,8 @@ void Rotor::tmrDispRefr_Timer() {
     if (!sources_.target() && follower_.path().any()) follower_.reset();
     form_.chkRotOnOff.Enabled =
         following() || sources_.holder() || sources_.anyThere() || form_.chkOpenCom.ticked();
+    letGoOfUsersMotion(); // also when its button is up again
     stopReleasedJogs();
-    letGoOfUsersMotion();
     if (goal_) {
         goOnToGoal();
     } else {
@@ -149,7 +159,6 @@ void Rotor::carryOut(const engine::Side& side, const Order& order) {
     if (!motion_.moveTo(side, runtime::toSingle(order.target))) return;
     standing_ = {};
     coilsRest_ = false;
-    moved_ = true;
     if (order.fast) {
         motion_.fast(side);
     } else {
@@ -172,10 +181,7 @@ void Rotor::goOnToGoal() {
 
 void Rotor::startTurning(const Goal& goal) {
     if (!isOn()) return;
-    const Ranges& ranges = settings_.ranges;
-    goal_ = {{std::clamp(goal.place.azimuth, ranges.azimuthMin, ranges.azimuthMax),
-              std::clamp(goal.place.elevation, ranges.elevationMin, ranges.elevationMax)},
-             goal.parking};
+    goal_ = {within(settings_.ranges, goal.place), goal.parking};
     parked_ = false;
     goOnToGoal();
 }
@@ -188,10 +194,14 @@ void Rotor::parkAfterPass() {
 }
 
 void Rotor::restCoils(Sources::Time time) {
-    if (sides_.anyRunning()) {
+    // Steps tell of a motion that began and ended since the last look.
+    const int steps = form_.lngContaStep.value();
+    const bool stepped = std::exchange(steps_, steps) != steps;
+    if (sides_.anyRunning() || stepped) {
         standing_ = {};
-        coilsRest_ = parked_ = false;
-        if (!following() && !goal_) moved_ = false;
+        moved_ = true;
+        coilsRest_ = false;
+        if (sides_.anyRunning()) parked_ = false;
         return;
     }
     standing_ += time;

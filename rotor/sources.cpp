@@ -24,6 +24,7 @@ bool Sources::anyThere() const {
 }
 
 bool Sources::silent() const {
+    if (holder_->hold() == Hold::kUntilDone) return false;
     if (holder_->hold() == Hold::kWhileThere) return !holder_->there();
     return sinceHeard_ >= silence_;
 }
@@ -74,7 +75,7 @@ void Sources::forget() {
 
 void Sources::pass(Time time) {
     sinceHeard_ += time;
-    if (!holder_ || holder_->hold() == Hold::kUntilDone || !silent()) return;
+    if (!holder_ || !silent()) return;
     forget();
     lost_ = true;
 }

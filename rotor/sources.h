@@ -16,7 +16,7 @@ namespace rotor {
 enum class Hold {
     kWhileHeard, // until the source has sent no complete message for the silence time
     kWhileThere, // as long as the source's link is open: the source sends only changes
-    kUntilDone, // to its end, though the source has gone; another source may take over after the silence time
+    kUntilDone,  // until it is forgotten, though the source has gone
 };
 
 /// A program that sends targets for the antenna. All clients of one protocol together are one source.

@@ -100,6 +100,10 @@ TEST_F(RotorTest, TheUserHasTheSay) {
     clock.advance(300);
     f().cmdAvMan.MouseDown.fire(); // refused
     f().cmdAvMan.MouseUp.fire();
+    EXPECT_TRUE(f().Timer1.Enabled);
+    f().notice.tell("");
+    f().cmdInd.Click.fire(); // refused too
+    EXPECT_TRUE(f().Timer1.Enabled);
     EXPECT_NE(f().notice.Caption.get().find("follows"), std::string::npos);
     f().cmdAltB.Click.fire(); // either Stop
     EXPECT_FALSE(runs());
@@ -279,6 +283,42 @@ TEST_F(RotorTest, ParksPointsAndCalibrates) {
     EXPECT_FALSE(f().cmdUndoCalibrate.Enabled);
 }
 
+TEST_F(RotorTest, AGoalStaysInTheRangeAndGivesWayToATap) {
+    const auto park = [this](const char* range, const char* place) {
+        inDialog<form::FrmRotator>([&](form::FrmRotator& dialog) {
+            dialog.txtAzimuth.Text = range;
+            dialog.txtPark.Text = place;
+            dialog.cmdSaveRotator.Click.fire();
+        });
+        f().mnuRotator.Click.fire();
+    };
+    f().cmdPark.Click.fire();
+    clock.advance(400);
+    park("0..100", "50,0");
+    settle();
+    clock.advance(400);
+    expectAt(100, 0);
+    EXPECT_EQ(f().lblRotorState.Caption, "Parked");
+    f().cmdPark.Click.fire();
+    clock.advance(450);
+    f().cmdIndMan.MouseDown.fire();
+    clock.advance(50);
+    f().cmdIndMan.MouseUp.fire();
+    settle(2);
+    EXPECT_FALSE(runs());
+    EXPECT_GT(f().sngPosAz, 52); // short of the 50 where it was to park
+}
+
+TEST_F(RotorTest, ALineWithoutNumbersIsNoSilence) {
+    follow();
+    send(30, 10);
+    for (int n = 0; n < 4; ++n) {
+        clock.advance(5000);
+        tcp.send("SAT 0 0 --- ---\n");
+    }
+    EXPECT_EQ(f().lblSource.Caption, "Target: tracking server");
+}
+
 TEST_F(RotorTest, CoilsRestOnceBothAxesHaveStood) {
     f().hScrCmdOff.set(5);
     f().chkAutoCmdOff.userClick();
@@ -291,6 +331,15 @@ TEST_F(RotorTest, CoilsRestOnceBothAxesHaveStood) {
     send(11, 11);
     clock.advance(100);
     EXPECT_NE(port.data(), 0xFF);
+    settle();
+    follow(); // no longer
+    // The user's own motion counts as well, also one that is over before the next look.
+    f().cmdAv.Click.fire();
+    clock.advance(50);
+    f().cmdAlt.Click.fire();
+    EXPECT_NE(port.data(), 0xFF);
+    clock.advance(5400);
+    EXPECT_EQ(port.data(), 0xFF);
 
     use("hold-elevation", "yes");
     restart();

@@ -61,7 +61,10 @@ TEST_F(SourcesTest, ACommandStandsAndALinkHoldsWhileItIsOpen) {
     commands_.there_ = false;
     sources_->pass(1h);
     EXPECT_EQ(sources_->target(), (Direction{50, 60}));
-    sends(link_, "1", "2"); // the silent one has to give way
+    sends(link_, "1", "2"); // a command does not give way
+    EXPECT_EQ(holder(), "commands");
+    sources_->forget();
+    sends(link_, "1", "2");
     sources_->pass(1h);
     sends(lines_, "3", "4");
     EXPECT_EQ(holder(), "link");
