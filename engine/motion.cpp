@@ -35,14 +35,30 @@ void stepBackPhases(const Side& side, int direction) {
     side.intFaseHalf = side.intUltFaseHalf + oneOn;
 }
 
+/// Whether the antenna follows, so that the user's own motion is refused; the notice says why.
+bool refused(form::Form1& form) {
+    if (form.intFunzione != form::kSatelliteRotor || !form.chkRotOnOff.ticked()) return false;
+    form.notice.tell("The antenna follows: press Stop, or untick " + form.chkRotOnOff.Caption.get() +
+                     ", before you turn it");
+    return true;
+}
+
 } // namespace
 
 Motion::Motion(form::Form1& form, form::Boxes& boxes)
     : form_(form), boxes_(boxes), sides_(form), ownA_{{form, sides_.a}}, ownB_{{form, sides_.b}} {
-    form.cmdAv.Click.attach([this] { cmdAv_Click(); });
-    form.cmdInd.Click.attach([this] { cmdInd_Click(); });
-    form.cmdAvB.Click.attach([this] { cmdAvB_Click(); });
-    form.cmdIndB.Click.attach([this] { cmdIndB_Click(); });
+    form.cmdAv.Click.attach([this] {
+        if (!refused(form_)) cmdAv_Click();
+    });
+    form.cmdInd.Click.attach([this] {
+        if (!refused(form_)) cmdInd_Click();
+    });
+    form.cmdAvB.Click.attach([this] {
+        if (!refused(form_)) cmdAvB_Click();
+    });
+    form.cmdIndB.Click.attach([this] {
+        if (!refused(form_)) cmdIndB_Click();
+    });
     form.cmdAlta.Click.attach([this] { cmdAlta_Click(); });
     form.cmdBassa.Click.attach([this] { cmdBassa_Click(); });
     form.cmdAltaB.Click.attach([this] { cmdAltaB_Click(); });
@@ -179,11 +195,7 @@ void Motion::release(const Side& side) {
 }
 
 void Motion::jogDown(const Side& side, int direction) {
-    if (isRotor() && form_.chkRotOnOff.ticked()) {
-        form_.notice.tell("The antenna follows: press Stop, or untick " + form_.chkRotOnOff.Caption.get() +
-                          ", before you jog");
-        return;
-    }
+    if (refused(form_)) return;
     if (form_.chkAutoMemOnOff.ticked() && !isRotor()) {
         form_.chkAutoMemOnOff.Value = 0;
         form_.bolAutoMemByJog = true;

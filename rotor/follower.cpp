@@ -24,8 +24,15 @@ void Follower::reset() {
 }
 
 void Follower::take(const Direction& target, const Axes& axes, const Settings& settings) {
+    // A target that jitters around the line ends its pass once.
+    constexpr double kOver = 0.5; // degrees
     below_ = target.elevation < settings.followFrom;
-    if (below_) path_.endPass();
+    if (target.elevation < settings.followFrom - kOver) {
+        over_ = true;
+        path_.endPass();
+    } else if (!below_) {
+        over_ = false;
+    }
     path_.take(target, axes.direction(), settings.machine);
 }
 

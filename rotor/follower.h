@@ -58,6 +58,8 @@ class Follower {
     const Path& path() const { return path_; }
     /// Whether the target is too low to be followed.
     bool below() const { return below_; }
+    /// Its pass is over: it has set clearly below what is followed.
+    bool over() const { return over_; }
 
     /// Whether the last call of look began a turn to the other end of the range.
     bool turnedRound() const { return turnedRound_; }
@@ -65,6 +67,7 @@ class Follower {
   private:
     Path path_;
     bool below_ = false;
+    bool over_ = false;
     bool turnedRound_ = false;
 };
 

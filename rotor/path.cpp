@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace rotor {
 
@@ -24,6 +25,11 @@ double outside(double value, double min, double max) {
 
 void Path::reset() {
     *this = Path();
+}
+
+void Path::endPass() {
+    risen_ = false;
+    over_ = true;
 }
 
 Direction Path::position(const Way& way) const {
@@ -91,14 +97,24 @@ void Path::choose(const Direction& antenna, const Machine& machine, Reason reaso
     beyond_ = {};
 }
 
+void Path::chooseClearly(const Direction& antenna, const Machine& machine) {
+    const Path before = *this;
+    choose(antenna, machine, Reason::kRising);
+    const Worth had = before.worth(before.way_, antenna, machine), has = worth(way_, antenna, machine);
+    const bool nearer = has.outside < had.outside - kBeyondEnd;
+    const bool longer = has.outside <= had.outside && has.holds > had.holds + kHoldsMore;
+    if (!nearer && !longer) *this = before;
+}
+
 void Path::crossZenith(const Direction& antenna, const Machine& machine) {
-    const double now = worth(way_, antenna, machine).seconds;
+    const Worth now = worth(way_, antenna, machine);
     Way best = way_;
-    double soonest = std::min(now * kClearGain, now - kClearSeconds);
-    for (const int halfTurns : {-2, -1, 1, 2}) {
-        const Way way{way_.turn + kTurn / 2 * halfTurns, (halfTurns % 2 != 0) != way_.flipped};
+    double soonest = std::min(now.seconds * kClearGain, now.seconds - kClearSeconds);
+    for (const double halfTurn : {-kTurn / 2, kTurn / 2}) {
+        const Way way{way_.turn + halfTurn, !way_.flipped};
         const Worth its = worth(way, antenna, machine);
-        if (its.outside > 0 || its.holds <= 0 || its.seconds >= soonest) continue;
+        // The rest of the pass must be as safe as before.
+        if (its.outside > 0 || its.holds < now.holds - kEqual || its.seconds >= soonest) continue;
         best = way;
         soonest = its.seconds;
     }
@@ -119,31 +135,55 @@ double Path::continued(double azimuth, const Ranges& ranges) const {
     return target_->azimuth + (leap && leaves(change) && !leaves(around) ? around : change);
 }
 
+void Path::seeHeight(double elevation, bool first) {
+    if (first) {
+        rises_ = true;
+        turned_ = elevation;
+    }
+    const double further = rises_ ? elevation - turned_ : turned_ - elevation;
+    if (further < -kRises) rises_ = !rises_;
+    if (further > 0 || further < -kRises) turned_ = elevation;
+}
+
+void Path::seeDrift(bool first) {
+    if (first) {
+        driftFrom_ = *target_;
+        drift_.reset();
+    }
+    if (arc(driftFrom_, *target_) < kDriftKnown) return;
+    // What is no drift yet adds up: the beginning stays.
+    const double moved = target_->azimuth - driftFrom_.azimuth;
+    if (std::fabs(moved) >= kDrifts) {
+        drift_ = moved > 0 ? 1 : -1;
+        driftFrom_ = *target_;
+    } else if (!drift_) {
+        drift_ = 0;
+    }
+}
+
 void Path::take(const Direction& target, const Direction& antenna, const Machine& machine) {
     const bool first = !target_;
     const bool other = !first && arc(*target_, target) > kOtherTarget;
     Direction next = target;
     // Counts on through north: the azimuth nearest to the previous azimuth.
     if (!first) next.azimuth = continued(target.azimuth, machine.ranges);
-    const bool rises = first || next.elevation >= target_->elevation;
     target_ = next;
+    const bool wasKnown = drift_.has_value() && !other;
+    seeHeight(next.elevation, first || other);
+    seeDrift(first || other);
     if (first || other) {
-        driftFrom_ = next;
-        drift_.reset();
-        risen_ = false;
+        risen_ = over_ = false;
         reason_ = Reason::kNone;
         choose(antenna, machine, first ? Reason::kFirst : Reason::kOtherTarget);
     }
-    const bool wasKnown = drift_.has_value();
-    if (arc(driftFrom_, next) >= kDriftKnown) {
-        const double moved = next.azimuth - driftFrom_.azimuth;
-        drift_ = moved > 0 ? 1 : moved < 0 ? -1 : 0;
-        driftFrom_ = next;
-    }
     if (drift_ && !wasKnown) {
         choose(antenna, machine, Reason::kDrift);
-    } else if (next.elevation < kPassBegins && !risen_ && rises && drift_) {
-        choose(antenna, machine, Reason::kRising);
+    } else if (next.elevation < kPassBegins && !risen_ && rises_ && drift_) {
+        if (std::exchange(over_, false)) {
+            choose(antenna, machine, Reason::kRising);
+        } else {
+            chooseClearly(antenna, machine);
+        }
     }
     if (next.elevation >= kPassBegins) risen_ = true;
     if (next.elevation >= kNearZenith) crossZenith(antenna, machine);

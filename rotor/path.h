@@ -27,6 +27,10 @@ class Path {
     static constexpr double kBeyondEnd = 3;    // degrees beyond the end of the range, before a turn round
     static constexpr Time kBeyondTime{2000};
     static constexpr double kNearZenith = 80; // degrees of elevation; above, azimuth changes fast
+    // Limits that the jitter of a source must not reach, in degrees.
+    static constexpr double kDrifts = 0.5;   // of azimuth; a smaller change is no drift
+    static constexpr double kRises = 1;      // of elevation, before the target counts as rising or setting
+    static constexpr double kHoldsMore = 10; // of azimuth; a new choice while rising must gain this much
 
     /// The reason for the present choice.
     enum class Reason { kNone, kFirst, kRising, kDrift, kOtherTarget, kZenith, kTurnRound };
@@ -34,7 +38,7 @@ class Path {
     /// Call when following begins, or goes on after silence: forgets the previous targets.
     void reset();
     /// The target has set: the next pass gets a new choice.
-    void endPass() { risen_ = false; }
+    void endPass();
     /// Takes a new complete target; `antenna` is the antenna's present position.
     void take(const Direction& target, const Direction& antenna, const Machine& machine);
     /// `time` is the time since the last call. Returns true when the antenna must turn round.
@@ -68,8 +72,12 @@ class Path {
     Direction position(const Way& way) const;
     Worth worth(const Way& way, const Direction& antenna, const Machine& machine) const;
     void choose(const Direction& antenna, const Machine& machine, Reason reason);
+    /// Changes the way only if the gain is clear: the antenna is already moving.
+    void chooseClearly(const Direction& antenna, const Machine& machine);
     void crossZenith(const Direction& antenna, const Machine& machine);
     double beyondEnd(const Ranges& ranges) const;
+    void seeHeight(double elevation, bool first);
+    void seeDrift(bool first);
     /// The azimuth, counted on through north from the azimuth of target_.
     double continued(double azimuth, const Ranges& ranges) const;
 
@@ -77,6 +85,9 @@ class Path {
     Direction driftFrom_;
     std::optional<int> drift_;
     bool risen_ = false; // above kPassBegins in this pass
+    bool over_ = false;  // the pass is over, and no way has been chosen for the next one
+    bool rises_ = true;  // by more than kRises since the target last sank
+    double turned_ = 0;  // degrees of elevation: the highest while it rises, else the lowest
     Way way_;
     Time beyond_{};
     Reason reason_ = Reason::kNone;

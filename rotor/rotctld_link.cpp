@@ -8,7 +8,8 @@ namespace rotor::rotctld {
 
 Link::Link(form::Form1& form, Sources& sources, RotorCommands& commands, platform::TcpServers& tcp,
            platform::Timers& timers, std::string version)
-    : form_(form), source_(form, sources, commands, std::move(version)), server_(form, tcp, timers, source_) {
+    : form_(form), sources_(sources), source_(form, sources, commands, std::move(version)),
+      server_(form, tcp, timers, source_) {
     source_.clientThere = [this] { return server_.clients() > 0; };
     server_.onChange = [this] { show(); };
 }
@@ -27,6 +28,7 @@ void Link::use(const platform::HardwareSettings& settings) {
 void Link::leave() {
     place_.clear();
     server_.close();
+    sources_.drop(source_);
 }
 
 void Link::show() {

@@ -25,6 +25,7 @@ class Link {
     void show();
 
     form::Form1& form_;
+    Sources& sources_;
     Source source_;
     Server server_;
     std::string place_;      // where it listens, or should; empty for nowhere

@@ -56,7 +56,6 @@ Result Source::move(Axis axis, int direction, bool fast) {
 }
 
 Result Source::stop() {
-    if (!sources_.free(*this)) return Result::kNotAvailable;
     forget();
     commands_.halt();
     return Result::kOk;

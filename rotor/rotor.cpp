@@ -4,6 +4,7 @@
 #include "runtime/number.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace rotor {
 
@@ -14,6 +15,12 @@ constexpr Sources::Time kRefresh{form::RotorPanel::kRefreshMilliseconds};
 AxisThresholds thresholdsOf(const form::ScrollBar& restart, const form::ScrollBar& fast) {
     constexpr double kPerDegree = 10; // the restart is set in tenths
     return {restart.Value.get() / kPerDegree, static_cast<double>(fast.Value.get()), 0};
+}
+
+/// The nearest place of the machine.
+Direction within(const Ranges& ranges, const Direction& place) {
+    return {std::clamp(place.azimuth, ranges.azimuthMin, ranges.azimuthMax),
+            std::clamp(place.elevation, ranges.elevationMin, ranges.elevationMax)};
 }
 
 } // namespace
@@ -39,12 +46,15 @@ void Rotor::use(const RotorSettings& settings) {
     sources_.setSilence(std::chrono::seconds(settings.silence));
     // Another range may offer another way.
     follower_.reset();
+    if (goal_) goal_->place = within(settings_.ranges, goal_->place);
     if (isOn() && sources_.target()) targetCame();
     showPlan();
 }
 
 void Rotor::enter() {
     standing_ = {};
+    moved_ = coilsRest_ = false;
+    steps_ = form_.lngContaStep.value();
     form_.tmrDispRefr.Enabled = true;
     show();
 }
@@ -60,9 +70,14 @@ void Rotor::leave() {
 bool Rotor::isBlocked(const engine::Side& side, bool up) const {
     const bool azimuth = side.motor == sides_.a.motor;
     const Ranges& ranges = settings_.ranges;
-    // At or beyond an end only the way back in is open.
-    return up ? side.sngPosRotor >= (azimuth ? ranges.azimuthMax : ranges.elevationMax)
-              : side.sngPosRotor <= (azimuth ? ranges.azimuthMin : ranges.elevationMin);
+    const double highest = azimuth ? ranges.azimuthMax : ranges.elevationMax;
+    // The engine's own end is the step that reaches it.
+    if (up && highest >= side.rotorEnd) return side.sngPosRotor >= highest;
+    // Positions are singles: a step that ends so little beyond an end ends on it.
+    constexpr double kSame = 1e-4; // degrees
+    const double step = stepOf(side) - kSame;
+    return up ? side.sngPosRotor + step > highest
+              : side.sngPosRotor - step < (azimuth ? ranges.azimuthMin : ranges.elevationMin);
 }
 
 Direction Rotor::position() const {
@@ -90,8 +105,8 @@ void Rotor::tmrDispRefr_Timer() {
     if (!sources_.target() && follower_.path().any()) follower_.reset();
     form_.chkRotOnOff.Enabled =
         following() || sources_.holder() || sources_.anyThere() || form_.chkOpenCom.ticked();
+    letGoOfUsersMotion(); // also when its button is up again
     stopReleasedJogs();
-    letGoOfUsersMotion();
     if (goal_) {
         goOnToGoal();
     } else {
@@ -144,7 +159,6 @@ void Rotor::carryOut(const engine::Side& side, const Order& order) {
     if (!motion_.moveTo(side, runtime::toSingle(order.target))) return;
     standing_ = {};
     coilsRest_ = false;
-    moved_ = true;
     if (order.fast) {
         motion_.fast(side);
     } else {
@@ -167,26 +181,27 @@ void Rotor::goOnToGoal() {
 
 void Rotor::startTurning(const Goal& goal) {
     if (!isOn()) return;
-    const Ranges& ranges = settings_.ranges;
-    goal_ = {{std::clamp(goal.place.azimuth, ranges.azimuthMin, ranges.azimuthMax),
-              std::clamp(goal.place.elevation, ranges.elevationMin, ranges.elevationMax)},
-             goal.parking};
+    goal_ = {within(settings_.ranges, goal.place), goal.parking};
     parked_ = false;
     goOnToGoal();
 }
 
 void Rotor::parkAfterPass() {
-    const bool over = follower_.below() || (sources_.lost() && lastElevation_ < Path::kPassBegins);
+    const bool over = follower_.over() || (sources_.lost() && lastElevation_ < Path::kPassBegins);
     if (!passRose_ || !over || !following()) return;
     passRose_ = false;
     if (settings_.parkAfterPass) startTurning({settings_.park, true});
 }
 
 void Rotor::restCoils(Sources::Time time) {
-    if (sides_.anyRunning()) {
+    // Steps tell of a motion that began and ended since the last look.
+    const int steps = form_.lngContaStep.value();
+    const bool stepped = std::exchange(steps_, steps) != steps;
+    if (sides_.anyRunning() || stepped) {
         standing_ = {};
-        coilsRest_ = parked_ = false;
-        if (!following() && !goal_) moved_ = false;
+        moved_ = true;
+        coilsRest_ = false;
+        if (sides_.anyRunning()) parked_ = false;
         return;
     }
     standing_ += time;
@@ -217,7 +232,7 @@ void Rotor::chkRotOnOff_Click() {
 
 void Rotor::stopFollowing() {
     if (!isOn()) return;
-    if (following() || goal_) motion_.stopBoth();
+    motion_.stopBoth();
     goal_.reset();
     form_.chkRotOnOff.Value = 0;
     // A command that was being carried out is over; what a program goes on sending is not.

@@ -92,7 +92,8 @@ class Rotor : public RotorCommands {
     double lastElevation_ = 0; // of the target
     bool clientTurns_ = false; // a program elsewhere turns an axis by hand
     bool parked_ = false;      // where nothing has moved since
-    bool moved_ = false;       // the last motion was not the user's own
+    bool moved_ = false;       // since Satellite Rotor began
+    int steps_ = 0;            // of both engines, at the last look
     bool coilsRest_ = false;   // switched off here; the next step switches them on
     Sources::Time standing_{};
 };

@@ -5,14 +5,26 @@
 #include "runtime/number.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace rotor {
+
+namespace {
+
+/// Whether it can be a direction: offsets, turns and the way over the top leave room beyond the sky's own.
+bool isDirection(const Direction& target) {
+    constexpr double kMostAzimuth = 720, kMostElevation = 180; // degrees, either way
+    return std::fabs(target.azimuth) <= kMostAzimuth && std::fabs(target.elevation) <= kMostElevation;
+}
+
+} // namespace
 
 bool Sources::anyThere() const {
     return std::ranges::any_of(all_, [](const TrackingSource* source) { return source->there(); });
 }
 
 bool Sources::silent() const {
+    if (holder_->hold() == Hold::kUntilDone) return false;
     if (holder_->hold() == Hold::kWhileThere) return !holder_->there();
     return sinceHeard_ >= silence_;
 }
@@ -30,6 +42,7 @@ void Sources::complete(const TrackingSource& source) {
     } catch (const runtime::RunTimeError&) {
         return;
     }
+    if (!isDirection(target)) return;
     holder_ = &source;
     target_ = target;
     sinceHeard_ = {};
@@ -62,7 +75,7 @@ void Sources::forget() {
 
 void Sources::pass(Time time) {
     sinceHeard_ += time;
-    if (!holder_ || holder_->hold() == Hold::kUntilDone || !silent()) return;
+    if (!holder_ || !silent()) return;
     forget();
     lost_ = true;
 }

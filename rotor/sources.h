@@ -16,7 +16,7 @@ namespace rotor {
 enum class Hold {
     kWhileHeard, // until the source has sent no complete message for the silence time
     kWhileThere, // as long as the source's link is open: the source sends only changes
-    kUntilDone, // to its end, though the source has gone; another source may take over after the silence time
+    kUntilDone,  // until it is forgotten, though the source has gone
 };
 
 /// A program that sends targets for the antenna. All clients of one protocol together are one source.
@@ -62,7 +62,8 @@ class Sources {
     bool free(const TrackingSource& source) const;
     /// The labels lblAzRx and lblElRx hold a new complete target from this source, offsets added; they show
     /// the last target received from any source. The target is accepted unless another source holds the
-    /// target, and ignored if a label is not a number.
+    /// target, and ignored if a label is not a number or the
+    /// numbers are no direction.
     void complete(const TrackingSource& source);
     /// A target as the source has sent it, in degrees: adds the offsets and sets the labels. Returns false
     /// and sets nothing if another source holds the target. Throws runtime::RunTimeError if a text is not a

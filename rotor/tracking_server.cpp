@@ -25,7 +25,11 @@ TrackingServer::TrackingServer(form::Form1& form, platform::TcpClients& clients,
       source_("tracking server", Hold::kWhileHeard,
               [this] { return ClientIP_ && ClientIP_->state() == platform::TcpState::Connected; }),
       host_(std::move(host)), lines_([this](const std::string& line) {
-          if (subSatData(form_, runtime::fromAnsi(line))) sources_.complete(source_);
+          if (subSatData(form_, runtime::fromAnsi(line))) {
+              sources_.complete(source_);
+          } else {
+              sources_.heard(source_);
+          }
       }) {
     sources_.add(source_);
     form_.Timer5.Tick.attach([this] { Timer5_Timer(); });

@@ -94,6 +94,54 @@ TEST(Path, KeepsItsChoiceThroughThePassAndChoosesAnewForAnotherSatellite) {
     EXPECT_NE(path.reason(), Path::Reason::kOtherTarget);
 }
 
+TEST(Path, JitterTurnsNothingRound) {
+    constexpr Machine kDeadZone{{0, 270, 0, 90}, 6, 3};
+    struct Case {
+        const char* what;
+        Machine machine;
+        std::vector<Direction> before;
+        std::vector<Direction> jitter; // again and again
+        int turns;                     // by more than 90 degrees, at most
+    };
+    for (const Case& each : {
+             Case{"rising through north", kFull, {{356, 0}, {359, 1}}, {{359.9, 2}, {0.1, 2.1}}, 1},
+             Case{"and westward", kFull, {{4, 0}, {1, 1}}, {{0.1, 2}, {359.9, 2.1}}, 1},
+             Case{"rising in a dead zone", kDeadZone, {{311, 0}, {314, 1}}, {{314.9, 2}, {315.1, 2.1}}, 1},
+             Case{"straight up in the overlap", kOverlap, {{300, 0}}, {{300.1, 2.5}, {299.9, 4.6}}, 0},
+             Case{"setting in the overlap",
+                  kOverlap,
+                  {{250, 0}, {253, 3}, {258, 6}, {266, 8}, {274, 6}, {282, 3}, {290, -1}, {298, -4}},
+                  {{300, -5.1}, {300.2, -4.9}},
+                  0},
+             Case{"a low pass that sets in the overlap",
+                  kOverlap,
+                  {{250, 0}, {253, 3}, {258, 4}, {266, 4}, {274, 3}, {282, 1}},
+                  {{283, 0}, {283.1, 0.2}},
+                  0},
+         }) {
+        SCOPED_TRACE(each.what);
+        Path path;
+        Direction antenna = follow(path, each.before, each.machine, each.before.front());
+        int turns = 0;
+        for (std::size_t n = 0; n < 10; ++n) {
+            const Direction now = follow(path, {each.jitter[n % each.jitter.size()]}, each.machine, antenna);
+            if (std::fabs(now.azimuth - antenna.azimuth) > 90) ++turns;
+            antenna = now;
+        }
+        EXPECT_LE(turns, each.turns);
+    }
+}
+
+TEST(Path, ThePassAfterIsChosenForOnceItRises) {
+    Path path;
+    Direction antenna = follow(path, {{280, 0}, {283, 2}, {289, 6}, {297, 3}, {303, -2}}, kOverlap, {280, 0});
+    expectAt(antenna, -57, 0); // it kept what it had
+    path.endPass();
+    // Parked far from there; it comes up again where it has set, and both positions hold the whole pass.
+    antenna = follow(path, {{302, -6.0}, {299, -5.5}, {296, -4.9}, {294, -4}}, kOverlap, {350, 0});
+    expectAt(antenna, 294, 0);
+}
+
 TEST(Path, WaitsAtTheEndAndTurnsRoundForGood) {
     Path path;
     Direction antenna = follow(path, {{350, 20}, {353, 20}, {359.9, 20}}, kFull, {350, 20});

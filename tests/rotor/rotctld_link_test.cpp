@@ -123,6 +123,13 @@ TEST_F(RotctldLink, StopForgetsTheTargetOfAClientAndOfTheUser) {
     EXPECT_TRUE(f().Timer1.Enabled);
 }
 
+TEST_F(RotctldLink, StopStopsWithFollowUntickedToo) {
+    const Peer peer = connect();
+    f().cmdAv.Click.fire();
+    EXPECT_EQ(ask(peer, "S"), "RPRT 0\n");
+    EXPECT_FALSE(f().Timer1.Enabled);
+}
+
 TEST_F(RotctldLink, AMoveEndsWithItsClient) {
     const Peer peer = following();
     EXPECT_EQ(ask(peer, "M 16 100"), "RPRT 0\n");

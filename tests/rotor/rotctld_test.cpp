@@ -176,10 +176,12 @@ TEST_F(Rotctld, WithoutFollowingATargetWaitsAndNothingTurns) {
 TEST_F(Rotctld, WhileAnotherSourceHoldsTheTargetNothingIsTaken) {
     const Peer peer = connect();
     sources.offer(lines, "1", "2");
-    for (const char* line : {"P 10 20", "M 2 10", "K", "S"})
+    for (const char* line : {"P 10 20", "M 2 10", "K"})
         EXPECT_EQ(ask(peer, line), "RPRT -11\n") << line;
-    EXPECT_EQ(target(), "1 2");
     EXPECT_THAT(commands.take(), IsEmpty());
+    EXPECT_EQ(ask(peer, "S"), "RPRT 0\n"); // a stop always stops
+    EXPECT_THAT(commands.take(), ElementsAre("halt"));
+    EXPECT_EQ(target(), "1 2");
     sources.pass(std::chrono::seconds(10));
     EXPECT_EQ(ask(peer, "P 10 20"), "RPRT 0\n");
     // Asking is a word, too: the client still holds the target 10 s after it has set it.

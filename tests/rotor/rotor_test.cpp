@@ -100,6 +100,10 @@ TEST_F(RotorTest, TheUserHasTheSay) {
     clock.advance(300);
     f().cmdAvMan.MouseDown.fire(); // refused
     f().cmdAvMan.MouseUp.fire();
+    EXPECT_TRUE(f().Timer1.Enabled);
+    f().notice.tell("");
+    f().cmdInd.Click.fire(); // refused too
+    EXPECT_TRUE(f().Timer1.Enabled);
     EXPECT_NE(f().notice.Caption.get().find("follows"), std::string::npos);
     f().cmdAltB.Click.fire(); // either Stop
     EXPECT_FALSE(runs());
@@ -117,8 +121,11 @@ TEST_F(RotorTest, TheUserHasTheSay) {
     f().cmdAv.Click.fire();
     clock.advance(1000);
     EXPECT_TRUE(f().Timer1.Enabled);
-    // An error stops following too.
+    // A Stop stops both engines, also those that the user runs.
+    f().cmdAvB.Click.fire();
     f().cmdAlt.Click.fire();
+    EXPECT_FALSE(runs());
+    // An error stops following too.
     follow();
     port.breakDown("no port");
     send(10, 10);
@@ -213,12 +220,18 @@ TEST_F(RotorTest, TheRangesHoldForEveryMotion) {
         f().cmdAlta.Click.fire();
         each.run.Click.fire();
         settle(60);
-        EXPECT_NEAR(each.position, each.end, 0.13);
-        each.run.Click.fire(); // at the end: not one step further
+        EXPECT_EQ(each.position, each.end); // a whole number of steps
+        each.run.Click.fire();              // at the end: not one step further
         const float stood = each.position;
         settle(1);
         EXPECT_EQ(each.position, stood);
     }
+    // A step that would leave the range is not made.
+    standAt(199.95F, 10.05F);
+    f().cmdAv.Click.fire();
+    f().cmdIndB.Click.fire();
+    settle(1);
+    expectAt(199.95, 10.05, 1e-4);
     // Outside the range, only the way back in is open.
     standAt(300, 0);
     f().cmdAv.Click.fire();
@@ -270,6 +283,42 @@ TEST_F(RotorTest, ParksPointsAndCalibrates) {
     EXPECT_FALSE(f().cmdUndoCalibrate.Enabled);
 }
 
+TEST_F(RotorTest, AGoalStaysInTheRangeAndGivesWayToATap) {
+    const auto park = [this](const char* range, const char* place) {
+        inDialog<form::FrmRotator>([&](form::FrmRotator& dialog) {
+            dialog.txtAzimuth.Text = range;
+            dialog.txtPark.Text = place;
+            dialog.cmdSaveRotator.Click.fire();
+        });
+        f().mnuRotator.Click.fire();
+    };
+    f().cmdPark.Click.fire();
+    clock.advance(400);
+    park("0..100", "50,0");
+    settle();
+    clock.advance(400);
+    expectAt(100, 0);
+    EXPECT_EQ(f().lblRotorState.Caption, "Parked");
+    f().cmdPark.Click.fire();
+    clock.advance(450);
+    f().cmdIndMan.MouseDown.fire();
+    clock.advance(50);
+    f().cmdIndMan.MouseUp.fire();
+    settle(2);
+    EXPECT_FALSE(runs());
+    EXPECT_GT(f().sngPosAz, 52); // short of the 50 where it was to park
+}
+
+TEST_F(RotorTest, ALineWithoutNumbersIsNoSilence) {
+    follow();
+    send(30, 10);
+    for (int n = 0; n < 4; ++n) {
+        clock.advance(5000);
+        tcp.send("SAT 0 0 --- ---\n");
+    }
+    EXPECT_EQ(f().lblSource.Caption, "Target: tracking server");
+}
+
 TEST_F(RotorTest, CoilsRestOnceBothAxesHaveStood) {
     f().hScrCmdOff.set(5);
     f().chkAutoCmdOff.userClick();
@@ -282,6 +331,15 @@ TEST_F(RotorTest, CoilsRestOnceBothAxesHaveStood) {
     send(11, 11);
     clock.advance(100);
     EXPECT_NE(port.data(), 0xFF);
+    settle();
+    follow(); // no longer
+    // The user's own motion counts as well, also one that is over before the next look.
+    f().cmdAv.Click.fire();
+    clock.advance(50);
+    f().cmdAlt.Click.fire();
+    EXPECT_NE(port.data(), 0xFF);
+    clock.advance(5400);
+    EXPECT_EQ(port.data(), 0xFF);
 
     use("hold-elevation", "yes");
     restart();
@@ -309,6 +367,16 @@ TEST_F(RotorTest, ParksAfterAPassWhereThatIsWanted) {
     send(21, -4); // the next pass
     settle();
     expectAt(21, 0);
+    // A target that jitters where following ends does not keep it from parking.
+    for (const double elevation : {6.0, 1.0, -4.9, -5.05, -4.98, -5.03, -4.95, -5.2, -5.6}) {
+        send(20, elevation);
+        clock.advance(1000);
+    }
+    for (int n = 0; n < 20; ++n) {
+        send(20, n % 2 == 0 ? -5.45 : -5.6);
+        clock.advance(1000);
+    }
+    expectAt(100, 0);
 }
 
 TEST_F(RotorTest, InvalidSettingsAreNamedAndTheDialogRefusesThem) {

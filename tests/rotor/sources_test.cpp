@@ -61,7 +61,10 @@ TEST_F(SourcesTest, ACommandStandsAndALinkHoldsWhileItIsOpen) {
     commands_.there_ = false;
     sources_->pass(1h);
     EXPECT_EQ(sources_->target(), (Direction{50, 60}));
-    sends(link_, "1", "2"); // the silent one has to give way
+    sends(link_, "1", "2"); // a command does not give way
+    EXPECT_EQ(holder(), "commands");
+    sources_->forget();
+    sends(link_, "1", "2");
     sources_->pass(1h);
     sends(lines_, "3", "4");
     EXPECT_EQ(holder(), "link");
@@ -87,6 +90,11 @@ TEST_F(SourcesTest, OffsetsAreAddedAndNoTargetComesFromNoNumber) {
     EXPECT_THROW(sends(lines_, "12.5", "x"), runtime::RunTimeError);
     EXPECT_EQ(sources_->target(), (Direction{14, 6.75}));
     EXPECT_EQ(f().lblRealAz.Caption, "12.5");
+    for (const auto& [azimuth, elevation] :
+         {std::pair("1e30", "7"), {"-730", "7"}, {"12", "999"}, {"12", "-181"}}) {
+        sends(lines_, azimuth, elevation);
+        EXPECT_EQ(sources_->target(), (Direction{14, 6.75})) << azimuth << " " << elevation;
+    }
 }
 
 } // namespace
