@@ -98,6 +98,9 @@ void layOut(Dialog& window, form::FrmHiResMem& form, const form::Form1& main, fo
     notice->setTone(CaptionLabel::Tone::Quiet);
     all->addWidget(notice);
     window.resize(1060, 560);
+    // Enter confirms an entry, and presses nothing.
+    for (QPushButton* button : window.findChildren<QPushButton*>())
+        button->setAutoDefault(false);
 
     const auto key = [&window](const QKeySequence& keys, QWidget* where, form::Button& button) {
         auto* shortcut = new QShortcut(keys, where, nullptr, nullptr,
