@@ -42,6 +42,7 @@ Rotor::Rotor(form::Form1& form, engine::Motion& motion, engine::OutputPorts& out
 }
 
 void Rotor::use(const RotorSettings& settings) {
+    if (settings.holdElevation != settings_.holdElevation) coilsRest_ = false;
     settings_ = settings;
     sources_.setSilence(std::chrono::seconds(settings.silence));
     // Another range may offer another way.

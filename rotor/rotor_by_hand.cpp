@@ -6,6 +6,10 @@
 /// What the user, or a program elsewhere, has the antenna do without a target.
 namespace rotor {
 
+namespace {
+constexpr double kSame = 0.01; // degrees of arc
+} // namespace
+
 void Rotor::cmdPark_Click() {
     form_.chkRotOnOff.Value = 0;
     park();
@@ -27,7 +31,12 @@ void Rotor::cmdPoint_Click() {
                                runtime::parseNumber(form_.txtPointEl.Text.get())};
         Path path;
         path.take(wanted, position(), machine());
-        startTurning({path.aim(settings_.ranges), false});
+        const Direction place = path.aim(settings_.ranges);
+        if (arc(place, wanted) > kSame) {
+            form_.notice.tell("This direction is outside the range of the rotator");
+            return;
+        }
+        startTurning({place, false});
     } catch (const runtime::RunTimeError&) {
         form_.notice.tell("Type azimuth and elevation in degrees, such as 180 and 12.5");
     }
@@ -45,7 +54,6 @@ void Rotor::cmdCalibrate_Click() {
     Path path;
     path.take(*sources_.target(), position(), machine());
     const Direction place = path.aim(settings_.ranges);
-    constexpr double kSame = 0.01; // degrees
     if (arc(place, *sources_.target()) > kSame) {
         form_.notice.tell("The target is outside the range of the machine: nothing is calibrated");
         return;

@@ -3,6 +3,7 @@
 #include "runtime/errors.h"
 #include "runtime/number.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -139,6 +140,12 @@ RotorSettings readRotorSettings(const platform::Settings& file, std::string& fau
         if (text == texts.end() || field.take(settings, text->second)) continue;
         faults += std::string("[") + kRotorSection + "] " + field.name + ": \"" + text->second +
                   "\" is not " + field.shape + ". The default is used.\n";
+    }
+    if (const auto fault = faultOf(settings)) {
+        faults += std::string("[") + kRotorSection + "] " + *fault + ". The nearest end is used.\n";
+        settings.park = {
+            std::clamp(settings.park.azimuth, settings.ranges.azimuthMin, settings.ranges.azimuthMax),
+            std::clamp(settings.park.elevation, settings.ranges.elevationMin, settings.ranges.elevationMax)};
     }
     return settings;
 }

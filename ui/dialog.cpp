@@ -3,6 +3,7 @@
 #include "ui/card.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 
 namespace ui {
 
@@ -52,6 +53,11 @@ void Dialog::showEvent(QShowEvent* event) {
     // Only a button that is in its dialog can become the default one.
     if (default_) default_->setDefault(true);
     QDialog::showEvent(event);
+}
+
+void Dialog::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && onEscape) onEscape();
+    QDialog::keyPressEvent(event);
 }
 
 void Dialog::reject() {

@@ -28,7 +28,11 @@ class Dialog : public QDialog {
 
     void reject() override;
 
+    /// Runs when Esc is pressed in this window, before the dialog is cancelled.
+    std::function<void()> onEscape;
+
   protected:
+    void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
   private:

@@ -236,6 +236,10 @@ void MainWindow::showBeside(form::Form& form) {
 
 void MainWindow::showModal(form::Form& form) {
     Dialog dialog(form, redraw_, this);
+    // The dialog covers the Stop buttons; Esc stops the engines here too.
+    dialog.onEscape = [this] {
+        if (!form_.cmdOff.Enabled) stopBoth();
+    };
     if (auto* position = dynamic_cast<form::FrmInsPosition*>(&form)) {
         layOut(dialog, *position);
         dialog.move(frameGeometry().topLeft() + newValuePlace(position->atEngineB));

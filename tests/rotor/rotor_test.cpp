@@ -264,6 +264,11 @@ TEST_F(RotorTest, ParksPointsAndCalibrates) {
     f().cmdPoint.Click.fire();
     EXPECT_FALSE(runs());
     EXPECT_NE(f().notice.Caption, "");
+    f().txtPointEl.Text = "-30";
+    f().txtPointAz.Text = "100";
+    f().cmdPoint.Click.fire();
+    EXPECT_FALSE(runs());
+    EXPECT_EQ(f().notice.Caption, "This direction is outside the range of the rotator");
     // The user's own motion takes the antenna away from its way.
     f().cmdPark.Click.fire();
     clock.advance(400);
