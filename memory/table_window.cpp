@@ -40,8 +40,8 @@ TableWindow::TableWindow(form::Form1& main, form::Boxes& boxes, config::RecordFi
     window_.grid.Pasted.attach([this](const std::string& text) { pasted(text); });
     window_.cmdTableAdd.Click.attach([this] { cmdTableAdd_Click(); });
     window_.cmdTableDelete.Click.attach([this] { erase(); });
-    window_.cmdTableUndo.Click.attach([this] { undo(); });
-    window_.cmdTableRedo.Click.attach([this] { redo(); });
+    window_.cmdTableUndo.Click.attach([this] { goBack(undo_, redo_, "Taken back"); });
+    window_.cmdTableRedo.Click.attach([this] { goBack(redo_, undo_, "Made again"); });
     window_.cmdTableImport.Click.attach([this] { import(); });
     window_.cmdTableExport.Click.attach([this] { exportTable(); });
     window_.cmdTableReset.Click.attach([this] { reset(); });
@@ -165,24 +165,14 @@ void TableWindow::erase() {
     change(std::move(table), gone == 1 ? "1 entry deleted" : std::to_string(gone) + " entries deleted");
 }
 
-void TableWindow::undo() {
-    if (undo_.empty()) return;
+void TableWindow::goBack(std::vector<Table>& from, std::vector<Table>& to, const char* said) {
+    if (from.empty()) return;
     Table now = main_.hiResMem;
-    if (!put(undo_.back())) return;
-    undo_.pop_back();
-    redo_.push_back(std::move(now));
+    if (!put(from.back())) return;
+    from.pop_back();
+    to.push_back(std::move(now));
     show();
-    say("Taken back");
-}
-
-void TableWindow::redo() {
-    if (redo_.empty()) return;
-    Table now = main_.hiResMem;
-    if (!put(redo_.back())) return;
-    redo_.pop_back();
-    undo_.push_back(std::move(now));
-    show();
-    say("Made again");
+    say(said);
 }
 
 std::string TableWindow::readFile(const std::filesystem::path& path) {

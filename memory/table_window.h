@@ -49,8 +49,8 @@ class TableWindow {
     void edited(int row, int column, const std::string& text);
     void pasted(const std::string& text);
     void erase();
-    void undo();
-    void redo();
+    /// Takes the latest table of `from`; the present one goes to `to`.
+    void goBack(std::vector<Table>& from, std::vector<Table>& to, const char* said);
     void import();
     void exportTable();
     void reset();
