@@ -46,7 +46,7 @@ class Outside {
     /// Locks the folder and opens the devices. Needs neither an event loop nor a display. `notify` is called
     /// with messages for the user, from any thread. Throws runtime::ObjectError or FileError, naming what was
     /// refused. Destroy it before the toolkit's application.
-    static std::unique_ptr<Outside> open(const Options& options, Tell notify);
+    static std::unique_ptr<Outside> open(const Options& options, const Tell& notify);
 
     virtual ~Outside() = default;
     /// The folder of "save.cfg"; absolute.

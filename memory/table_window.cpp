@@ -93,8 +93,7 @@ void TableWindow::cmdTableAdd_Click() {
             } else {
                 const std::size_t row = memory::put(table, entry);
                 window_.grid.Row.load(static_cast<int>(row));
-                change(std::move(table),
-                       megahertzText(entry.megahertz) + (replaces ? " replaced" : " added"));
+                change(table, megahertzText(entry.megahertz) + (replaces ? " replaced" : " added"));
                 return;
             }
         }
@@ -132,7 +131,7 @@ void TableWindow::edited(int row, int column, const std::string& text) {
         if (const std::string fault = faultOf(entry); !fault.empty()) return say("Not changed: " + fault);
         if (table.size() == form::kTableEntriesMax) return say("Not added: the table is full");
         window_.grid.Row.load(static_cast<int>(memory::put(table, entry)));
-        change(std::move(table), megahertzText(entry.megahertz) + (isNew ? " added" : " changed"));
+        change(table, megahertzText(entry.megahertz) + (isNew ? " added" : " changed"));
     } catch (const runtime::RunTimeError&) {
         say("\"" + text + "\" is not a number");
     }
@@ -162,7 +161,7 @@ void TableWindow::erase() {
     const std::size_t gone = main_.hiResMem.size() - table.size();
     if (gone == 0) return say("Mark the rows to delete first");
     window_.grid.Row.load(-1);
-    change(std::move(table), gone == 1 ? "1 entry deleted" : std::to_string(gone) + " entries deleted");
+    change(table, gone == 1 ? "1 entry deleted" : std::to_string(gone) + " entries deleted");
 }
 
 void TableWindow::goBack(std::vector<Table>& from, std::vector<Table>& to, const char* said) {
@@ -206,9 +205,9 @@ void TableWindow::import() {
     const auto path = boxes_.openFile(kTextFiles);
     if (!path) return;
     try {
-        Table table = readTable(readFile(*path));
+        const Table table = readTable(readFile(*path));
         const std::string count = std::to_string(table.size());
-        change(std::move(table), count + " entries imported");
+        change(table, count + " entries imported");
     } catch (const TableTextError& error) {
         say(std::string("Not imported: ") + error.what());
     } catch (const runtime::FileError& error) {
@@ -249,7 +248,7 @@ void TableWindow::enterLeastMove() {
     window_.txtLeastMove.Text = std::to_string(main_.tuner.leastMove);
 }
 
-bool TableWindow::change(Table table, const std::string& what) {
+bool TableWindow::change(const Table& table, const std::string& what) {
     Table before = main_.hiResMem;
     if (!put(table)) return false;
     undo_.push_back(std::move(before));

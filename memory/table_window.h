@@ -59,7 +59,7 @@ class TableWindow {
     form::TableEntry newEntry(double megahertz) const;
     std::string faultOfAdding() const;
     /// Makes a change that can be undone. False when it could not be stored.
-    bool change(Table table, const std::string& what);
+    bool change(const Table& table, const std::string& what);
     std::string readFile(const std::filesystem::path& path);
     /// Stores and shows a table. False, after a notice, when it could not be stored.
     bool put(const Table& table);

@@ -181,6 +181,6 @@ class Outside : public app::Outside {
 
 } // namespace linux_ports
 
-std::unique_ptr<app::Outside> app::Outside::open(const Options& options, Tell notify) {
+std::unique_ptr<app::Outside> app::Outside::open(const Options& options, const Tell& notify) {
     return std::make_unique<linux_ports::Outside>(options, notify);
 }

@@ -23,7 +23,7 @@ class Page : public QTextBrowser {
     QVariant loadResource(int type, const QUrl& name) override {
         static const QRegularExpression drawing("<svg.*?</svg>",
                                                 QRegularExpression::DotMatchesEverythingOption);
-        const QVariant resource = QTextBrowser::loadResource(type, name);
+        QVariant resource = QTextBrowser::loadResource(type, name);
         if (type != QTextDocument::HtmlResource) return resource;
         return QString::fromUtf8(resource.toByteArray()).remove(drawing);
     }
