@@ -180,7 +180,7 @@ void Rigctld::finish() {
     tell(next_);
 }
 
-void Rigctld::tell(RigReading reading) {
+void Rigctld::tell(const RigReading& reading) {
     if (std::exchange(reading_, reading) != reading) told_(reading);
 }
 

@@ -45,7 +45,7 @@ class Rigctld {
     void answeredSplit(const std::string& line, bool refused);
     void askTransmitting();
     void finish();
-    void tell(RigReading reading);
+    void tell(const RigReading& reading);
 
     platform::TcpClients& clients_;
     const std::string host_;

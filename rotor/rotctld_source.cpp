@@ -39,7 +39,7 @@ Result Source::point(const Direction& target) {
 }
 
 bool Source::mayTurn() const {
-    return commands_.following() && sources_.free(*this);
+    return commands_.following() && sources_.isFreeFor(*this);
 }
 
 void Source::forget() {

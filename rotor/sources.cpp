@@ -29,12 +29,12 @@ bool Sources::silent() const {
     return sinceHeard_ >= silence_;
 }
 
-bool Sources::free(const TrackingSource& source) const {
+bool Sources::isFreeFor(const TrackingSource& source) const {
     return !holder_ || holder_ == &source || silent();
 }
 
 void Sources::complete(const TrackingSource& source) {
-    if (!free(source)) return;
+    if (!isFreeFor(source)) return;
     Direction target;
     try {
         target = {runtime::parseNumber(form_.lblAzRx.Caption.get()),
@@ -51,7 +51,7 @@ void Sources::complete(const TrackingSource& source) {
 }
 
 bool Sources::offer(const TrackingSource& source, const std::string& azimuth, const std::string& elevation) {
-    if (!free(source)) return false;
+    if (!isFreeFor(source)) return false;
     showReceived(form_, azimuth, elevation);
     form_.lblRealAz.Caption = azimuth;
     form_.lblRealEl.Caption = elevation;

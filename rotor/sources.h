@@ -59,7 +59,7 @@ class Sources {
     bool anyThere() const;
 
     /// Whether a target from this source would be accepted now.
-    bool free(const TrackingSource& source) const;
+    bool isFreeFor(const TrackingSource& source) const;
     /// The labels lblAzRx and lblElRx hold a new complete target from this source, offsets added; they show
     /// the last target received from any source. The target is accepted unless another source holds the
     /// target, and ignored if a label is not a number or the

@@ -45,7 +45,7 @@ TEST_F(SourcesTest, TheFirstHoldsTheTargetUntilItIsSilent) {
     sends(lines_, "10", "20");  // the same values are no silence
     sources_->pass(9999ms);
     EXPECT_FALSE(sources_->lost());
-    EXPECT_FALSE(sources_->free(commands_));
+    EXPECT_FALSE(sources_->isFreeFor(commands_));
     sources_->pass(1ms);
     EXPECT_TRUE(sources_->lost());
     EXPECT_EQ(sources_->target(), std::nullopt);
