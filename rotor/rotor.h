@@ -44,7 +44,6 @@ class Rotor : public RotorCommands {
     void cmdUndoCalibrate_Click();
 
     Direction position() const override;
-    Ranges ranges() const override { return settings_.ranges; }
     bool following() const override { return form_.chkRotOnOff.ticked(); }
     void turn(Axis axis, int direction, bool fast) override;
     void halt() override;

@@ -12,7 +12,6 @@ class RotorCommands {
     virtual ~RotorCommands() = default;
     /// The antenna's position; the offsets are not subtracted.
     virtual Direction position() const = 0;
-    virtual Ranges ranges() const = 0;
     /// Whether Follow (chkRotOnOff) is ticked. If not, the commands below do not move the antenna.
     virtual bool following() const = 0;
     /// Turns an axis until halt or an end of the range. `direction` is form::kForward or form::kBackward.

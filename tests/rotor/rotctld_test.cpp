@@ -28,7 +28,6 @@ struct LineServer : rotor::TrackingSource {
 /// The rotor's side, as a list of what it was told.
 struct Commands : rotor::RotorCommands {
     Direction position() const override { return at; }
-    rotor::Ranges ranges() const override { return {-90, 360, 0, 180}; }
     bool following() const override { return ticked; }
     void turn(rotor::Axis axis, int direction, bool fast) override {
         if (broken) throw runtime::ObjectError("the port has gone");
