@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <fcntl.h>
 #include <spawn.h>
 #include <stdexcept>
 #include <string_view>
@@ -43,10 +44,16 @@ void send(int port, const std::string& datagram) {
                  sizeof name);
 }
 
+/// Whoever connects before the process serves is kept waiting, not refused.
+int listeningSocket(int port) {
+    const int fd = boundSocket(SOCK_STREAM, port);
+    ::listen(fd, 1);
+    ::fcntl(fd, F_SETFD, 0); // the process inherits it
+    return fd;
+}
+
 /// Greets whoever connects, and then says the same again and again.
-void serve(int port, std::string_view greeting, const std::string& words) {
-    const int listener = boundSocket(SOCK_STREAM, port);
-    ::listen(listener, 1);
+void serve(int listener, std::string_view greeting, const std::string& words) {
     for (;;) {
         const int fd = ::accept(listener, nullptr, nullptr);
         const int little = 1 << 14; // what is under way when the flood stops is soon taken
@@ -74,10 +81,14 @@ std::string manyTimes(std::string_view line) {
 } // namespace
 
 Flood::Flood(const std::string& kind, int port) {
-    std::string program = "/proc/self/exe", mode = "pour", name = kind, number = std::to_string(port);
+    const bool serves = kind == "tracking" || kind == "blanks" || kind == "bridge";
+    const int listener = serves ? listeningSocket(port) : -1;
+    std::string program = "/proc/self/exe", mode = "pour", name = kind,
+                number = std::to_string(serves ? listener : port);
     std::array<char*, 5> arguments = {program.data(), mode.data(), name.data(), number.data(), nullptr};
     if (::posix_spawn(&process_, program.c_str(), nullptr, nullptr, arguments.data(), environ) != 0)
         throw std::runtime_error("no process for " + kind);
+    if (serves) ::close(listener);
     stop();
 }
 
@@ -94,15 +105,16 @@ void Flood::stop() {
     ::kill(process_, SIGSTOP);
 }
 
-void pour(const std::string& kind, int port) {
+void pour(const std::string& kind, int portOrListener) {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     const std::string contact = "<RadioInfo><RadioNr>1</RadioNr><TXFreq>1402500</TXFreq></RadioInfo>";
-    if (kind == "datagrams") send(port, contact);
-    if (kind == "long datagrams") send(port, std::string(60000, ' ') + contact);
-    if (kind == "tracking") serve(port, "\n", manyTimes("ISS AZ123.4 EL45.6 MORE\r\n"));
-    if (kind == "blanks") serve(port, "\n", "ISS AZ123.4 EL45.6" + std::string(60000, ' ') + '\n');
+    if (kind == "datagrams") send(portOrListener, contact);
+    if (kind == "long datagrams") send(portOrListener, std::string(60000, ' ') + contact);
+    if (kind == "tracking") serve(portOrListener, "\n", manyTimes("ISS AZ123.4 EL45.6 MORE\r\n"));
+    if (kind == "blanks") serve(portOrListener, "\n", "ISS AZ123.4 EL45.6" + std::string(60000, ' ') + '\n');
     if (kind == "bridge")
-        serve(port, "hello 1 bench 1\nopened 1\n", manyTimes("changed 1 14200000\nchanged 1 14200001\n"));
+        serve(portOrListener, "hello 1 bench 1\nopened 1\n",
+              manyTimes("changed 1 14200000\nchanged 1 14200001\n"));
     throw std::runtime_error("no such flood: " + kind);
 }
 

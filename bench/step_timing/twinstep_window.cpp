@@ -1,7 +1,6 @@
 #include "config/record_file.h"
 #include "config/records.h"
 #include "platform/linux/realtime.h"
-#include "platform/linux/storage.h"
 #include "platform/linux/timers.h"
 #include "platform/qt/fd_watcher.h"
 #include "platform/qt/realtime_kit.h"
@@ -30,10 +29,9 @@ constexpr float kStepsPerUnit = kStepsPerTurn / kUnitsPerTurn;
 /// Until the window has drawn itself for the first time.
 constexpr auto kSettled = std::chrono::milliseconds(700);
 
-void writeSettings(const std::filesystem::path& folder) {
+void writeSettings(platform::Storage& storage, const std::filesystem::path& folder) {
     namespace record = config::record;
-    linux_ports::Storage disk;
-    config::RecordFile(disk, folder / "save.cfg")
+    config::RecordFile(storage, folder / "save.cfg")
         .write({config::integerRecord(record::kStepsA, kStepsPerTurn),
                 config::integerRecord(record::kStepsB, kStepsPerTurn),
                 config::singleRecord(record::kUnitsA, kUnitsPerTurn),
@@ -71,7 +69,6 @@ void runLoop(std::chrono::milliseconds duration) {
 
 Round twinstepWindow(std::chrono::seconds duration, Scheduling scheduling,
                      const std::filesystem::path& folder) {
-    writeSettings(folder);
     const auto start = trace::TraceFile::Clock::now();
     trace::TraceFile file(folder / "trace", start, [](const std::string& why) { std::cerr << why << '\n'; });
     qt_ports::FdWatcher watcher;
@@ -85,6 +82,7 @@ Round twinstepWindow(std::chrono::seconds duration, Scheduling scheduling,
     }
     linux_ports::Timers timers(watcher);
     SimulatedOutside outside;
+    writeSettings(outside.storage, folder);
     trace::TracedPrinterPort port(outside.port, file);
     app::Ports ports = outside.ports();
     ports.printer = port;
