@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <span>
 
 namespace config {
 
@@ -26,6 +27,37 @@ std::optional<Number> number(std::string_view text, int base = 10) {
     return value;
 }
 
+constexpr std::string_view kSerialBoard = "firmata:", kGpio = "gpio:";
+constexpr int kFirstPin = 2, kLastPin = 127, kLastLine = 1023;
+constexpr int kUsualBaud = 57600, kLowestBaud = 9600, kHighestBaud = 1'000'000;
+
+/// Eight different numbers from `lowest` to `highest`, with commas between.
+std::optional<std::array<int, kOutputs>> outputNumbers(std::string_view text, int lowest, int highest) {
+    std::array<int, kOutputs> numbers{};
+    for (std::size_t output = 0; output < kOutputs; ++output) {
+        const auto comma = output + 1 < kOutputs ? text.find(',') : text.size();
+        if (comma == std::string_view::npos) return std::nullopt;
+        const auto value = number<unsigned>(text.substr(0, comma));
+        if (!value || *value < static_cast<unsigned>(lowest) || *value > static_cast<unsigned>(highest))
+            return std::nullopt;
+        const auto before = std::span(numbers).first(output);
+        if (std::ranges::find(before, static_cast<int>(*value)) != before.end()) return std::nullopt;
+        numbers.at(output) = static_cast<int>(*value);
+        text.remove_prefix(std::min(comma + 1, text.size()));
+    }
+    return numbers;
+}
+
+/// Cuts what follows the last colon off, if it has only these characters.
+std::optional<std::string_view> cutTail(std::string_view& text, std::string_view characters) {
+    const auto colon = text.rfind(':');
+    if (colon == std::string_view::npos) return std::nullopt;
+    const std::string_view tail = text.substr(colon + 1);
+    if (tail.find_first_not_of(characters) != std::string_view::npos) return std::nullopt;
+    text = text.substr(0, colon);
+    return tail;
+}
+
 bool isHost(std::string_view text) {
     const auto belongs = [](unsigned char letter) { return letter > ' ' && letter != 0x7F; };
     return !text.empty() && text.size() <= kLongestHost && std::ranges::all_of(text, belongs);
@@ -36,11 +68,26 @@ std::string quoted(const std::string& text) {
 }
 
 std::optional<std::string> faultOfPort(const std::string& text) {
-    if (text == kAutomatic || text == kSimulated || text.starts_with('/') || ioAddress(text))
+    if (text == kAutomatic || text == kSimulated || text.starts_with('/') || ioAddress(text) ||
+        serialBoard(text) || gpioLines(text))
         return std::nullopt;
+    if (text.starts_with(kSerialBoard)) {
+        return quoted(text) +
+               " is not firmata:DEVICE or firmata:DEVICE:PINS, such as firmata:/dev/ttyACM0:" + kUsualPins +
+               " (eight different pins from 2 to 127)";
+    }
+    if (text.starts_with(kGpio)) {
+        return quoted(text) + " is not gpio:CHIP or gpio:CHIP:LINES, such as gpio:gpiochip0:" + kUsualLines +
+               " (eight different lines)";
+    }
     return quoted(text) + " is neither \"auto\" nor \"simulated\" nor a device such as /dev/parport0 nor an "
                           "I/O address such "
-                          "as 0x378 (0x100 to 0xFFF0, a multiple of 4)";
+                          "as 0x378 (0x100 to 0xFFF0, a multiple of 4) nor firmata:DEVICE nor gpio:CHIP";
+}
+
+std::optional<std::string> faultOfCoilsOn(const std::string& text) {
+    if (text == kAutomatic || text == kLow || text == kHigh) return std::nullopt;
+    return quoted(text) + " is neither \"low\" nor \"high\" nor \"auto\"";
 }
 
 std::optional<std::string> faultOfUsb(const std::string& text) {
@@ -78,8 +125,9 @@ std::optional<std::string> faultOfAllowed(const std::string& text) {
 
 } // namespace
 
-const std::array<HardwareField, 8> kHardwareFields = {{
+const std::array<HardwareField, 9> kHardwareFields = {{
     {"port", &HardwareSettings::port, faultOfPort},
+    {"coils-on", &HardwareSettings::coilsOn, faultOfCoilsOn},
     {"usb", &HardwareSettings::usb, faultOfUsb},
     {"n1mm-listen", &HardwareSettings::n1mmListen, faultOfListenAddress},
     {"tracking-server", &HardwareSettings::trackingServer, faultOfHost},
@@ -95,6 +143,29 @@ std::optional<std::uint16_t> ioAddress(std::string_view port) {
     if (!address || *address < kLowestIoAddress || *address > kHighestIoAddress || *address % kRegisters != 0)
         return std::nullopt;
     return address;
+}
+
+std::optional<SerialBoard> serialBoard(std::string_view port) {
+    if (!port.starts_with(kSerialBoard)) return std::nullopt;
+    port.remove_prefix(kSerialBoard.size());
+    const auto baudText = cutTail(port, "0123456789");
+    const auto baud = baudText ? number<int>(*baudText) : kUsualBaud;
+    const auto pins = outputNumbers(cutTail(port, "0123456789,").value_or(kUsualPins), kFirstPin, kLastPin);
+    if (port.empty() || !pins || !baud || *baud < kLowestBaud || *baud > kHighestBaud) return std::nullopt;
+    return SerialBoard{std::string(port), *pins, *baud};
+}
+
+std::optional<GpioLines> gpioLines(std::string_view port) {
+    if (!port.starts_with(kGpio)) return std::nullopt;
+    port.remove_prefix(kGpio.size());
+    const auto lines = outputNumbers(cutTail(port, "0123456789,").value_or(kUsualLines), 0, kLastLine);
+    if (port.empty() || port.find_first_of("/:") != std::string_view::npos || !lines) return std::nullopt;
+    return GpioLines{std::string(port), *lines};
+}
+
+bool coilsOnHigh(const HardwareSettings& settings) {
+    if (settings.coilsOn != kAutomatic) return settings.coilsOn == kHigh;
+    return settings.port.starts_with(kSerialBoard) || settings.port.starts_with(kGpio);
 }
 
 std::optional<int> cardAddress(std::string_view usb) {

@@ -3,6 +3,7 @@
 #include "platform/hardware.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -16,10 +17,43 @@ inline constexpr const char* kAutomatic = "auto";
 inline constexpr const char* kSimulated = "simulated";
 inline constexpr const char* kNone = "none";
 inline constexpr const char* kOff = "off";
+inline constexpr const char* kLow = "low";
+inline constexpr const char* kHigh = "high";
 
 /// The I/O address in a port setting such as "0x378": 0x100 to 0xFFF0, a multiple of 4. Empty for any other
 /// text.
 std::optional<std::uint16_t> ioAddress(std::string_view port);
+
+inline constexpr std::size_t kOutputs = 8;
+
+/// An Arduino with StandardFirmata.
+struct SerialBoard {
+    std::string device;             // "/dev/ttyACM0", "COM3"
+    std::array<int, kOutputs> pins; // of outputs 1 to 8; 2 to 127, as 0 and 1 are the serial line
+    int baud;                       // 9600 to 1000000
+    bool operator==(const SerialBoard&) const = default;
+};
+inline constexpr const char* kUsualPins = "2,3,4,5,6,7,8,9";
+
+/// The parts of "firmata:DEVICE[:PINS][:BAUD]", PINS eight numbers with commas between; without them,
+/// kUsualPins and 57600, which the sketch sets. Empty for any other text.
+std::optional<SerialBoard> serialBoard(std::string_view port);
+
+/// Lines of a GPIO chip of the kernel.
+struct GpioLines {
+    std::string chip;                // "gpiochip0"
+    std::array<int, kOutputs> lines; // of outputs 1 to 8; 0 to 1023
+    bool operator==(const GpioLines&) const = default;
+};
+/// Of a Raspberry Pi, on whose header they stand together; all are pulled to 0 until a program uses them.
+inline constexpr const char* kUsualLines = "17,27,22,23,24,25,16,26";
+
+/// The parts of "gpio:CHIP[:LINES]"; without LINES, kUsualLines. Empty for any other text.
+std::optional<GpioLines> gpioLines(std::string_view port);
+
+/// Whether a 1 energises a coil. `coilsOn` as in platform::HardwareSettings; without a choice there, a 1 does
+/// at a board and at lines, a 0 at a printer port.
+bool coilsOnHigh(const platform::HardwareSettings& settings);
 
 /// The card address, 0 to 3, in "k8055" (0) or "k8055:N"; empty for any other text.
 std::optional<int> cardAddress(std::string_view usb);
@@ -55,7 +89,7 @@ struct HardwareField {
     std::optional<std::string> (*fault)(const std::string& text);
 };
 
-extern const std::array<HardwareField, 8> kHardwareFields;
+extern const std::array<HardwareField, 9> kHardwareFields;
 
 /// The first fault of the settings, preceded by the setting's name: "n1mm-listen: ...". Also reports settings
 /// that do not go together.

@@ -9,7 +9,7 @@ source scripts/build.sh
 need_packages "${fuzz_packages[@]}"
 build_preset fuzz
 
-for target in datagram tracking record_file bridge_client bridge_session rotctld rigctld; do
+for target in datagram tracking record_file bridge_client bridge_session rotctld rigctld firmata; do
     echo "--- $target"
     corpus=build/fuzz/corpus/$target
     mkdir -p "$corpus"

@@ -7,9 +7,11 @@ namespace platform {
 
 /// The user's choice of devices and links, in the form of the command line.
 struct HardwareSettings {
-    /// "simulated", a device "/dev/parportN", an I/O address "0x378", or "auto": /dev/parport0 where it can
-    /// be claimed, else simulated.
+    /// "simulated", a device "/dev/parportN", an I/O address "0x378", "firmata:DEVICE[:PINS][:BAUD]",
+    /// "gpio:CHIP[:LINES]", or "auto": /dev/parport0 where it can be claimed, else simulated.
     std::string port = "auto";
+    /// The level that energises a coil: "low" or "high", or "auto": the usual one of the port.
+    std::string coilsOn = "auto";
     std::string usb = "none"; // or "simulated", or "k8055:0" to "k8055:3"
     std::string n1mmListen = "127.0.0.1";
     std::string trackingServer = "127.0.0.1"; // host name or address

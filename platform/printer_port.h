@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace platform {
 
 /// The data register of a PC printer port, or a device that replaces it: eight outputs, changed one at a
@@ -15,6 +17,8 @@ class PrinterPort {
     virtual void endPattern() = 0;
     /// Whether the device has output the last pattern for the outputs in `mask`; always true for a register.
     virtual bool taken(int mask) = 0;
+    /// The reason, for the user, why no engine may start yet, while a device starts; else empty.
+    virtual std::string notReady() { return {}; }
 };
 
 } // namespace platform

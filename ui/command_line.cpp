@@ -34,9 +34,15 @@ struct Words {
                                                    "entry in the desktop's menu does so."};
     const QCommandLineOption port{
         "port",
-        "Where the outputs go: simulated, a printer port /dev/parportN, an I/O address such as 0x378, or "
-        "auto (default: auto, which is /dev/parport0 where it can be claimed, else simulated).",
+        "Where the outputs go: simulated, a printer port /dev/parportN, an I/O address such as 0x378, an "
+        "Arduino firmata:DEVICE[:PINS][:BAUD], pins gpio:CHIP[:LINES], or auto (default: auto, which is "
+        "/dev/parport0 where it can be claimed, else simulated).",
         "PORT"};
+    const QCommandLineOption coilsOn{
+        "coils-on",
+        "The level that energises a coil: low, high, or auto (default: auto, which is high for Arduino and "
+        "pins, else low).",
+        "LEVEL"};
     const QCommandLineOption usb{
         "usb",
         "USB board: none, k8055 or k8055:0 to k8055:3, or simulated, which is always found (default: none).",
@@ -73,8 +79,8 @@ struct Words {
     const QCommandLineOption help{"help", "Show this help."};
 
     QList<QCommandLineOption> all() const {
-        return {directory, userData, port,    usb,     trace,        realtime, listen,
-                server,    bridge,   rigctld, rotctld, rotctldAllow, version,  help};
+        return {directory, userData, port,    coilsOn, usb,          trace,   realtime, listen,
+                server,    bridge,   rigctld, rotctld, rotctldAllow, version, help};
     }
 };
 

@@ -16,8 +16,37 @@ TEST(HardwareSettings, TextsAreReadOrRefused) {
     };
     const Case cases[] = {
         {"port",
-         {"auto", "simulated", "/dev/parport0", "0x378", "0X3bc", "0xFFF0", "0XdFf8"},
-         {"", "parport0", "0x", "0x37", "0x379", "0x10378", "0x-378", "888", "0x378 ", "0x37g", "0xFFF4"}},
+         {"auto", "simulated", "/dev/parport0", "0x378", "0X3bc", "0xFFF0", "0XdFf8", "firmata:/dev/ttyACM0",
+          "firmata:COM3:22,23,24,25,26,27,28,127", "firmata:/dev/ttyUSB0:115200",
+          "firmata:/dev/serial/by-path/pci-0000:00:14.0-usb-0:2:1.0:2,3,4,5,6,7,8,9:9600", "gpio:gpiochip4",
+          "gpio:gpiochip0:0,1,2,3,4,5,6,1023"},
+         {"",
+          "parport0",
+          "0x",
+          "0x37",
+          "0x379",
+          "0x10378",
+          "0x-378",
+          "888",
+          "0x378 ",
+          "0x37g",
+          "0xFFF4",
+          "firmata:",
+          "firmata::2,3,4,5,6,7,8,9",
+          "firmata:/dev/ttyACM0:2,3,4,5,6,7,8",
+          "firmata:/dev/ttyACM0:2,3,4,5,6,7,8,9,10",
+          "firmata:/dev/ttyACM0:1,3,4,5,6,7,8,9",
+          "firmata:/dev/ttyACM0:2,3,4,5,6,7,8,128",
+          "firmata:/dev/ttyACM0:2,3,4,5,6,7,8,2",
+          "firmata:/dev/ttyACM0:2,3,4,5,6,7,8,",
+          "firmata:/dev/ttyACM0:300",
+          "firmata:/dev/ttyACM0:",
+          "gpio:",
+          "gpio:/dev/gpiochip0",
+          "gpio:gpiochip0:1,2,3,4,5,6,7",
+          "gpio:gpiochip0:0,1,2,3,4,5,6,1024",
+          "gpio:gpiochip0:0,1,2,3,4,5,6,-1"}},
+        {"coils-on", {"auto", "low", "high"}, {"", "LOW", "1"}},
         {"usb",
          {"none", "simulated", "k8055", "k8055:0", "k8055:3"},
          {"", "k8055:4", "k8055:", "k8055:-1", "K8055", "k80550"}},
@@ -48,6 +77,19 @@ TEST(HardwareSettings, TextsAreReadOrRefused) {
     }
     EXPECT_EQ(config::ioAddress("0x3BC"), 0x3BC);
     EXPECT_EQ(config::cardAddress("k8055:2"), 2);
+    EXPECT_EQ(config::serialBoard("firmata:COM3"),
+              (config::SerialBoard{"COM3", {2, 3, 4, 5, 6, 7, 8, 9}, 57600}));
+    EXPECT_EQ(config::serialBoard("firmata:/dev/a:1.0:9,8,7,6,5,4,3,2:9600"),
+              (config::SerialBoard{"/dev/a:1.0", {9, 8, 7, 6, 5, 4, 3, 2}, 9600}));
+    EXPECT_EQ(config::gpioLines("gpio:gpiochip0"),
+              (config::GpioLines{"gpiochip0", {17, 27, 22, 23, 24, 25, 16, 26}}));
+    for (const auto& [port, coilsOn, high] : {std::tuple("auto", "auto", false),
+                                              {"0x378", "auto", false},
+                                              {"/dev/parport0", "high", true},
+                                              {"gpio:gpiochip0", "auto", true},
+                                              {"firmata:COM3", "auto", true},
+                                              {"firmata:COM3", "low", false}})
+        EXPECT_EQ(config::coilsOnHigh({.port = port, .coilsOn = coilsOn}), high) << port << coilsOn;
     EXPECT_EQ(config::parseEndpoint("[::1]:9", 7), (config::Endpoint{"::1", 9}));
     EXPECT_EQ(config::parseEndpoint("shack", 7), (config::Endpoint{"shack", 7}));
     EXPECT_EQ(config::listenEndpoint("4534"), (config::Endpoint{"127.0.0.1", 4534}));
