@@ -55,7 +55,7 @@ std::span<std::byte> PositionFile::create(std::span<const std::byte> bytes) {
     };
     ::unlink(part.c_str());
     const FileDescriptor fd(::open(part.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644));
-    if (!fd) refuse(errno);
+    if (!fd || ::fstat(fd.get(), &mapped_) != 0) refuse(errno);
     // A full disk must fail here: later it would crash the program in the middle of a step.
     if (const int error = ::posix_fallocate(fd.get(), 0, static_cast<off_t>(bytes.size()))) refuse(error);
     void* memory = ::mmap(nullptr, bytes.size(), PROT_READ | PROT_WRITE, MAP_SHARED, fd.get(), 0);
@@ -92,12 +92,23 @@ void PositionFile::unmap() {
     memory_ = {};
 }
 
+bool PositionFile::inPlace() const {
+    struct stat now {};
+    return ::lstat(path_.c_str(), &now) == 0 && now.st_dev == mapped_.st_dev &&
+           now.st_ino == mapped_.st_ino && static_cast<std::size_t>(now.st_size) >= memory_.size();
+}
+
 void PositionFile::flushUntilEnd() {
     bool last = false;
     while (!last) {
         {
             std::unique_lock lock(mutex_);
             last = ending_.wait_for(lock, kBetweenFlushes, [this] { return ends_; });
+        }
+        if (!inPlace()) {
+            failure_(named() + " was removed, replaced or cut short by another program. A crash would "
+                               "lose the positions of this session.");
+            return;
         }
         if (!changed_.exchange(false, std::memory_order_acquire)) continue;
         if (::msync(memory_.data(), memory_.size(), MS_SYNC) == 0) continue;

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <functional>
 #include <mutex>
+#include <sys/stat.h>
 #include <thread>
 
 namespace linux_ports {
@@ -15,7 +16,8 @@ namespace linux_ports {
 /// flushes it to the disk twice a second, in case of a power failure.
 class PositionFile : public platform::PositionFile {
   public:
-    /// Called once, from that thread, when the file cannot be flushed any more.
+    /// Called once, from that thread, when the file cannot be flushed any more, or is no longer in its
+    /// place.
     using Failure = std::function<void(const std::string& reason)>;
 
     PositionFile(std::filesystem::path path, Failure failure);
@@ -31,11 +33,13 @@ class PositionFile : public platform::PositionFile {
   private:
     std::string named() const;
     void unmap();
+    bool inPlace() const;
     void flushUntilEnd();
 
     const std::filesystem::path path_;
     const Failure failure_;
     std::span<std::byte> memory_;
+    struct stat mapped_ {}; // whose file it is
     std::atomic<bool> changed_ = false;
 
     std::mutex mutex_; // guards ends_

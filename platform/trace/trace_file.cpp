@@ -108,8 +108,11 @@ std::optional<std::string> ownFile(const std::filesystem::path& trace, const std
     };
     std::error_code error;
     const std::filesystem::path goesTo = destination(trace);
-    if (isOwn(goesTo) && goesTo.parent_path() == std::filesystem::weakly_canonical(folder, error))
-        return goesTo.filename().string();
+    const std::string name = goesTo.filename().string();
+    // A named configuration and its table may lie in any folder.
+    if (goesTo.extension() == ".cfg" || name.ends_with("HiResMem.txt") ||
+        (isOwn(goesTo) && goesTo.parent_path() == std::filesystem::weakly_canonical(folder, error)))
+        return name;
     // The same file by another name.
     for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
         std::error_code none;

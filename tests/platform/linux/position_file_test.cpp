@@ -3,6 +3,7 @@
 #include "tests/desk.h"
 
 #include <csignal>
+#include <future>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -76,6 +77,14 @@ TEST_F(PositionFileTest, WhatIsNoPlainFileIsNamedWithoutWaiting) {
     std::ofstream(path).close();
     std::filesystem::resize_file(path, 1'000'000'000);
     EXPECT_LE(file.leftOver()->size(), 4096U);
+}
+
+TEST_F(PositionFileTest, SaysThatAnotherProgramHasTakenItAway) {
+    std::promise<std::string> heard;
+    linux_ports::PositionFile watched{path, [&](const std::string& why) { heard.set_value(why); }};
+    watched.create(bytes);
+    std::filesystem::remove(path);
+    EXPECT_THAT(heard.get_future().get(), HasSubstr("\"positions.dat\" was removed"));
 }
 
 } // namespace

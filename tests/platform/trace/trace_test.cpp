@@ -146,7 +146,9 @@ TEST_F(Trace, KnowsAFileOfTheFolderByAnyName) {
     }
     EXPECT_EQ(own(shack / "save.cfg.bak"), "save.cfg.bak"); // not there yet
     EXPECT_EQ(own(path / "dangling"), "positions.dat");
-    for (const std::filesystem::path& name : {shack / "trace", path / "save.cfg", path / "trace"})
+    EXPECT_EQ(own(path / "loop.cfg"), "loop.cfg");
+    EXPECT_EQ(own(path / "loop.HiResMem.txt"), "loop.HiResMem.txt");
+    for (const std::filesystem::path& name : {shack / "trace", path / "save.dat", path / "trace"})
         EXPECT_EQ(own(name), "") << name;
 }
 
