@@ -185,10 +185,9 @@ void Controller::Subsystems::wireTuner() {
 }
 
 void Controller::Subsystems::keepTuner(const form::TunerSettings& settings) {
-    form.tuner = settings;
-    approach.setBacklash(settings.backlash1, settings.backlash2);
     config::writeTunerSettings(ports.settings, keptTuner, settings);
-    keptTuner = settings;
+    keptTuner = form.tuner = settings;
+    approach.setBacklash(settings.backlash1, settings.backlash2);
 }
 
 void Controller::Subsystems::mnuGenSet_Click() {

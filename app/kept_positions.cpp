@@ -70,6 +70,7 @@ void KeptPositions::start() {
     try {
         memory_ = file_.create(bytes);
     } catch (const runtime::FileError& error) {
+        file_.remove(); // what an older session left has been answered
         boxes_.critical(std::string(error.what()) + ". A crash would lose the positions of this session.",
                         "Positions");
     }

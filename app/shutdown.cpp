@@ -70,6 +70,9 @@ void Shutdown::save() {
             lost.clear(); // the journal has the changes now
             file_.finish();
             again = false;
+            // A copy that did not arrive has nothing to do with this session's state.
+            if (const std::string notice = file_.takeNotice(); !notice.empty())
+                boxes_.critical(notice + ".", "Error!");
         } catch (const runtime::FileError& error) {
             again = boxes_.confirm(std::string(error.what()) + ". " + lost + "Try again?", "Error!");
         }

@@ -4,6 +4,7 @@
 #include "config/records.h"
 #include "engine/approach.h"
 #include "form/key_filter.h"
+#include "runtime/errors.h"
 #include "runtime/number.h"
 #include "runtime/text.h"
 
@@ -102,14 +103,24 @@ void GeneralSettings::cmdSalvaGenSet_Click() {
     const std::string& cw2 = dialog_.txtCW2.Text;
     const bool alarms = dialog_.chkAlarmOnOff.ticked();
     // On disk first: where that fails, Cancel still leaves everything as it was.
-    file_.write({booleanRecord(record::kSavePositions, dialog_.chkSalvaM.ticked()),
-                 booleanRecord(record::kLoadPositions, dialog_.chkCaricaInAvvio.ticked()),
-                 textRecord(record::kDisplayColour, runtime::hexText(displayColour(main_))),
-                 textRecord(record::kBackgroundColour, runtime::hexText(displayBackground(main_))),
-                 textRecord(record::kKeyCcw1, ccw1), textRecord(record::kKeyCw1, cw1),
-                 textRecord(record::kKeyCcw2, ccw2), textRecord(record::kKeyCw2, cw2),
-                 booleanRecord(record::kAlarms, alarms)});
+    const form::TunerSettings before = main_.tuner;
     keepTuner(tuner);
+    const std::vector<Record> records = {
+        booleanRecord(record::kSavePositions, dialog_.chkSalvaM.ticked()),
+        booleanRecord(record::kLoadPositions, dialog_.chkCaricaInAvvio.ticked()),
+        textRecord(record::kDisplayColour, runtime::hexText(displayColour(main_))),
+        textRecord(record::kBackgroundColour, runtime::hexText(displayBackground(main_))),
+        textRecord(record::kKeyCcw1, ccw1),
+        textRecord(record::kKeyCw1, cw1),
+        textRecord(record::kKeyCcw2, ccw2),
+        textRecord(record::kKeyCw2, cw2),
+        booleanRecord(record::kAlarms, alarms)};
+    try {
+        file_.write(records);
+    } catch (const runtime::FileError&) {
+        keepTuner(before);
+        throw;
+    }
     main_.strCCW1 = ccw1;
     main_.strCCW2 = ccw2;
     main_.strCW1 = cw1;

@@ -223,7 +223,7 @@ void RecordFile::putInPlace(const std::string& bytes) {
         putWhole(path_, bytes);
         if (known && found != known) {
             tell(quoted(path_) +
-                 " was removed or changed by another program. It is written again with the settings in use.");
+                 " was removed or changed by another program. It is written again with the settings in use");
         }
     }
     onDisk_ = bytes;
@@ -334,7 +334,9 @@ void RecordFile::attempt(const std::function<void()>& step, const std::string& o
 
 void RecordFile::tell(const std::string& words) {
     const std::lock_guard lock(mutex_);
-    notice_ = words;
+    if (notice_.find(words) != std::string::npos) return;
+    if (!notice_.empty()) notice_ += ". ";
+    notice_ += words;
 }
 
 bool RecordFile::busy() {

@@ -98,8 +98,7 @@ void writeTunerSettings(platform::Settings& file, const TunerSettings& before,
         const std::string text = field.text(settings);
         if (text != field.text(before)) sections[field.section][field.name] = text;
     }
-    for (const auto& [section, texts] : sections)
-        file.write(section, texts);
+    file.write(sections);
 }
 
 } // namespace config

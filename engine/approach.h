@@ -22,6 +22,8 @@ class Approach {
     /// Runs towards `target`, in user units; a new target replaces the old one. Returns false when the engine
     /// cannot start; the notice gives the reason.
     bool moveTo(const Side& side, float target);
+    /// Motion::canMoveTo.
+    bool canMoveTo(const Side& side, float target) { return motion_.canMoveTo(side, target); }
     /// Steps from the engine's position to `target`, positive upwards; 0 if the engine cannot step.
     static double stepsTo(const Side& side, float target);
 

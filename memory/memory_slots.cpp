@@ -119,7 +119,7 @@ bool MemorySlots::recall(int n) {
     const float targetA = runtime::parseSingle(form_.strMemPosA(n));
     const float targetB = runtime::parseSingle(form_.strMemPosB(n));
     // Both engines go, or none.
-    if (!motion_.canMoveTo(sides_.a, targetA) || !motion_.canMoveTo(sides_.b, targetB)) return false;
+    if (!approach_.canMoveTo(sides_.a, targetA) || !approach_.canMoveTo(sides_.b, targetB)) return false;
     approach_.moveTo(sides_.a, targetA);
     approach_.moveTo(sides_.b, targetB);
     form_.lblUsoA.Caption = form_.lblFr[n].Caption;

@@ -32,6 +32,12 @@ bool TableRecall::subHiResMem() {
         forget();
         return false;
     }
+    // Both engines go, or none.
+    if (!approach_.canMoveTo(sides_.a, static_cast<float>(positions->a)) ||
+        !approach_.canMoveTo(sides_.b, static_cast<float>(positions->b))) {
+        forget();
+        return false;
+    }
     move(sides_.a, positions->a);
     move(sides_.b, positions->b);
     const std::string shown = runtime::shortestText(megahertz).substr(0, kInUseCharacters);

@@ -13,9 +13,9 @@ class Settings {
     virtual ~Settings() = default;
     /// Empty if there is no such section. Throws runtime::FileError if the settings cannot be read.
     virtual Texts read(const std::string& section) const = 0;
-    /// Sets these names; all other names keep their values. If it throws runtime::FileError, nothing has
-    /// changed.
-    virtual void write(const std::string& section, const Texts& texts) = 0;
+    /// Sets these names, by section; all other names keep their values. If it throws runtime::FileError,
+    /// nothing has changed.
+    virtual void write(const std::map<std::string, Texts>& sections) = 0;
 };
 
 } // namespace platform

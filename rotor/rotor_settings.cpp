@@ -154,7 +154,7 @@ void writeRotorSettings(platform::Settings& file, const RotorSettings& settings)
     platform::Settings::Texts texts;
     for (const RotorField& field : kRotorFields)
         texts[field.name] = field.text(settings);
-    file.write(kRotorSection, texts);
+    file.write({{kRotorSection, texts}});
 }
 
 } // namespace rotor

@@ -233,7 +233,7 @@ void ChosenHardware::keep() {
     for (const config::HardwareField& field : config::kHardwareFields) {
         if (!isFixed(field.value)) texts[field.name] = settings_.*field.value;
     }
-    file_.write(kSection, texts);
+    file_.write({{kSection, texts}});
 }
 
 std::vector<std::string> ChosenHardware::printerPorts() const {

@@ -77,7 +77,7 @@ class Outside : public app::Outside {
   public:
     Outside(const app::Options& options, const Tell& notify)
         : folder_(options.directory),
-          hardware_(options.hardware, qt_ports::SettingsFile(folder_.path() / kSettingsFile)),
+          hardware_(options.hardware, qt_ports::SettingsFile(storage_, folder_.path() / kSettingsFile)),
           positions_(folder_.path() / config::kPositionFile, notify), wantsRealtime_(options.realtime) {
         if (!folder_.held())
             std::cerr << "twinstep: the file system of this folder cannot keep a second Twinstep out of it\n";

@@ -149,6 +149,9 @@ void Watchdog::beat(bool engineRuns) {
         const std::uint64_t one = 1;
         [[maybe_unused]] const ssize_t written = ::write(missing_.get(), &one, sizeof one);
     }
+    if (!reserveWanted_ || engineRuns) return;
+    standBy();
+    watchProcess();
 }
 
 std::unique_ptr<FdWatch> Watchdog::watch(FdWatcher& watcher, std::function<void()> tripped,
@@ -218,7 +221,9 @@ void Watchdog::follow(std::unique_ptr<WatchdogProcess> process) {
 void Watchdog::standBy() {
     reserveWatch_.reset();
     reserve_.reset();
-    if (shortLives_ >= kShortLivesInARow) return;
+    // Starting a process may take seconds, and engines step on this thread.
+    reserveWanted_ = engineRuns_;
+    if (reserveWanted_ || shortLives_ >= kShortLivesInARow) return;
     try {
         reserve_ = start();
     } catch (const std::exception&) { // The first one guards, and is replaced as soon as it ends.

@@ -86,6 +86,7 @@ class Watchdog {
     std::optional<unsigned> address_;
     std::optional<std::string> board_;
     bool engineRuns_ = false;
+    bool reserveWanted_ = false; // as soon as no engine runs
 
     FdWatcher* watcher_ = nullptr;
     std::function<void()> tripped_;

@@ -5,6 +5,7 @@
 
 #include <QLockFile>
 #include <QSettings>
+#include <QStandardPaths>
 #include <QTemporaryFile>
 
 namespace qt_ports {
@@ -31,16 +32,18 @@ void checkPlain(const std::filesystem::path& path) {
     if (const std::string fault = runtime::faultOfFile(path, kLongest); !fault.empty()) fail(path, fault);
 }
 
-/// Takes the same lock as other programs that edit the file with QSettings, but without waiting: waiting
-/// would delay the step clock.
-void take(QLockFile& lock, const std::filesystem::path& path) {
-    const std::filesystem::path lockPath = lock.fileName().toStdString();
+/// Heeds the lock of other programs that edit the file with QSettings, but without waiting for it.
+void checkLock(const std::filesystem::path& path) {
+    std::filesystem::path lockPath = path;
+    lockPath += ".lock";
+    std::error_code error;
+    if (!std::filesystem::exists(std::filesystem::symlink_status(lockPath, error))) return;
     const std::string held = "cannot be written: \"" + lockPath.filename().string() + "\" ";
     if (const std::string fault = runtime::faultOfFile(lockPath, kLongest); !fault.empty())
         fail(path, held + fault);
-    if (lock.tryLock()) return;
-    if (lock.error() != QLockFile::LockFailedError) fail(path, "cannot be written: no permission");
-    fail(path, held + "is held by another program. Save again when that has ended, or delete the lock");
+    QLockFile lock(nameOf(lockPath)); // removes one whose program has ended
+    if (!lock.tryLock())
+        fail(path, held + "is held by another program. Save again when that has ended, or delete the lock");
 }
 
 } // namespace
@@ -58,36 +61,47 @@ platform::Settings::Texts SettingsFile::read(const std::string& section) const {
     return texts;
 }
 
-void SettingsFile::write(const std::string& section, const Texts& texts) {
-    checkPlain(path_);
-    QLockFile lock(nameOf(path_) + ".lock");
-    take(lock, path_);
-    // QSettings waits for the lock without limit. So QSettings edits a copy, and the copy then replaces the
-    // file.
-    std::error_code error;
-    const bool exists = std::filesystem::exists(path_, error);
-    const std::filesystem::path target = exists ? std::filesystem::canonical(path_, error) : path_;
-    QFile old(nameOf(target));
-    if (exists && !old.open(QIODevice::ReadOnly)) fail(path_, "cannot be read");
-    const QByteArray bytes = exists ? old.readAll() : QByteArray();
-    QTemporaryFile part(nameOf(target) + ".XXXXXX");
-    if (!part.open() || part.write(bytes) != bytes.size() || !part.flush()) fail(path_, "cannot be written");
+std::string SettingsFile::edited(const QString& file, const std::map<std::string, Texts>& sections) const {
     {
-        QSettings settings(part.fileName(), QSettings::IniFormat);
+        QSettings settings(file, QSettings::IniFormat);
         check(settings, path_, "cannot be read");
-        settings.beginGroup(QString::fromStdString(section));
-        for (const auto& [name, text] : texts) {
-            settings.setValue(QString::fromStdString(name), QString::fromStdString(text));
+        for (const auto& [section, texts] : sections) {
+            settings.beginGroup(QString::fromStdString(section));
+            for (const auto& [name, text] : texts)
+                settings.setValue(QString::fromStdString(name), QString::fromStdString(text));
+            settings.endGroup();
         }
         settings.sync();
         check(settings, path_, "cannot be written");
     }
-    const std::filesystem::path made = part.fileName().toStdString();
-    if (exists) {
-        std::filesystem::permissions(made, std::filesystem::status(target, error).permissions(), error);
-    }
-    std::filesystem::rename(made, target, error);
-    if (error) fail(path_, "cannot be written: " + error.message());
+    QFile made(file);
+    if (!made.open(QIODevice::ReadOnly)) fail(path_, "cannot be written");
+    return made.readAll().toStdString();
+}
+
+void SettingsFile::write(const std::map<std::string, Texts>& sections) {
+    checkLock(path_);
+    // QSettings flushes what it writes: it edits a copy in the folder that is no disk.
+    QTemporaryFile copy(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) + "/XXXXXX.ini");
+    const auto old = storage_.read(path_, kLongest);
+    const QByteArray bytes = QByteArray::fromStdString(old.value_or(""));
+    if (!copy.open() || copy.write(bytes) != bytes.size() || !copy.flush()) fail(path_, "cannot be written");
+    const std::string text = edited(copy.fileName(), sections);
+
+    std::error_code error;
+    const std::filesystem::path target = old ? std::filesystem::canonical(path_, error) : path_;
+    std::filesystem::path part = target;
+    part += ".part";
+    storage_.remove(part);
+    storage_.create(part, text);
+    if (old) std::filesystem::permissions(part, std::filesystem::status(target, error).permissions(), error);
+    storage_.rename(part, target);
+    storage_.later([&storage = storage_, target] {
+        try {
+            storage.sync(target);
+        } catch (const runtime::FileError&) { // It is written; a power failure may bring back the old one.
+        }
+    });
 }
 
 } // namespace qt_ports

@@ -11,9 +11,11 @@ class Settings : public platform::Settings {
         const auto found = sections.find(section);
         return found == sections.end() ? Texts() : found->second;
     }
-    void write(const std::string& section, const Texts& texts) override {
-        for (const auto& [name, text] : texts)
-            sections[section][name] = text;
+    void write(const std::map<std::string, Texts>& changes) override {
+        for (const auto& [section, texts] : changes) {
+            for (const auto& [name, text] : texts)
+                sections[section][name] = text;
+        }
     }
 
     std::map<std::string, Texts> sections;

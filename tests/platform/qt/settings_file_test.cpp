@@ -1,3 +1,4 @@
+#include "platform/linux/storage.h"
 #include "platform/qt/settings_file.h"
 #include "runtime/errors.h"
 #include "tests/desk.h"
@@ -17,7 +18,8 @@ constexpr const char* kSection = "hardware";
 struct Settings : ::testing::Test {
     TemporaryFolder folder;
     std::filesystem::path path = folder.path() / "twinstep.ini";
-    qt_ports::SettingsFile file{path};
+    linux_ports::Storage storage;
+    qt_ports::SettingsFile file{storage, path};
 
     std::ptrdiff_t filesInFolder() const {
         return std::distance(std::filesystem::directory_iterator(folder.path()), {});
@@ -26,14 +28,14 @@ struct Settings : ::testing::Test {
 
 TEST_F(Settings, AreWrittenBesideWhatOthersHaveThereAndThroughALink) {
     EXPECT_TRUE(file.read(kSection).empty());
-    file.write(kSection, {{"port", "simulated"}, {"usb", "none"}});
+    file.write({{kSection, {{"port", "simulated"}, {"usb", "none"}}}});
     EXPECT_EQ(filesInFolder(), 1);
     const auto real = folder.path() / "elsewhere.ini";
     std::filesystem::rename(path, real);
     std::ofstream(real, std::ios::app) << "[other]\nkept=yes\n";
     std::filesystem::permissions(real, std::filesystem::perms(0640));
     std::filesystem::create_symlink(real, path);
-    file.write(kSection, {{"port", "0x378"}});
+    file.write({{kSection, {{"port", "0x378"}}}});
     EXPECT_EQ(file.read(kSection).at("port"), "0x378");
     EXPECT_EQ(file.read(kSection).at("usb"), "none");
     EXPECT_THAT(bytesOf(real), HasSubstr("kept=yes"));
@@ -43,13 +45,13 @@ TEST_F(Settings, AreWrittenBesideWhatOthersHaveThereAndThroughALink) {
 }
 
 TEST_F(Settings, WhoseLockAnotherProgramHoldsAreRefusedAtOnceAndByName) {
-    file.write(kSection, {{"port", "simulated"}});
+    file.write({{kSection, {{"port", "simulated"}}}});
     const std::string before = bytesOf(path);
     const std::filesystem::path lockPath = path.string() + ".lock";
     const auto isRefused = [&] {
         EXPECT_THAT(
             [&] {
-                file.write(kSection, {{"port", "auto"}});
+                file.write({{kSection, {{"port", "auto"}}}});
             },
             ThrowsMessage<runtime::FileError>(
                 AllOf(HasSubstr("\"twinstep.ini\""), HasSubstr("\"twinstep.ini.lock\""))));
@@ -67,7 +69,7 @@ TEST_F(Settings, WhoseLockAnotherProgramHoldsAreRefusedAtOnceAndByName) {
     ASSERT_EQ(::mkfifo(lockPath.c_str(), 0600), 0);
     isRefused();
     std::filesystem::remove(lockPath);
-    file.write(kSection, {{"port", "auto"}});
+    file.write({{kSection, {{"port", "auto"}}}});
     EXPECT_EQ(file.read(kSection).at("port"), "auto");
 }
 
@@ -76,7 +78,7 @@ TEST_F(Settings, InWhatIsNoPlainFileOrTooLongAreRefusedWithoutWaiting) {
         EXPECT_THAT([&] { file.read(kSection); }, ThrowsMessage<runtime::FileError>(HasSubstr(why)));
         EXPECT_THAT(
             [&] {
-                file.write(kSection, {{"port", "auto"}});
+                file.write({{kSection, {{"port", "auto"}}}});
             },
             ThrowsMessage<runtime::FileError>(HasSubstr(why)));
     };
