@@ -2,7 +2,6 @@
 #include "app/version.h"
 #include "platform/qt/dialogs.h"
 #include "platform/qt/shell.h"
-#include "platform/qt/sound.h"
 #include "platform/qt/tcp_clients.h"
 #include "runtime/errors.h"
 #include "ui/command_line.h"
@@ -12,7 +11,7 @@
 
 #include <QApplication>
 #include <cstdlib>
-#include <iostream>
+#include <string>
 
 namespace {
 
@@ -70,10 +69,8 @@ class Program {
     qt_ports::TcpClients tcp_;
     qt_ports::Dialogs dialogs_;
     qt_ports::Shell shell_{TWINSTEP_DATA_FOLDER};
-    qt_ports::Sound sound_{TWINSTEP_DATA_FOLDER};
     const std::unique_ptr<app::Outside> outside_;
-    const app::Ports ports_ =
-        outside_->ports({.tcp = tcp_, .dialogs = dialogs_, .shell = shell_, .sound = sound_});
+    const app::Ports ports_ = outside_->ports({.tcp = tcp_, .dialogs = dialogs_, .shell = shell_});
     app::Controller controller_{ports_, outside_->folder()};
     ui::MainWindow window_{controller_.form(), controller_.boxes()};
     const ui::Heartbeat heartbeat_{controller_.form(), [this](bool runs) { outside_->beat(runs); }};
@@ -104,13 +101,13 @@ int run(int argc, char** argv, const app::Options& options) {
 int main(int argc, char** argv) {
     const auto commandLine = readCommandLine(argc, argv);
     if (!commandLine.options) {
-        (commandLine.exitCode == 0 ? std::cout : std::cerr) << commandLine.text;
+        app::Outside::tell(commandLine.text, commandLine.exitCode != 0);
         return commandLine.exitCode;
     }
     try {
         return run(argc, argv, *commandLine.options);
     } catch (const std::exception& error) {
-        std::cerr << "twinstep: " << error.what() << '\n';
+        app::Outside::tell("twinstep: " + std::string(error.what()) + "\n", true);
         if (commandLine.options->fromDesktop) ui::showFailure(argc, argv, error.what());
         return EXIT_FAILURE;
     }

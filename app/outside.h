@@ -13,7 +13,7 @@ namespace app {
 
 /// The options of the command line.
 struct Options {
-    std::filesystem::path directory = "."; // holds "save.cfg" and "twinstep.ini"
+    std::filesystem::path directory; // holds "save.cfg" and "twinstep.ini"; empty: the system's usual one
     /// The given settings of platform::HardwareSettings, by name; each value is valid.
     std::map<std::string, std::string> hardware;
     std::optional<std::filesystem::path> trace;
@@ -26,7 +26,6 @@ struct ToolkitPorts {
     platform::TcpClients& tcp;
     platform::Dialogs& dialogs;
     platform::Shell& shell;
-    platform::Sound& sound;
 };
 
 /// The outside of the program on one operating system: devices, clocks, links, and the watchdog that switches
@@ -42,6 +41,9 @@ class Outside {
         Tell fail;                 // the outputs were switched off from outside, or are no longer guarded
         Tell stepClock;            // how the system schedules the step clock; only if Options::realtime
     };
+
+    /// Shows a text, in whole lines, to the user who has started the program, before there is a window.
+    static void tell(const std::string& text, bool isError);
 
     /// Locks the folder and opens the devices. Needs neither an event loop nor a display. `notify` is called
     /// with messages for the user, from any thread. Throws runtime::ObjectError or FileError, naming what was

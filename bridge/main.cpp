@@ -1,5 +1,4 @@
 #include "bridge/options.h"
-#include "bridge/resources.h"
 #include "bridge/server.h"
 #include "platform/windows/console.h"
 #include "platform/windows/dde_links.h"
@@ -20,6 +19,7 @@
 namespace {
 
 constexpr const char* kName = "Twinstep bridge";
+constexpr int kIcon = 1; // in the program's resources
 
 std::string timeOfDay() {
     SYSTEMTIME now;
@@ -67,7 +67,7 @@ void carry(const bridge::Options& options) {
         bridge::Server::Settings{options.listen, options.port, options.allowed, TWINSTEP_VERSION},
         bridge::Server::Events{log, changed});
     // After the server, which may find its port taken.
-    icon = std::make_unique<windows_ports::TrayIcon>(ICON_PROGRAM, kName, bridge::toText({}),
+    icon = std::make_unique<windows_ports::TrayIcon>(kIcon, kName, bridge::toText({}),
                                                      [&program] { program.quit(); });
     program.atSessionEnd([&] {
         server.reset();

@@ -1,4 +1,9 @@
-find_package(GTest REQUIRED)
+if(CMAKE_CROSSCOMPILING)
+    # Debian has it for other systems as source alone.
+    add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+else()
+    find_package(GTest REQUIRED)
+endif()
 include(GoogleTest)
 
 # twinstep_add_tests(<name> LAUNCHER <command...> LIBRARIES <target...> SOURCES <file...>)

@@ -1,6 +1,7 @@
 #include "config/named_configurations.h"
 
 #include "config/records.h"
+#include "runtime/file_name.h"
 #include "runtime/text.h"
 
 namespace config {
@@ -33,20 +34,22 @@ void NamedConfigurations::mnuSaveConfig_Click() {
     const std::string kept = runtime::firstCharacters(*name, kTaggedTextMax);
     file_.write({taggedTextRecord(record::kConfigName, kept)});
     setName(kept);
-    const auto target = boxes_.saveFile(kConfigFilter);
-    if (!target) return;
-    file_.copyTo(*target);
-    saveTable(tableBeside(*target));
+    const auto chosen = boxes_.saveFile(kConfigFilter);
+    if (!chosen) return;
+    const auto target = runtime::pathOf(*chosen);
+    file_.copyTo(target);
+    saveTable(tableBeside(target));
 }
 
 void NamedConfigurations::mnuLoadConfig_Click() {
-    const auto source = boxes_.openFile(kConfigFilter);
-    if (!source) return;
-    const std::string bytes = file_.configuration(*source);
-    const Unit::Whole table = loadTable(tableBeside(*source));
+    const auto chosen = boxes_.openFile(kConfigFilter);
+    if (!chosen) return;
+    const auto source = runtime::pathOf(*chosen);
+    const std::string bytes = file_.configuration(source);
+    const Unit::Whole table = loadTable(tableBeside(source));
     beforeLoad();
     file_.replaceBy(bytes, {table});
-    setName(runtime::firstCharacters(std::filesystem::path(*source).stem().string(), kTaggedTextMax));
+    setName(runtime::firstCharacters(source.stem().string(), kTaggedTextMax));
     load();
 }
 

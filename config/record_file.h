@@ -3,6 +3,7 @@
 #include "config/journal.h"
 #include "config/record.h"
 #include "platform/storage.h"
+#include "runtime/file_name.h"
 
 #include <functional>
 #include <map>
@@ -72,7 +73,7 @@ class RecordFile {
     void flush();
     void putInPlace(const std::string& bytes);
     void putWhole(const std::filesystem::path& file, std::string_view bytes);
-    std::filesystem::path beside(const std::string& name) const { return path_.parent_path() / name; }
+    std::filesystem::path beside(const std::string& name) const { return path_.parent_path() / runtime::pathOf(name); }
     void attempt(const std::function<void()>& step, const std::string& otherwise);
     void tell(const std::string& words);
 

@@ -4,6 +4,7 @@
 #include "memory/frequency_table.h"
 #include "memory/table_text.h"
 #include "runtime/errors.h"
+#include "runtime/file_name.h"
 #include "runtime/number.h"
 
 #include <algorithm>
@@ -205,7 +206,7 @@ void TableWindow::import() {
     const auto path = boxes_.openFile(kTextFiles);
     if (!path) return;
     try {
-        const Table table = readTable(readFile(*path));
+        const Table table = readTable(readFile(runtime::pathOf(*path)));
         const std::string count = std::to_string(table.size());
         change(table, count + " entries imported");
     } catch (const TableTextError& error) {
@@ -219,7 +220,7 @@ void TableWindow::exportTable() {
     const auto path = boxes_.saveFile(kTextFiles);
     if (!path) return;
     try {
-        saveAs(*path);
+        saveAs(runtime::pathOf(*path));
         say("Exported to " + *path);
     } catch (const runtime::FileError& error) {
         say(std::string("Not exported: ") + error.what());

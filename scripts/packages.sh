@@ -13,8 +13,10 @@ check_packages=(clang-format clang-tidy shellcheck)
 fuzz_packages=(build-essential cmake ninja-build clang libclang-rt-14-dev)
 # The bridge for Windows.
 bridge_packages=(build-essential cmake ninja-build g++-mingw-w64-x86-64-posix)
+# The core and the adapters for Windows, whose libraries are built from Debian's sources.
+windows_packages=("${bridge_packages[@]}" dpkg-dev libhidapi-dev googletest)
 # The tests under Wine; 64 bits are enough.
-wine_packages=("${test_packages[@]}" "${bridge_packages[@]}" wine wine64)
+wine_packages=("${test_packages[@]}" "${windows_packages[@]}" wine wine64)
 # To draw the icon of the bridge anew.
 icon_packages=(librsvg2-bin imagemagick)
 # The benchmarks.

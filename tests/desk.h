@@ -6,13 +6,13 @@
 #include "form/dialogs.h"
 #include "tests/simulated_outside.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -20,8 +20,10 @@
 class TemporaryFolder {
   public:
     TemporaryFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "twinstep-XXXXXX").string();
-        path_ = mkdtemp(name.data());
+        std::random_device random;
+        do {
+            path_ = std::filesystem::temp_directory_path() / ("twinstep-" + std::to_string(random()));
+        } while (!std::filesystem::create_directory(path_));
     }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;

@@ -5,7 +5,6 @@
 #include "platform/qt/start_folder.h"
 
 #include <QCommandLineParser>
-#include <QFile>
 
 namespace ui {
 
@@ -22,13 +21,14 @@ CommandLine print(const std::string& text) {
 }
 
 std::filesystem::path path(const QString& text) {
-    return QFile::encodeName(text).toStdString();
+    return text.toStdU16String();
 }
 
 /// In the order of the help.
 struct Words {
     const QCommandLineOption directory{
-        "directory", "Folder that holds save.cfg and twinstep.ini (default: the current folder).", "DIR"};
+        "directory",
+        "Folder that holds save.cfg and twinstep.ini (default: the current folder).", "DIR"};
     const QCommandLineOption userData{"user-data", "Keep save.cfg and twinstep.ini in your data folder, "
                                                    "mostly ~/.local/share/twinstep, made when missing; the "
                                                    "entry in the desktop's menu does so."};
@@ -97,7 +97,7 @@ CommandLine read(const QCommandLineParser& parser, const Words& words) {
     }
     for (const config::HardwareField& field : config::kHardwareFields) {
         if (!parser.isSet(field.name)) continue;
-        const std::string text = path(parser.value(field.name)).string();
+        const std::string text = parser.value(field.name).toStdString();
         if (const auto fault = field.fault(text)) {
             return refuse("--" + QString(field.name) + ": " + QString::fromStdString(*fault));
         }

@@ -1,8 +1,8 @@
 #include "platform/linux/chosen_hardware.h"
 
 #include "config/hardware_settings.h"
+#include "platform/hid/k8055.h"
 #include "platform/linux/direct_port.h"
-#include "platform/linux/k8055.h"
 #include "platform/linux/printer_port.h"
 #include "platform/simulated/outputs.h"
 #include "runtime/errors.h"
@@ -101,9 +101,9 @@ class ChosenHardware::Board : public platform::UsbBoard {
     /// `setting` is as in platform::HardwareSettings. Precondition: the previous board is closed.
     void choose(const std::string& setting) {
         if (const auto card = config::cardAddress(setting)) {
-            behind_ = std::make_unique<K8055>(
+            behind_ = std::make_unique<hid_ports::K8055>(
                 *card,
-                K8055::Observer{
+                hid_ports::K8055::Observer{
                     .opened = [this](const std::string& device) { owner_.watchdog().guardBoard(device); },
                     .closed =
                         [this] {

@@ -1,4 +1,4 @@
-#include "platform/linux/k8055_search.h"
+#include "platform/hid/k8055_search.h"
 
 #include "platform/linux/file_descriptor.h"
 
@@ -6,17 +6,13 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <hidapi/hidapi.h>
-#include <memory>
 
-namespace linux_ports {
+namespace hid_ports {
 
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr unsigned short kVendor = 0x10cf;       // Velleman
-constexpr unsigned short kFirstProduct = 0x5500; // plus the card's address
 constexpr const char* kVendorText = "10cf";
 constexpr const char* kFirstProductsText = "550";
 constexpr const char* kUsbDevices = "/sys/bus/usb/devices";
@@ -45,21 +41,12 @@ std::string driverOf(const std::string& device) {
 
 } // namespace
 
-std::vector<std::string> pathsOfBoards(int card) {
-    const std::unique_ptr<hid_device_info, decltype(&hid_free_enumeration)> found(
-        hid_enumerate(kVendor, static_cast<unsigned short>(kFirstProduct + card)), &hid_free_enumeration);
-    std::vector<std::string> paths;
-    for (const hid_device_info* info = found.get(); info; info = info->next)
-        paths.emplace_back(info->path);
-    return paths;
-}
-
 std::string whyNotOpened(const std::string& path) {
-    const FileDescriptor fd(::open(path.c_str(), O_RDWR | O_CLOEXEC));
+    const linux_ports::FileDescriptor fd(::open(path.c_str(), O_RDWR | O_CLOEXEC));
     const int error = errno;
     const std::string words = "The K8055 board is there, but " + path + " cannot be opened: ";
     if (fd) return words + "it is no device that takes reports";
-    if (error != EACCES && error != EPERM) return words + reason(error);
+    if (error != EACCES && error != EPERM) return words + linux_ports::reason(error);
     return words +
            "no permission. The udev rule that comes with the program gives it; install it and plug the " +
            "board in again, or for now: sudo chmod a+rw " + path;
@@ -85,4 +72,4 @@ std::string whyNoNode(int card) {
     return {};
 }
 
-} // namespace linux_ports
+} // namespace hid_ports

@@ -19,6 +19,7 @@
 #include "platform/linux/work_folder.h"
 #include "platform/qt/fd_watcher.h"
 #include "platform/qt/realtime_kit.h"
+#include "platform/qt/sound.h"
 #include "platform/trace/traced_outputs.h"
 #include "runtime/errors.h"
 
@@ -76,7 +77,7 @@ struct Trace {
 class Outside : public app::Outside {
   public:
     Outside(const app::Options& options, const Tell& notify)
-        : folder_(options.directory),
+        : folder_(options.directory.empty() ? "." : options.directory),
           hardware_(options.hardware, qt_ports::SettingsFile(storage_, folder_.path() / kSettingsFile)),
           positions_(folder_.path() / config::kPositionFile, notify), wantsRealtime_(options.realtime) {
         if (!folder_.held())
@@ -107,7 +108,7 @@ class Outside : public app::Outside {
                          .tcpServers = connections.tcpServers,
                          .dialogs = toolkit.dialogs,
                          .shell = toolkit.shell,
-                         .sound = toolkit.sound,
+                         .sound = sound_,
                          .hardware = hardware_,
                          .storage = storage_,
                          .positions = positions_,
@@ -173,6 +174,7 @@ class Outside : public app::Outside {
     bool engineRuns_ = false;
     std::unique_ptr<FdWatch> watchdogWatch_, signalWatch_;
     const bool wantsRealtime_;
+    qt_ports::Sound sound_{TWINSTEP_DATA_FOLDER};
     qt_ports::RealtimeKit realtimeKit_;
     std::optional<Realtime> realtime_;
 };
@@ -180,6 +182,10 @@ class Outside : public app::Outside {
 } // namespace
 
 } // namespace linux_ports
+
+void app::Outside::tell(const std::string& text, bool isError) {
+    (isError ? std::cerr : std::cout) << text << std::flush;
+}
 
 std::unique_ptr<app::Outside> app::Outside::open(const Options& options, const Tell& notify) {
     return std::make_unique<linux_ports::Outside>(options, notify);

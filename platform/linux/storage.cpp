@@ -57,17 +57,8 @@ Storage::Storage() {
     sigset_t all, before;
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &before);
-    thread_ = std::thread([this] { runJobs(); });
+    jobs_.emplace();
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
-}
-
-Storage::~Storage() {
-    {
-        const std::lock_guard lock(mutex_);
-        ending_ = true;
-    }
-    changed_.notify_all();
-    thread_.join();
 }
 
 std::optional<std::string> Storage::read(const Path& file, std::size_t limit) {
@@ -123,33 +114,6 @@ void Storage::rename(const Path& from, const Path& to) {
 
 void Storage::remove(const Path& file) {
     if (::unlink(file.c_str()) != 0 && errno != ENOENT) fail(file, "removed", reason(errno));
-}
-
-void Storage::later(std::function<void()> job) {
-    {
-        const std::lock_guard lock(mutex_);
-        jobs_.push_back(std::move(job));
-    }
-    changed_.notify_all();
-}
-
-void Storage::finish() {
-    std::unique_lock lock(mutex_);
-    changed_.wait(lock, [this] { return jobs_.empty(); });
-}
-
-void Storage::runJobs() {
-    std::unique_lock lock(mutex_);
-    for (;;) {
-        changed_.wait(lock, [this] { return ending_ || !jobs_.empty(); });
-        if (jobs_.empty()) return;
-        const std::function<void()> job = jobs_.front();
-        lock.unlock();
-        job();
-        lock.lock();
-        jobs_.pop_front();
-        changed_.notify_all();
-    }
 }
 
 } // namespace linux_ports

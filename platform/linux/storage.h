@@ -1,11 +1,9 @@
 #pragma once
 
 #include "platform/storage.h"
+#include "runtime/job_queue.h"
 
-#include <condition_variable>
-#include <deque>
-#include <mutex>
-#include <thread>
+#include <optional>
 
 namespace linux_ports {
 
@@ -13,10 +11,6 @@ namespace linux_ports {
 class Storage : public platform::Storage {
   public:
     Storage();
-    Storage(const Storage&) = delete;
-    Storage& operator=(const Storage&) = delete;
-    /// Runs the remaining jobs first.
-    ~Storage() override;
 
     std::optional<std::string> read(const Path& file, std::size_t limit) override;
     void create(const Path& file, std::string_view bytes) override;
@@ -24,17 +18,11 @@ class Storage : public platform::Storage {
     void sync(const Path& file) override;
     void rename(const Path& from, const Path& to) override;
     void remove(const Path& file) override;
-    void later(std::function<void()> job) override;
-    void finish() override;
+    void later(std::function<void()> job) override { jobs_->later(std::move(job)); }
+    void finish() override { jobs_->finish(); }
 
   private:
-    void runJobs();
-
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::deque<std::function<void()>> jobs_; // the first one may be running
-    bool ending_ = false;
-    std::thread thread_;
+    std::optional<runtime::JobQueue> jobs_;
 };
 
 } // namespace linux_ports

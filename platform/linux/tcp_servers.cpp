@@ -1,6 +1,7 @@
 #include "platform/linux/tcp_servers.h"
 
 #include "platform/linux/file_descriptor.h"
+#include "platform/silent_end.h"
 #include "runtime/errors.h"
 
 #include <arpa/inet.h>
@@ -27,14 +28,6 @@ void set(int fd, int level, int option, int value) {
     ::setsockopt(fd, level, option, &value, sizeof value);
 }
 
-/// A peer that vanishes without a word is noticed within half a minute.
-void noticeSilentEnd(int fd) {
-    set(fd, SOL_SOCKET, SO_KEEPALIVE, 1);
-    set(fd, IPPROTO_TCP, TCP_KEEPIDLE, 10); // seconds of silence before the first probe
-    set(fd, IPPROTO_TCP, TCP_KEEPINTVL, 5); // seconds between probes
-    set(fd, IPPROTO_TCP, TCP_KEEPCNT, 3);   // probes without an answer that end the connection
-}
-
 class Connection : public platform::TcpConnection {
   public:
     Connection(FdWatcher& watcher, FileDescriptor fd)
@@ -49,7 +42,7 @@ class Connection : public platform::TcpConnection {
 
     void start(Events events) override {
         set(state_->fd.get(), IPPROTO_TCP, TCP_NODELAY, 1);
-        noticeSilentEnd(state_->fd.get());
+        platform::noticeSilentEnd(state_->fd.get());
         state_->events = std::move(events);
         state_->readWatch = state_->watcher.watch(
             state_->fd.get(), [state = state_] { receive(*state); }, kRest);

@@ -1,14 +1,13 @@
 #include "platform/qt/data_files.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 namespace qt_ports {
 
 std::optional<QString> findDataFile(const std::filesystem::path& sourceFolder, const QString& file,
                                     const QString& programFolder) {
-    const QString source = QFile::decodeName(sourceFolder.string().c_str());
-    for (const QString& folder : {programFolder + "/../share/twinstep", source}) {
+    const QString source = QString::fromStdU16String(sourceFolder.u16string());
+    for (const QString& folder : {programFolder + "/../share/twinstep", programFolder, source}) {
         if (folder.isEmpty()) continue;
         const QFileInfo candidate(folder + '/' + file);
         if (candidate.isFile()) return candidate.canonicalFilePath();

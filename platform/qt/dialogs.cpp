@@ -49,7 +49,7 @@ void prepare(QFileDialog& dialog, const Filter& filter) {
 }
 
 std::string nativePath(const QString& path) {
-    return QFile::encodeName(QDir::toNativeSeparators(path)).toStdString();
+    return QDir::toNativeSeparators(path).toStdString();
 }
 
 bool mayReplace(QWidget* parent, const QString& path) {

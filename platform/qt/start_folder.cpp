@@ -1,7 +1,6 @@
 #include "platform/qt/start_folder.h"
 
 #include <QDir>
-#include <QFile>
 #include <QStandardPaths>
 
 namespace qt_ports {
@@ -11,7 +10,7 @@ std::filesystem::path userDataFolder() {
     QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
     // The toolkit accepts a relative path from the environment unchanged.
     if (QDir::isRelativePath(data)) data = QDir::homePath() + "/.local/share";
-    return QFile::encodeName(QDir::cleanPath(data + "/twinstep")).toStdString();
+    return QDir::cleanPath(data + "/twinstep").toStdU16String();
 }
 
 } // namespace qt_ports

@@ -1,12 +1,11 @@
 #include "platform/qt/tcp_clients.h"
 
+#include "platform/silent_end.h"
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTcpSocket>
 #include <QTimer>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <sys/socket.h>
 #include <utility>
 
 namespace qt_ports {
@@ -76,17 +75,6 @@ void end(const Shared& connection, bool failed) {
     });
 }
 
-/// A peer that vanishes without a word is noticed within half a minute.
-void noticeSilentEnd(QTcpSocket& socket) {
-    socket.setSocketOption(QAbstractSocket::KeepAliveOption, 1);
-    const auto set = [&socket](int option, int value) {
-        ::setsockopt(static_cast<int>(socket.socketDescriptor()), IPPROTO_TCP, option, &value, sizeof value);
-    };
-    set(TCP_KEEPIDLE, 10); // seconds of silence before the first probe
-    set(TCP_KEEPINTVL, 5); // seconds between probes
-    set(TCP_KEEPCNT, 3);   // probes without an answer that end the connection
-}
-
 class Client : public platform::TcpClient {
   public:
     Client(const std::string& host, int port, platform::TcpClients::Events events)
@@ -98,7 +86,7 @@ class Client : public platform::TcpClient {
         socket_.setReadBufferSize(kMostAtOnce);
         const Shared connection = connection_;
         QObject::connect(&socket_, &QTcpSocket::connected, [connection] {
-            noticeSilentEnd(*connection->socket);
+            platform::noticeSilentEnd(connection->socket->socketDescriptor());
             // Send each line at once.
             connection->socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
             tell(connection, [](Connection& made) { made.events.connected(); });

@@ -1,5 +1,6 @@
 #include "platform/trace/trace_file.h"
 
+#include "platform/trace/open_for_writing.h"
 #include "runtime/errors.h"
 #include "runtime/plain_file.h"
 
@@ -25,7 +26,7 @@ std::FILE* openAnew(const std::filesystem::path& path) {
     const std::string name = "trace file \"" + path.string() + "\"";
     if (const std::string fault = runtime::faultOfFile(path, TraceFile::kLongest); !fault.empty())
         throw runtime::FileError(name + " " + fault);
-    std::FILE* file = std::fopen(path.c_str(), "we"); // e: not inherited by programs that this one starts
+    std::FILE* file = openForWriting(path);
     if (!file) throw runtime::FileError("cannot open " + name + ": " + reason(errno));
     return file;
 }

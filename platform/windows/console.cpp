@@ -36,13 +36,21 @@ void lead(DWORD which) {
 
 } // namespace
 
-void openConsole() {
+void joinConsole() {
     const bool output = leadsSomewhere(STD_OUTPUT_HANDLE);
     const bool error = leadsSomewhere(STD_ERROR_HANDLE);
-    // Attached in any case: Ctrl+C comes through it. A new one opens only where nothing else would show.
-    if (!AttachConsole(ATTACH_PARENT_PROCESS) && !output) AllocConsole();
+    // Attached in any case: Ctrl+C comes through it.
+    AttachConsole(ATTACH_PARENT_PROCESS);
     if (!output) lead(STD_OUTPUT_HANDLE);
     if (!error) lead(STD_ERROR_HANDLE);
+}
+
+void openConsole() {
+    joinConsole();
+    if (hasOutput()) return;
+    AllocConsole();
+    lead(STD_OUTPUT_HANDLE);
+    if (!leadsSomewhere(STD_ERROR_HANDLE)) lead(STD_ERROR_HANDLE);
 }
 
 void writeOutput(const std::string& utf8) {

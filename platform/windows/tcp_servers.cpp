@@ -1,5 +1,6 @@
 #include <winsock2.h>
 // After the header above, which would otherwise clash with the older one in <windows.h>.
+#include "platform/windows/socket.h"
 #include "platform/windows/tcp_servers.h"
 #include "platform/windows/text.h"
 #include "platform/windows/window.h"
@@ -16,23 +17,6 @@ namespace {
 
 constexpr UINT kSocketEvent = WM_APP;
 constexpr std::size_t kPiece = 4 * 1024; // bytes read at once, so that others have their turn
-
-class Socket {
-  public:
-    explicit Socket(SOCKET socket) : socket_(socket) {}
-    Socket(const Socket&) = delete;
-    Socket& operator=(const Socket&) = delete;
-    ~Socket() {
-        if (socket_ == INVALID_SOCKET) return;
-        shutdown(socket_, SD_SEND);
-        closesocket(socket_);
-    }
-    SOCKET get() const { return socket_; }
-    explicit operator bool() const { return socket_ != INVALID_SOCKET; }
-
-  private:
-    SOCKET socket_;
-};
 
 class Connection : public platform::TcpConnection {
   public:
@@ -120,8 +104,7 @@ class Listener : public platform::TcpServer {
 
   private:
     static std::string why(int error) {
-        if (error == WSAEADDRINUSE || error == WSAEACCES)
-            return "another program has this port; perhaps a bridge is running already";
+        if (error == WSAEADDRINUSE || error == WSAEACCES) return "another program has this port";
         if (error == WSAEADDRNOTAVAIL) return "this computer does not have this address";
         return reason(static_cast<unsigned long>(error));
     }

@@ -2,117 +2,108 @@
 
 #include "platform/windows/text.h"
 #include "runtime/errors.h"
-#include "runtime/step_schedule.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
-#include <cstdint>
-#include <utility>
 
 namespace windows_ports {
 
 namespace {
 
-using Time = runtime::StepSchedule::Time;
+using Time = schedule::ScheduledTimers::Time;
 
-/// Windows 10 has it from 1803 on; the headers may be older. Without it a timer is as coarse as the system's
-/// clock, 1 to 16 ms.
+/// Windows 10 has it from 1803 on; the headers may be older.
 constexpr DWORD kHighResolution = 0x2;
 
-Time now() {
+/// What a timer may be early by.
+constexpr Time kNearly = std::chrono::milliseconds(1);
+
+Time systemTime() {
     return std::chrono::steady_clock::now().time_since_epoch();
 }
 
 HANDLE createTimer() {
     if (const HANDLE fine = CreateWaitableTimerExW(nullptr, nullptr, kHighResolution, TIMER_ALL_ACCESS))
         return fine;
-    return CreateWaitableTimerExW(nullptr, nullptr, 0, TIMER_ALL_ACCESS);
+    if (const HANDLE coarse = CreateWaitableTimerExW(nullptr, nullptr, 0, TIMER_ALL_ACCESS)) return coarse;
+    throw runtime::ObjectError("Cannot create a timer: " + reason(GetLastError()));
 }
 
-/// The kernel's timer is armed anew for each tick, so that the schedule alone decides. One of the system's
-/// threads waits for it and posts; the tick runs where the mailbox is.
-class KernelTimer : public platform::PeriodicTimer {
-  public:
-    KernelTimer(Mailbox::Slot slot, std::function<void()> tick)
-        : slot_(std::move(slot)), state_(std::make_shared<State>(std::move(tick))), timer_(createTimer()) {
-        if (!timer_) throw runtime::ObjectError("Cannot create a timer: " + reason(GetLastError()));
-        if (!RegisterWaitForSingleObject(&wait_, timer_, expired, this, INFINITE, WT_EXECUTEINWAITTHREAD)) {
-            const DWORD error = GetLastError();
-            CloseHandle(timer_);
-            throw runtime::ObjectError("Cannot create a timer: " + reason(error));
-        }
+void set(HANDLE timer, Time wait) {
+    constexpr Time::rep kUnit = 100; // nanoseconds; a negative time is one from now
+    LARGE_INTEGER when;
+    when.QuadPart = std::min<LONGLONG>(-wait.count() / kUnit, -1);
+    SetWaitableTimer(timer, &when, 0, nullptr, nullptr, FALSE);
+}
+
+/// How long before the moment a wait must end: nothing where the system waits as long as it is asked to. The
+/// median of a few waits, which says nothing of a busy machine.
+Time measuredEarly(HANDLE timer) {
+    constexpr Time kWait = std::chrono::microseconds(900);
+    constexpr Time kCoarse = std::chrono::milliseconds(1);
+    constexpr Time kReserve = std::chrono::microseconds(200);
+    std::array<Time, 5> waits{};
+    for (Time& wait : waits) {
+        const Time begun = systemTime();
+        set(timer, kWait);
+        WaitForSingleObject(timer, INFINITE);
+        wait = systemTime() - begun;
     }
-    KernelTimer(const KernelTimer&) = delete;
-    KernelTimer& operator=(const KernelTimer&) = delete;
-    ~KernelTimer() override {
-        stop();
-        UnregisterWaitEx(wait_, INVALID_HANDLE_VALUE); // an expiry that is being posted ends first
-        CloseHandle(timer_);
-    }
-
-    void start(Time period) override {
-        state_->running = true;
-        state_->schedule.start(now(), period);
-        arm();
-    }
-
-    void setPeriod(Time period) override {
-        state_->schedule.setInterval(now(), period);
-        arm();
-    }
-
-    void stop() override {
-        state_->running = false;
-        CancelWaitableTimer(timer_);
-    }
-
-    Time untilTick() const override { return state_->schedule.next() - now(); }
-
-  private:
-    struct State {
-        explicit State(std::function<void()> toRun) : tick(std::move(toRun)) {}
-        std::function<void()> tick;
-        runtime::StepSchedule schedule;
-        bool running = false;
-    };
-
-    static void CALLBACK expired(void* context, BOOLEAN /*timedOut*/) noexcept {
-        auto* const timer = static_cast<KernelTimer*>(context);
-        timer->slot_.post([timer, state = std::weak_ptr(timer->state_)] {
-            // A running callback always belongs to a live timer.
-            if (const auto alive = state.lock(); alive && alive->running) timer->due(alive);
-        });
-    }
-
-    void due(const std::shared_ptr<State>& state) {
-        // This expiry is from before a restart, or a little too early: set the timer again.
-        if (now() < state->schedule.next()) {
-            arm();
-            return;
-        }
-        // Set the timer before the tick: a tick that opens a box must not stop the following ticks.
-        state->schedule.ticked(now());
-        arm();
-        state->tick(); // may destroy this timer
-    }
-
-    void arm() {
-        constexpr std::int64_t kUnit = 100; // nanoseconds; a negative time is one from now
-        LARGE_INTEGER when;
-        when.QuadPart = std::min<std::int64_t>(-(state_->schedule.next() - now()).count() / kUnit, -1);
-        SetWaitableTimer(timer_, &when, 0, nullptr, nullptr, FALSE);
-    }
-
-    Mailbox::Slot slot_;
-    std::shared_ptr<State> state_;
-    HANDLE timer_;
-    HANDLE wait_ = nullptr;
-};
+    std::ranges::sort(waits);
+    const Time usual = waits[waits.size() / 2];
+    return usual < kCoarse ? Time() : usual + kReserve;
+}
 
 } // namespace
 
-std::unique_ptr<platform::PeriodicTimer> Timers::create(std::function<void()> tick) {
-    return std::make_unique<KernelTimer>(mailbox_.slot(), std::move(tick));
+Timers::Timers() : timer_(createTimer()), early_(measuredEarly(timer_)), when_(0) {
+    thread_ = std::thread([this] { waitForAlarms(); });
+}
+
+Timers::~Timers() {
+    ending_ = true;
+    set(timer_, {});
+    thread_.join();
+    CloseHandle(timer_);
+}
+
+Timers::Time Timers::now() const {
+    return systemTime();
+}
+
+void Timers::setAlarm(Time when) {
+    when_ = when.count();
+    ++alarms_;
+    // A thread that is awake sees an alarm that is soon due.
+    if (!awake_ || when - now() > early_) set(timer_, when - early_ - now());
+}
+
+void Timers::waitForAlarms() {
+    // A wait that yields keeps others from the processor if it goes before them.
+    if (early_ == Time()) SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_TIME_CRITICAL);
+    const Mailbox::Slot slot = mailbox_.slot();
+    const Time soon = early_ + kNearly;
+    const auto left = [this] { return Time(when_) - systemTime(); };
+    unsigned done = 0;
+    while (!ending_) {
+        awake_ = false;
+        if (alarms_ == done || left() > soon) WaitForSingleObject(timer_, INFINITE);
+        awake_ = true;
+        // The next alarm may be as near as this one.
+        Time::rep rest = (systemTime() + early_).count();
+        while (!ending_) {
+            const unsigned alarm = alarms_;
+            if (alarm == done ? systemTime().count() > rest : left() > soon) break;
+            if (alarm == done || left() > Time()) {
+                SwitchToThread();
+                continue;
+            }
+            done = alarm;
+            rest = (systemTime() + early_).count();
+            slot.post([this] { expired(); });
+        }
+    }
 }
 
 } // namespace windows_ports

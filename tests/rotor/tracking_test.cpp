@@ -1,6 +1,7 @@
 #include "rotor/line_splitter.h"
 #include "rotor/tracking_data.h"
 #include "rotor/tracking_server.h"
+#include "tests/comma_locale.h"
 #include "tests/desk.h"
 
 #include <clocale>
@@ -81,11 +82,7 @@ TEST_F(TrackingTest, SatPc32TakesBothOffsetsAndAMalformedLineChangesNothing) {
 }
 
 TEST_F(TrackingTest, NumbersAreTheSameInALocaleWithADecimalComma) {
-    // Made for this test, so that it does not depend on what the machine has (Debian: locales).
-    const std::string name = (folder.path() / "comma").string();
-    ASSERT_EQ(std::system(("localedef -i de_DE -f UTF-8 " + name + " > /dev/null 2>&1").c_str()), 0);
-    ASSERT_EQ(setenv("LOCPATH", folder.path().c_str(), 1), 0);
-    ASSERT_NE(std::setlocale(LC_ALL, "comma"), nullptr);
+    ASSERT_TRUE(setCommaLocale(folder.path()));
     ASSERT_STREQ(std::localeconv()->decimal_point, ",");
     use(rotor::kSatPc32, 150, 25);
     rotor::subSatData(f(), "AO-7 7 12.5 12.5 7,5");

@@ -1,6 +1,5 @@
 #include "platform/qt/dialogs.h"
 #include "platform/qt/shell.h"
-#include "platform/qt/sound.h"
 #include "runtime/errors.h"
 #include "tests/ui/window_fixture.h"
 
@@ -352,21 +351,6 @@ TEST_F(PlatformShell, WithoutABrowserThePageOpensInAWindowOfItsOwn) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return !failures.empty(); }));
     EXPECT_THAT(failures, ::testing::ElementsAre("No mail program is set up on this computer."));
     EXPECT_TRUE(pageWindow()->close());
-}
-
-TEST(PlatformSound, NeverKeepsTheEnginesWaiting) {
-    const QTemporaryDir data;
-    ASSERT_TRUE(QDir(data.path()).mkpath("assets/sounds"));
-    QFile broken(data.filePath("assets/sounds/memup.wav"));
-    ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
-    broken.write("no sound at all");
-    broken.close();
-    qt_ports::Sound sound(data.path().toStdString());
-    QElapsedTimer time;
-    time.start();
-    sound.play("memup.wav");
-    sound.play("missing.wav");
-    EXPECT_LT(time.elapsed(), 50);
 }
 
 } // namespace

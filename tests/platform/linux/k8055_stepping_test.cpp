@@ -1,7 +1,7 @@
 #include "config/records.h"
 #include "event_loop.h"
 #include "fake_k8055.h"
-#include "platform/linux/k8055.h"
+#include "platform/hid/k8055.h"
 #include "platform/linux/timers.h"
 #include "tests/desk.h"
 
@@ -61,7 +61,7 @@ class K8055Stepping : public ::testing::Test, protected SimulatedOutside {
     EventLoop loop;
     TemporaryFolder folder;
     linux_ports::Timers timers{loop.watcher};
-    linux_ports::K8055 usb{2};
+    hid_ports::K8055 usb{2};
     std::unique_ptr<app::Controller> controller;
 };
 

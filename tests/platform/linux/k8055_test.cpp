@@ -1,6 +1,6 @@
 #include "event_loop.h"
 #include "fake_k8055.h"
-#include "platform/linux/k8055.h"
+#include "platform/hid/k8055.h"
 #include "runtime/errors.h"
 
 #include <cerrno>
@@ -8,7 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-using linux_ports::K8055;
+using hid_ports::K8055;
 using namespace std::chrono_literals;
 using ::testing::AllOf;
 using ::testing::ElementsAre;

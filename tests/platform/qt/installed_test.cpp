@@ -85,7 +85,7 @@ TEST(UserData, LiesWhereTheDesktopKeepsIt) {
         EXPECT_EQ(asked.options->directory, expected);
         const auto notAsked = ui::parseCommandLine({"twinstep"});
         ASSERT_TRUE(notAsked.options) << notAsked.text;
-        EXPECT_EQ(notAsked.options->directory, ".");
+        EXPECT_EQ(notAsked.options->directory, "");
     }
 }
 

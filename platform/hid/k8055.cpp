@@ -1,12 +1,12 @@
-#include "platform/linux/k8055.h"
+#include "platform/hid/k8055.h"
 
-#include "platform/linux/k8055_search.h"
-#include "platform/linux/k8055_sender.h"
+#include "platform/hid/k8055_search.h"
+#include "platform/hid/k8055_sender.h"
 #include "runtime/errors.h"
 
 #include <utility>
 
-namespace linux_ports {
+namespace hid_ports {
 
 namespace {
 
@@ -99,4 +99,4 @@ bool K8055::close() {
     return off;
 }
 
-} // namespace linux_ports
+} // namespace hid_ports

@@ -1,11 +1,11 @@
-#include "platform/linux/k8055_sender.h"
+#include "platform/hid/k8055_sender.h"
 
 #include "runtime/errors.h"
 
 #include <chrono>
 #include <thread>
 
-namespace linux_ports {
+namespace hid_ports {
 
 namespace {
 
@@ -159,4 +159,4 @@ bool Sender::isGone() {
     return hid_read_timeout(device_.get(), input.data(), input.size(), 0) < 0;
 }
 
-} // namespace linux_ports
+} // namespace hid_ports

@@ -6,11 +6,11 @@
 #include <memory>
 #include <string>
 
-namespace linux_ports {
+namespace hid_ports {
 
 class Sender;
 
-/// Velleman K8055 boards on USB, through hidapi and the kernel's hidraw devices. A separate thread sends the
+/// Velleman K8055 boards on USB, through hidapi. A separate thread sends the
 /// reports, always with the newest byte; only closeDevice waits for the board. A failed board still gets
 /// "off" reports for some seconds. Only one board can be open in a process.
 class K8055 : public platform::UsbBoard {
@@ -52,4 +52,4 @@ class K8055 : public platform::UsbBoard {
     std::shared_ptr<Sender> sender_; // the open board
 };
 
-} // namespace linux_ports
+} // namespace hid_ports

@@ -10,7 +10,7 @@
 #include <mutex>
 #include <string>
 
-namespace linux_ports {
+namespace hid_ports {
 
 /// An open K8055 board and the thread that sends to it. The thread ends by itself, even if the opener has
 /// stopped waiting for it. Only finish waits for the board.
@@ -69,4 +69,4 @@ class Sender {
     bool finishing_ = false, finished_ = false;
 };
 
-} // namespace linux_ports
+} // namespace hid_ports

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/position_file.h"
+#include "platform/windows/outside/handle.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <filesystem>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+namespace windows_ports {
+
+/// A memory-mapped file. The system keeps its memory after the program's end, even after a crash; a thread
+/// flushes it to the disk twice a second, in case of a power failure.
+class PositionFile : public platform::PositionFile {
+  public:
+    /// Called once, from that thread, when the file cannot be flushed any more.
+    using Failure = std::function<void(const std::string& reason)>;
+
+    PositionFile(std::filesystem::path path, Failure failure);
+    PositionFile(const PositionFile&) = delete;
+    PositionFile& operator=(const PositionFile&) = delete;
+    ~PositionFile() override;
+
+    std::optional<std::string> leftOver() override;
+    std::span<std::byte> create(std::span<const std::byte> bytes) override;
+    void changed() override { changed_.store(true, std::memory_order_release); }
+    void remove() override;
+
+  private:
+    [[noreturn]] void fail(const std::string& what) const;
+    void unmap();
+    void flushUntilEnd();
+
+    const std::filesystem::path path_;
+    const Failure failure_;
+    Handle file_;
+    std::span<std::byte> memory_;
+    std::atomic<bool> changed_ = false;
+
+    std::mutex mutex_; // guards ends_
+    std::condition_variable ending_;
+    bool ends_ = false;
+    std::thread flusher_;
+};
+
+} // namespace windows_ports

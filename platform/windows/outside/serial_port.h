@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/serial_port.h"
+#include "platform/windows/outside/handle.h"
+
+#include <string>
+#include <vector>
+
+namespace windows_ports {
+
+/// A COM port, exclusively for this process and for those that it shares the handle with.
+class SerialPort : public platform::SerialPort {
+  public:
+    /// `device` is "COM3". Throws runtime::ObjectError, naming the device and the remedy.
+    SerialPort(const std::string& device, int baud);
+    SerialPort(const SerialPort&) = delete;
+    SerialPort& operator=(const SerialPort&) = delete;
+    ~SerialPort() override;
+
+    std::size_t write(std::span<const std::uint8_t> bytes) override;
+    std::size_t read(std::span<std::uint8_t> buffer, std::chrono::nanoseconds longest) override;
+    void wake() override { SetEvent(wake_.get()); }
+
+    /// To share with another process.
+    HANDLE handle() const { return port_.get(); }
+
+  private:
+    /// Whether the last write is still under way.
+    bool writing();
+
+    Handle port_;
+    Handle written_, read_, wake_; // events
+    OVERLAPPED write_{};
+    std::vector<std::uint8_t> writes_; // what is under way
+};
+
+/// The names of the COM ports of this computer, "COM3", with what the system calls them.
+struct SerialDevice {
+    std::string port;
+    std::string name;
+};
+std::vector<SerialDevice> serialDevices();
+
+} // namespace windows_ports
