@@ -267,6 +267,7 @@ void Controller::Subsystems::loadSettings() {
         keptTuner = form.tuner = config::readTunerSettings(ports.settings.get(), faults);
         approach.setBacklash(form.tuner.backlash1, form.tuner.backlash2);
         form.chkExact.Value.load(form.tuner.exact ? 1 : 0);
+        form.chkHRM.Value.load(form.tuner.useTable ? 1 : 0);
     } catch (const runtime::FileError&) {
         // A file that cannot be read has been told already: devices and links come from it too.
     }

@@ -105,7 +105,7 @@ config::Unit Shutdown::state() {
     add(integerRecord, record::kOffsetAzimuth, form_.HScOffsetA.Value.get());
     add(integerRecord, record::kOffsetElevation, form_.HScOffsetB.Value.get());
     // If the table is empty, the old count stays in the file.
-    if (form_.hiResMem.size() > record::kTableEntriesMax) {
+    if (std::ssize(form_.hiResMem) > record::kTableEntriesMax) {
         misfits.push_back({record::kTableCount});
     } else if (!form_.hiResMem.empty()) {
         add(integerRecord, record::kTableCount, static_cast<int>(form_.hiResMem.size()));

@@ -203,7 +203,7 @@ void Startup::loadTable() {
                 return runtime::parseNumber(
                     runtime::shortestText(runtime::parseSingle(records_.text(number))));
             };
-            form_.hiResMem.push_back({column(0), column(1), column(2), column(3) == 1});
+            form_.hiResMem.push_back({column(0), column(1), column(2), column(3)});
         }
         form_.hiResMem = memory::withFullDigits(memory::byFrequency(form_.hiResMem), tableFile());
     } catch (const runtime::RunTimeError&) {

@@ -1,10 +1,14 @@
 #include "config/record_file.h"
 #include "config/records.h"
+#include "engine/approach.h"
+#include "memory/table_recall.h"
 #include "platform/linux/storage.h"
 #include "tests/simulated_outside.h"
 
+#include <algorithm>
 #include <array>
 #include <benchmark/benchmark.h>
+#include <cmath>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -113,13 +117,63 @@ BENCHMARK_CAPTURE(bareTick, half, true)->Name("one tick, half step: bare");
 BENCHMARK_CAPTURE(stepTick, kept, false)->Name("one tick, position kept: ours");
 BENCHMARK_CAPTURE(stepTick, lost, false, false)->Name("one tick, position kept: bare");
 
+form::FrequencyTable fullTable() {
+    form::FrequencyTable table;
+    for (int i = 0; i < form::kTableEntriesMax; ++i)
+        table.push_back({7 + i / 1000.0, 50 + i / 10.0, 400.0 - i});
+    return table;
+}
+
+/// A recall from a full table with the smooth curve: where to, and both engines are on their way.
+void recallFromTable(benchmark::State& state) {
+    SimulatedOutside outside;
+    form::Form1 form(outside.clock, outside.links);
+    form::Boxes boxes(outside.dialogs);
+    engine::Motion motion(form, boxes);
+    engine::Approach approach(form, motion);
+    memory::TableRecall recall(form, boxes, approach);
+    form.hiResMem = fullTable();
+    form.tuner.curve = form::TableCurve::kMonotoneCubic;
+    const engine::Sides sides(form);
+    for (const engine::Side* side : {&sides.a, &sides.b}) {
+        side->intSteps = 200;
+        side->bytMolt = 1;
+        side->sngMMGiro = 1;
+        side->intTickBassa = side->intTickAlta = 5;
+        side->sngPos = 1;
+    }
+    std::int64_t hertz = 0;
+    for (auto _ : state) {
+        hertz = (hertz + 77'701) % 199'000;
+        form.frequencyNow = 7'000'000 + hertz;
+        recall.subHiResMem();
+    }
+    if (!sides.a.running() || !sides.b.running()) state.SkipWithError("no recall");
+}
+BENCHMARK(recallFromTable)->Name("recall from 200 entries decided: ours");
+
+/// Both positions by a search and a straight line.
+void interpolate(benchmark::State& state) {
+    const form::FrequencyTable table = fullTable();
+    double megahertz = 0;
+    for (auto _ : state) {
+        megahertz = std::fmod(megahertz + 0.0777, 0.199);
+        const auto upper = std::ranges::upper_bound(table, 7 + megahertz, {}, &form::TableEntry::megahertz);
+        const auto lower = std::prev(upper);
+        const double share = (7 + megahertz - lower->megahertz) / (upper->megahertz - lower->megahertz);
+        benchmark::DoNotOptimize(std::lerp(lower->posA, upper->posA, share));
+        benchmark::DoNotOptimize(std::lerp(lower->posB, upper->posB, share));
+    }
+}
+BENCHMARK(interpolate)->Name("recall from 200 entries decided: bare");
+
 void loadFullFile(benchmark::State& state) {
     Machine machine;
     writeFullFile(machine.file);
     const auto controller = machine.build();
     for (auto _ : state)
         controller->start();
-    if (controller->form().hiResMem.size() != record::kTableEntriesMax ||
+    if (std::ssize(controller->form().hiResMem) != record::kTableEntriesMax ||
         !machine.dialogs.takeMessages().empty()) {
         state.SkipWithError("the file was not loaded whole");
     }

@@ -10,7 +10,9 @@ need_packages "${bench_packages[@]}"
 build_preset bench
 
 # The reporter writes: "name",iterations,real_time,cpu_time,unit,...
-build/bench/bench/twinstep_bench --benchmark_format=csv 2>/dev/null | awk '
+for program in twinstep_bench twinstep_plot_bench; do
+    "build/bench/bench/$program" --benchmark_format=csv 2>/dev/null
+done | awk '
     /^"[^"]*: (ours|bare)"/ {
         # The name may hold commas; the figures are counted from its closing quote.
         match($0, /^"[^"]*"/)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "form/frequency_table.h"
+
 /// Numbers of the records of "save.cfg". docs/save-cfg.md describes each record.
 namespace config::record {
 
@@ -58,7 +60,7 @@ constexpr int kTrackingProgram = 81;
 constexpr int kTableCount = 99;
 constexpr int kTableFirst = 100;
 constexpr int kTableColumns = 4;
-constexpr int kTableEntriesMax = 200;
+using form::kTableEntriesMax;
 constexpr int kLast = kTableFirst + kTableColumns * kTableEntriesMax - 1;
 
 } // namespace config::record

@@ -10,22 +10,8 @@ namespace {
 
 using form::TunerSettings;
 
-constexpr const char* kYes = "yes";
-constexpr const char* kNo = "no";
 constexpr const char* kStraight = "straight";
 constexpr const char* kSmooth = "smooth";
-
-template <bool TunerSettings::*kFlag>
-std::string flagText(const TunerSettings& settings) {
-    return settings.*kFlag ? kYes : kNo;
-}
-
-template <bool TunerSettings::*kFlag>
-bool takeFlag(TunerSettings& settings, const std::string& text) {
-    if (text != kYes && text != kNo) return false;
-    settings.*kFlag = text == kYes;
-    return true;
-}
 
 template <int TunerSettings::*kNumber>
 std::string numberText(const TunerSettings& settings) {
@@ -54,20 +40,19 @@ bool takeCurve(TunerSettings& settings, const std::string& text) {
     return true;
 }
 
-constexpr const char* kYesOrNo = "yes or no";
 constexpr const char* kThousand = "a whole number from 0 to 1000";
 constexpr const char* kPlay = "a whole number from 0 to 10000";
 
 } // namespace
 
-const std::array<TunerField, 8> kTunerFields = {{
-    {"recall", "exact", flagText<&TunerSettings::exact>, takeFlag<&TunerSettings::exact>, kYesOrNo},
+const std::array<SettingField<TunerSettings>, 9> kTunerFields = {{
+    yesOrNo<TunerSettings, &TunerSettings::useTable>("recall", "table"),
+    yesOrNo<TunerSettings, &TunerSettings::exact>("recall", "exact"),
     {"recall", "exact-khz", numberText<&TunerSettings::exactKilohertz>,
      takeNumber<&TunerSettings::exactKilohertz, 1, 1000>, "a whole number from 1 to 1000"},
     {"recall", "semi-auto-khz", numberText<&TunerSettings::semiAutoKilohertz>,
      takeNumber<&TunerSettings::semiAutoKilohertz, 0, 1000>, kThousand},
-    {"recall", "wait-while-transmitting", flagText<&TunerSettings::waitWhileTransmitting>,
-     takeFlag<&TunerSettings::waitWhileTransmitting>, kYesOrNo},
+    yesOrNo<TunerSettings, &TunerSettings::waitWhileTransmitting>("recall", "wait-while-transmitting"),
     {"table", "curve", curveText, takeCurve, "straight or smooth"},
     {"table", "least-move", numberText<&TunerSettings::leastMove>,
      takeNumber<&TunerSettings::leastMove, 0, 1000>, kThousand},
@@ -79,22 +64,14 @@ const std::array<TunerField, 8> kTunerFields = {{
 
 TunerSettings readTunerSettings(const platform::Settings& file, std::string& faults) {
     TunerSettings settings;
-    std::map<std::string, platform::Settings::Texts> sections;
-    for (const TunerField& field : kTunerFields) {
-        if (!sections.contains(field.section)) sections[field.section] = file.read(field.section);
-        const auto& texts = sections[field.section];
-        const auto text = texts.find(field.name);
-        if (text == texts.end() || field.take(settings, text->second)) continue;
-        faults += std::string("[") + field.section + "] " + field.name + ": \"" + text->second +
-                  "\" is not " + field.shape + "\n";
-    }
+    readFields(file, kTunerFields, settings, faults);
     return settings;
 }
 
 void writeTunerSettings(platform::Settings& file, const TunerSettings& before,
                         const TunerSettings& settings) {
     std::map<std::string, platform::Settings::Texts> sections;
-    for (const TunerField& field : kTunerFields) {
+    for (const SettingField<TunerSettings>& field : kTunerFields) {
         const std::string text = field.text(settings);
         if (text != field.text(before)) sections[field.section][field.name] = text;
     }

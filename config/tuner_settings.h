@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/setting_field.h"
 #include "form/tuner_settings.h"
 #include "platform/settings.h"
 
@@ -8,17 +9,7 @@
 
 namespace config {
 
-/// One of the tuner's settings: where it stands in the file, and how it is read and written.
-struct TunerField {
-    const char* section;
-    const char* name;
-    std::string (*text)(const form::TunerSettings&);
-    /// Takes a text; false, and nothing taken, when it is none for this field.
-    bool (*take)(form::TunerSettings&, const std::string& text);
-    const char* shape; // of a text that would be taken, in words
-};
-
-extern const std::array<TunerField, 8> kTunerFields;
+extern const std::array<SettingField<form::TunerSettings>, 9> kTunerFields;
 
 /// The settings of the file. A field that is invalid keeps its default and is named in `faults`, a line each.
 form::TunerSettings readTunerSettings(const platform::Settings& file, std::string& faults);

@@ -105,15 +105,18 @@ int Motion::directionTo(const Side& side, float target) const {
     return side.ascends(form::kForward) == (here < target) ? form::kForward : form::kBackward;
 }
 
+std::string Motion::missing(const Side& side) {
+    if (period(side, false) <= 0 && period(side, true) <= 0)
+        return side.slow.label.Caption.get() + " or " + side.fast.label.Caption.get() + " speed";
+    if (side.intSteps == 0) return side.steps.label.Caption;
+    if (side.sngMMGiro == 0) return side.units.label.Caption;
+    return {};
+}
+
 bool Motion::canStart(const Side& side) {
-    std::string missing;
-    if (side.sngMMGiro == 0) missing = side.units.label.Caption;
-    if (side.intSteps == 0) missing = side.steps.label.Caption;
-    if (period(side, false) <= 0 && period(side, true) <= 0) {
-        missing = side.slow.label.Caption.get() + " or " + side.fast.label.Caption.get() + " speed";
-    }
-    if (missing.empty()) return true;
-    form_.notice.tell(side.lblEngine.Caption.get() + " does not start: enter its " + missing);
+    const std::string parameter = missing(side);
+    if (parameter.empty()) return true;
+    form_.notice.tell(side.lblEngine.Caption.get() + " does not start: enter its " + parameter);
     return false;
 }
 

@@ -27,6 +27,8 @@ class Motion {
     bool moveTo(const Side& side, float target);
     /// Whether moveTo can start or has nothing to do; if false, the notice gives the reason.
     bool canMoveTo(const Side& side, float target);
+    /// The name of a parameter without which the engine cannot run; empty if nothing is missing.
+    static std::string missing(const Side& side);
     /// Stops at once, without a ramp. The outputs keep the last pattern.
     void stop(const Side& side);
     /// Ends a jog or a move: with a ramp the engine slows down first.

@@ -42,7 +42,8 @@ class FrequencySource {
     virtual std::string key() const = 0;
     /// The frequency, as exact as the program reports it; empty if unknown.
     virtual std::optional<std::int64_t> hertz() const = 0;
-    /// Seconds since the program last reported the frequency; 0 for a link that reports each change.
+    /// Seconds for which the frequency has not been confirmed although it should have been; 0 for a link that
+    /// reports each change.
     virtual double age() const { return 0; }
     /// Whether the transceiver transmits; false if the program does not report it.
     virtual bool transmitting() const { return false; }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <vector>
 
 namespace form {
@@ -9,13 +8,15 @@ namespace form {
 struct TableEntry {
     double megahertz = 0;
     double posA = 0, posB = 0; // user units
-    bool endsStretch = false;  // nothing is interpolated between this entry and the next
+    double fourth = 0;         // the fourth column; values of other programs are kept, and mean 0
+    /// Whether nothing is interpolated between this entry and the next.
+    bool endsStretch() const { return fourth == 1; }
     bool operator==(const TableEntry&) const = default;
 };
 
 /// Entries by rising frequency, each frequency once, at most kTableEntriesMax of them.
 using FrequencyTable = std::vector<TableEntry>;
-constexpr std::size_t kTableEntriesMax = 200;
+constexpr int kTableEntriesMax = 200;
 
 /// How positions run between two entries of a stretch.
 enum class TableCurve { kLinear, kMonotoneCubic };

@@ -1,17 +1,21 @@
 #pragma once
 
 #include "form/controls.h"
+#include "form/direction.h"
 #include "form/link_label.h"
 #include "form/timer.h"
 #include "runtime/checked.h"
 
+#include <functional>
+#include <optional>
+
 namespace form {
 
-/// What the sky plot shows besides antenna and target. In degrees of the rotator.
+/// What the sky plot shows besides the antenna.
 struct RotorPlan {
-    bool moves = false; // the antenna moves to this place
-    double azimuth = 0, elevation = 0;
-    double azimuthMin = 0, azimuthMax = 360; // the range's ends
+    std::optional<Direction> target;         // of the source that holds the target, offsets added
+    std::optional<Direction> goal;           // the place of the rotator to which the antenna moves
+    double azimuthMin = 0, azimuthMax = 360; // the range's ends, in degrees of the rotator
     bool operator==(const RotorPlan&) const = default;
 };
 
@@ -88,6 +92,8 @@ struct RotorPanel {
     Button cmdCalibrate{form_, "cmdCalibrate", "Calibrate"};
     Button cmdUndoCalibrate{form_, "cmdUndoCalibrate", "Undo"};
     RotorPlan plan;
+    /// The user has pressed the sky plot there.
+    std::function<void(const Direction&)> onSkyPressed;
 };
 
 } // namespace form

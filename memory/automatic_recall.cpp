@@ -55,6 +55,7 @@ AutomaticRecall::AutomaticRecall(form::Form1& form, form::Boxes& boxes, MemorySl
     form_.chkAutoMemOnOff.MouseDown.attach([this] { chkAutoMemOnOff_MouseDown(); });
     form_.chkBandMode.Click.attach([this] { chkBandMode_Click(); });
     form_.chkExact.Click.attach([this] { chkExact_Click(); });
+    form_.chkHRM.Click.attach([this] { chkHRM_Click(); });
     form_.HScrMemSpeedCh.Change.attach([this] { HScrMemSpeedCh_Change(); });
 }
 
@@ -214,6 +215,12 @@ void AutomaticRecall::chkExact_Click() {
     if (form_.chkExact.ticked()) form_.chkBandMode.Value = 0;
     form_.tuner.exact = form_.chkExact.ticked();
     keepSettings();
+}
+
+void AutomaticRecall::chkHRM_Click() {
+    form_.tuner.useTable = form_.chkHRM.ticked();
+    keepSettings();
+    table_.forget();
 }
 
 void AutomaticRecall::HScrMemSpeedCh_Change() {

@@ -32,6 +32,7 @@ class AutomaticRecall {
     void chkAutoMemOnOff_MouseDown();
     void chkBandMode_Click();
     void chkExact_Click();
+    void chkHRM_Click();
     /// The user has begun to tune by hand: no recall until the frequency moves on, or Auto is ticked anew.
     void semiAuto();
     void HScrMemSpeedCh_Change();

@@ -27,7 +27,7 @@ double slope(const FrequencyTable& table, std::size_t lower, Position position) 
 /// Whether there is a curve from entry `lower` to the next one. Frequencies that were told apart by digits
 /// that are lost stand twice.
 bool interpolates(const FrequencyTable& table, std::size_t lower) {
-    return !table[lower].endsStretch && table[lower].megahertz < table[lower + 1].megahertz;
+    return !table[lower].endsStretch() && table[lower].megahertz < table[lower + 1].megahertz;
 }
 
 /// The curve's rise at entry `index`: the harmonic mean of the slopes on both sides, weighted by their
@@ -77,7 +77,7 @@ FrequencyTable sorted(FrequencyTable entries) {
         if (!table.empty() && table.back().megahertz == entry.megahertz) table.pop_back();
         table.push_back(entry);
     }
-    if (table.size() > form::kTableEntriesMax) throw runtime::SubscriptError();
+    if (std::ssize(table) > form::kTableEntriesMax) throw runtime::SubscriptError();
     return table;
 }
 
@@ -86,7 +86,7 @@ std::size_t put(FrequencyTable& table, const TableEntry& entry) {
     if (place != table.end() && place->megahertz == entry.megahertz) {
         *place = entry;
     } else {
-        if (table.size() >= form::kTableEntriesMax) throw runtime::SubscriptError();
+        if (std::ssize(table) >= form::kTableEntriesMax) throw runtime::SubscriptError();
         place = table.insert(place, entry);
     }
     return static_cast<std::size_t>(place - table.begin());
@@ -97,7 +97,7 @@ std::optional<TablePositions> positionsAt(const FrequencyTable& table, double me
     const auto upper = std::lower_bound(table.begin(), table.end(), megahertz, isLower);
     if (upper == table.end()) return std::nullopt;
     if (upper->megahertz == megahertz) return TablePositions{upper->posA, upper->posB};
-    if (upper == table.begin() || std::prev(upper)->endsStretch) return std::nullopt;
+    if (upper == table.begin() || std::prev(upper)->endsStretch()) return std::nullopt;
     const auto lower = static_cast<std::size_t>(upper - table.begin() - 1);
     return TablePositions{between(table, lower, megahertz, curve, &TableEntry::posA),
                           between(table, lower, megahertz, curve, &TableEntry::posB)};

@@ -31,7 +31,7 @@ std::vector<std::string_view> columnsOf(std::string_view line) {
     }
 }
 
-TableEntry entryOf(const std::vector<std::string_view>& columns) {
+TableEntry entryOf(const std::vector<std::string_view>& columns, FourthColumn allowed) {
     if (columns.size() < 3 || columns.size() > 4) {
         throw TableTextError("has " + std::to_string(columns.size()) + " columns instead of 3 or 4");
     }
@@ -42,9 +42,10 @@ TableEntry entryOf(const std::vector<std::string_view>& columns) {
             throw TableTextError("\"" + runtime::firstCharacters(column, 20) + "\" is not a number");
         }
     };
-    const double end = columns.size() == 4 ? number(columns[3]) : 0;
-    if (end != 0 && end != 1) throw TableTextError("the fourth column is not 0 or 1");
-    const TableEntry entry{number(columns[0]), number(columns[1]), number(columns[2]), end == 1};
+    const double fourth = columns.size() == 4 ? number(columns[3]) : 0;
+    if (fourth != 0 && fourth != 1 && allowed == FourthColumn::k0Or1)
+        throw TableTextError("the fourth column is not 0 or 1");
+    const TableEntry entry{number(columns[0]), number(columns[1]), number(columns[2]), fourth};
     if (const std::string fault = faultOf(entry); !fault.empty()) throw TableTextError(fault);
     return entry;
 }
@@ -60,7 +61,7 @@ bool agrees(const TableEntry& full, const TableEntry& kept) {
         return runtime::parseSingle(recordText(value)) == runtime::toSingle(record);
     };
     return same(full.megahertz, kept.megahertz) && same(full.posA, kept.posA) && same(full.posB, kept.posB) &&
-           full.endsStretch == kept.endsStretch;
+           same(full.fourth, kept.fourth);
 }
 
 } // namespace
@@ -70,12 +71,12 @@ std::string tableText(const FrequencyTable& table) {
     for (const TableEntry& entry : table) {
         for (const double value : {entry.megahertz, entry.posA, entry.posB})
             text += runtime::shortestText(value) + "\t";
-        text += entry.endsStretch ? "1\n" : "0\n";
+        text += runtime::shortestText(entry.fourth) + "\n";
     }
     return text;
 }
 
-FrequencyTable readTable(std::string_view text) {
+FrequencyTable readTable(std::string_view text, FourthColumn fourth) {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF"; // what some spreadsheets put first
     if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
     FrequencyTable entries;
@@ -88,7 +89,7 @@ FrequencyTable readTable(std::string_view text) {
         const auto columns = columnsOf(line);
         if (columns.empty()) continue;
         try {
-            entries.push_back(entryOf(columns));
+            entries.push_back(entryOf(columns, fourth));
         } catch (const TableTextError& error) {
             throw TableTextError("Line " + std::to_string(number) + ": " + error.what());
         }
@@ -112,7 +113,7 @@ std::string faultOf(const TableEntry& entry) {
 
 std::array<std::string, 4> recordTexts(const TableEntry& entry) {
     return {recordText(entry.megahertz), recordText(entry.posA), recordText(entry.posB),
-            recordText(entry.endsStretch ? 1 : 0)};
+            recordText(entry.fourth)};
 }
 
 FrequencyTable withFullDigits(FrequencyTable records, const FrequencyTable& file) {
@@ -125,7 +126,7 @@ FrequencyTable withFullDigits(FrequencyTable records, const FrequencyTable& file
             break;
         }
     }
-    return records;
+    return byFrequency(std::move(records)); // other digits may have changed the order
 }
 
 } // namespace memory

@@ -19,13 +19,18 @@ struct TableTextError : std::runtime_error {
 inline constexpr const char* kTableFile = "HiResMem.txt";
 
 /// One line an entry: frequency in MHz, both positions, and 1 where the entry ends a stretch, 0 otherwise,
-/// separated by tabulators, with the shortest digits that read back as the same numbers.
+/// separated by tabulators, with the shortest digits that read back as the same numbers. A fourth column of
+/// another program stays.
 std::string tableText(const form::FrequencyTable& table);
+
+/// Which numbers the fourth column may hold: what this program writes, or what another one may have left in
+/// the records.
+enum class FourthColumn { k0Or1, kAny };
 
 /// Reads lines of three or four columns (the fourth is 0 where it is missing), separated by tabulators,
 /// semicolons or blanks, numbers with a point or a comma; '#' begins a comment. TableTextError for a line
 /// that is no entry, and for too many.
-form::FrequencyTable readTable(std::string_view text);
+form::FrequencyTable readTable(std::string_view text, FourthColumn fourth = FourthColumn::k0Or1);
 
 /// What is wrong with an entry, in a few words; empty when it can be kept. Frequencies are above 0 and below
 /// 10,000 MHz, positions from -999 to 999.

@@ -66,7 +66,7 @@ void TableWindow::loaded() {
 }
 
 form::TableEntry TableWindow::newEntry(double megahertz) const {
-    return {megahertz, exactly(main_.sngPosA), exactly(main_.sngPosB), false};
+    return {megahertz, exactly(main_.sngPosA), exactly(main_.sngPosB)};
 }
 
 std::string TableWindow::faultOfAdding() const {
@@ -89,7 +89,7 @@ void TableWindow::cmdTableAdd_Click() {
             Table table = main_.hiResMem;
             const bool replaces = std::ranges::any_of(
                 table, [&](const form::TableEntry& old) { return old.megahertz == entry.megahertz; });
-            if (!replaces && table.size() == form::kTableEntriesMax) {
+            if (!replaces && std::ssize(table) == form::kTableEntriesMax) {
                 fault = "the table is full";
             } else {
                 const std::size_t row = memory::put(table, entry);
@@ -122,7 +122,7 @@ void TableWindow::edited(int row, int column, const std::string& text) {
             entry.posB = value;
             break;
         default:
-            entry.endsStretch = value != 0;
+            entry.fourth = value;
             break;
         }
         if (!isNew) table.erase(table.begin() + row);
@@ -130,7 +130,7 @@ void TableWindow::edited(int row, int column, const std::string& text) {
             table, [&](const form::TableEntry& other) { return other.megahertz == entry.megahertz; });
         if (taken) return say("There is an entry for " + megahertzText(entry.megahertz) + " already");
         if (const std::string fault = faultOf(entry); !fault.empty()) return say("Not changed: " + fault);
-        if (table.size() == form::kTableEntriesMax) return say("Not added: the table is full");
+        if (std::ssize(table) == form::kTableEntriesMax) return say("Not added: the table is full");
         window_.grid.Row.load(static_cast<int>(memory::put(table, entry)));
         change(table, megahertzText(entry.megahertz) + (isNew ? " added" : " changed"));
     } catch (const runtime::RunTimeError&) {
@@ -181,7 +181,7 @@ std::string TableWindow::readFile(const std::filesystem::path& path) {
 
 form::FrequencyTable TableWindow::file() {
     try {
-        return readTable(readFile(file_.path().parent_path() / kTableFile));
+        return readTable(readFile(file_.path().parent_path() / kTableFile), FourthColumn::kAny);
     } catch (const TableTextError& error) {
         notify(std::string(kTableFile) + " is not used: " + error.what());
     } catch (const runtime::FileError& error) {
@@ -207,8 +207,8 @@ void TableWindow::import() {
     if (!path) return;
     try {
         const Table table = readTable(readFile(runtime::pathOf(*path)));
-        const std::string count = std::to_string(table.size());
-        change(table, count + " entries imported");
+        if (table.empty()) return say("Not imported: the file has no entries");
+        change(table, std::to_string(table.size()) + " entries imported");
     } catch (const TableTextError& error) {
         say(std::string("Not imported: ") + error.what());
     } catch (const runtime::FileError& error) {

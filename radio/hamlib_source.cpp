@@ -36,6 +36,9 @@ void HamlibSource::release() {
 }
 
 void HamlibSource::told(const RigReading& reading) {
+    const auto noticeOf = [](const std::string& trouble) { return "Hamlib: " + trouble; };
+    // What it said has been put right.
+    if (form_.notice.Caption.get() == noticeOf(reading_.trouble)) form_.notice.tell("");
     reading_ = reading;
     form_.lblFreqHamlib.Caption = kilohertzText(reading);
     if (reading.trouble.empty()) {
@@ -43,7 +46,7 @@ void HamlibSource::told(const RigReading& reading) {
     } else {
         // It goes on trying, so the button stays as it is.
         showState(form_, "Error", reading.trouble);
-        form_.notice.tell("Hamlib: " + reading.trouble);
+        form_.notice.tell(noticeOf(reading.trouble));
     }
 }
 

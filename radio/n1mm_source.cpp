@@ -6,6 +6,8 @@
 #include "runtime/errors.h"
 #include "runtime/number.h"
 
+#include <algorithm>
+
 namespace radio {
 
 N1mmSource::N1mmSource(form::Form1& form, platform::UdpSockets& sockets)
@@ -36,6 +38,12 @@ void N1mmSource::received(const std::string& datagram) {
     hertz_ = n1mmHertz(datagram);
     silentPolls_ = 0;
     transmitting_ = n1mmTransmitting(datagram).value_or(transmitting_);
+}
+
+double N1mmSource::age() const {
+    constexpr double kRepeat = 10; // seconds
+    constexpr double kSecondsPerPoll = form::Form1::kPollMilliseconds / 1000.0;
+    return std::max(silentPolls_ * kSecondsPerPoll - kRepeat, 0.0);
 }
 
 bool N1mmSource::hasFrequency() const {

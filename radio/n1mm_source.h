@@ -17,12 +17,12 @@ class N1mmSource : public form::FrequencySource {
     bool announcesBands() const override { return form_.sourceConnected(); }
     std::string key() const override;
     std::optional<std::int64_t> hertz() const override { return hertz_; }
-    double age() const override { return silentPolls_ * kSecondsPerPoll; }
+    /// N1MM Logger sends each change at once, and repeats what has not changed every 10 s.
+    double age() const override;
     bool transmitting() const override { return transmitting_; }
     void poll() override { ++silentPolls_; }
 
   private:
-    static constexpr double kSecondsPerPoll = form::Form1::kPollMilliseconds / 1000.0;
     void received(const std::string& datagram);
 
     form::Form1& form_;

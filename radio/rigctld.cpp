@@ -50,7 +50,10 @@ void Rigctld::connect() {
         ask(Request::kVfoMode);
     };
     events.received = [this](const std::string& bytes) { received(bytes); };
-    events.ended = [this] { lost("no rigctld at " + host_ + ":" + std::to_string(port_)); };
+    events.ended = [this] {
+        const bool bare = host_.find(':') == std::string::npos; // not an IPv6 address
+        lost("no rigctld at " + (bare ? host_ : "[" + host_ + "]") + ":" + std::to_string(port_));
+    };
     client_ = clients_.connect(host_, port_, std::move(events));
 }
 

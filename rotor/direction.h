@@ -1,14 +1,10 @@
 #pragma once
 
+#include "form/direction.h"
+
 namespace rotor {
 
-/// The direction of an antenna, in degrees: azimuth clockwise from north, elevation above the horizon. With
-/// an elevation above 90 degrees the antenna is flipped ("on its back") and points to azimuth + 180.
-struct Direction {
-    double azimuth = 0;
-    double elevation = 0;
-    bool operator==(const Direction&) const = default;
-};
+using form::Direction;
 
 /// The ranges of the rotator, in degrees, limits included.
 struct Ranges {

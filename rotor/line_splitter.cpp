@@ -14,6 +14,7 @@ void LineSplitter::add(std::string_view bytes) {
             dropping_ = true;
         }
         if (end == bytes.size()) return;
+        endsLines_ = true;
         endLine();
         bytes.remove_prefix(end + 1);
     }
@@ -21,7 +22,7 @@ void LineSplitter::add(std::string_view bytes) {
 
 void LineSplitter::flush() {
     // Silence also ends a line that is being dropped.
-    endLine();
+    if (pending()) endLine();
 }
 
 void LineSplitter::endLine() {
@@ -32,7 +33,7 @@ void LineSplitter::endLine() {
 
 void LineSplitter::clear() {
     line_.clear();
-    dropping_ = false;
+    dropping_ = endsLines_ = false;
 }
 
 } // namespace rotor

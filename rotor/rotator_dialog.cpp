@@ -14,15 +14,15 @@ void RotatorDialog::Form_Load() {
     for (const RotorField& field : kRotorFields) {
         const std::string text = field.text(rotor_.settings());
         if (field.box) (dialog_.*field.box).Text = text;
-        if (field.check) (dialog_.*field.check).Value = text == kYes ? 1 : 0;
+        if (field.check) (dialog_.*field.check).Value = text == config::kYes ? 1 : 0;
     }
 }
 
 void RotatorDialog::cmdSaveRotator_Click() {
     RotorSettings settings;
     for (const RotorField& field : kRotorFields) {
-        const std::string text =
-            field.box ? (dialog_.*field.box).Text.get() : ((dialog_.*field.check).ticked() ? kYes : kNo);
+        const std::string text = field.box ? (dialog_.*field.box).Text.get()
+                                           : ((dialog_.*field.check).ticked() ? config::kYes : config::kNo);
         if (field.take(settings, text)) continue;
         dialog_.lblRotatorError.Caption = "\"" + text + "\" is not " + field.shape;
         (dialog_.*field.box).setFocus();

@@ -38,6 +38,7 @@ Rotor::Rotor(form::Form1& form, engine::Motion& motion, engine::OutputPorts& out
             if (key == form::TextBox::kEnter) cmdPoint_Click();
         });
     }
+    form_.onSkyPressed = [this](const Direction& wanted) { skyPressed(wanted); };
     sources_.onTarget = [this] { targetCame(); };
 }
 
@@ -152,19 +153,24 @@ void Rotor::subSat(Sources::Time time) {
         form_.notice.tell("The target has passed the end of the range: the antenna turns round");
 }
 
-void Rotor::carryOut(const engine::Side& side, const Order& order) {
+bool Rotor::carryOut(const engine::Side& side, const Order& order) {
     if (order.direction == 0) {
         if (side.running()) motion_.release(side);
-        return;
+        return false;
     }
-    if (!motion_.moveTo(side, runtime::toSingle(order.target))) return;
+    bool& refuses = refuses_.at(static_cast<std::size_t>(side.motor - 1));
+    if (refuses && !engine::Motion::missing(side).empty()) return false;
+    refuses = !motion_.moveTo(side, runtime::toSingle(order.target));
+    if (refuses) return false;
     standing_ = {};
     coilsRest_ = false;
-    if (order.fast) {
+    // An axis with a single speed runs at it. Motion would say at each look that the other one is missing.
+    if (side.intTickAlta > 0 && (order.fast || side.intTickBassa <= 0)) {
         motion_.fast(side);
     } else {
         motion_.slow(side);
     }
+    return true;
 }
 
 void Rotor::goOnToGoal() {
@@ -173,10 +179,10 @@ void Rotor::goOnToGoal() {
     settings.azimuth.restart = settings.elevation.restart = settings.elevation.reverse = 0;
     const Order azimuth = orderFor(axisOf(sides_.a), goal_->place.azimuth, settings.azimuth);
     const Order elevation = orderFor(axisOf(sides_.b), goal_->place.elevation, settings.elevation);
-    carryOut(sides_.a, azimuth);
-    carryOut(sides_.b, elevation);
-    if (azimuth.direction != 0 || elevation.direction != 0 || sides_.anyRunning()) return;
-    parked_ = goal_->parking;
+    const bool azimuthGoes = carryOut(sides_.a, azimuth);
+    const bool elevationGoes = carryOut(sides_.b, elevation);
+    if (azimuthGoes || elevationGoes || sides_.anyRunning()) return;
+    parked_ = goal_->parking && azimuth.direction == 0 && elevation.direction == 0;
     goal_.reset();
 }
 
@@ -184,6 +190,7 @@ void Rotor::startTurning(const Goal& goal) {
     if (!isOn()) return;
     goal_ = {within(settings_.ranges, goal.place), goal.parking};
     parked_ = false;
+    refuses_ = {};
     goOnToGoal();
 }
 
@@ -220,6 +227,7 @@ void Rotor::restCoils(Sources::Time time) {
 void Rotor::chkRotOnOff_Click() {
     goal_.reset();
     clientTurns_ = passRose_ = false;
+    refuses_ = {};
     follower_.reset();
     if (!isOn()) return;
     if (following() && sources_.target()) {

@@ -9,6 +9,7 @@
 #include "rotor/rotor_settings.h"
 #include "rotor/sources.h"
 
+#include <array>
 #include <optional>
 #include <string>
 
@@ -40,6 +41,7 @@ class Rotor : public RotorCommands {
     void chkRotOnOff_Click();
     void cmdPark_Click();
     void cmdPoint_Click();
+    void skyPressed(const Direction& wanted);
     void cmdCalibrate_Click();
     void cmdUndoCalibrate_Click();
 
@@ -60,7 +62,8 @@ class Rotor : public RotorCommands {
     void targetCame();
     void follow(Sources::Time time);
     void goOnToGoal();
-    void carryOut(const engine::Side& side, const Order& order);
+    /// Returns whether the axis is on its way. Says once that an axis cannot start.
+    bool carryOut(const engine::Side& side, const Order& order);
     void stopReleasedJogs();
     void letGoOfUsersMotion();
     void parkAfterPass();
@@ -86,14 +89,15 @@ class Rotor : public RotorCommands {
     RotorSettings settings_;
     Follower follower_;
     std::optional<Goal> goal_;
-    Direction calibrated_;     // by how much
-    bool passRose_ = false;    // the target has been high in the pass that is followed
-    double lastElevation_ = 0; // of the target
-    bool clientTurns_ = false; // a program elsewhere turns an axis by hand
-    bool parked_ = false;      // where nothing has moved since
-    bool moved_ = false;       // since Satellite Rotor began
-    int steps_ = 0;            // of both engines, at the last look
-    bool coilsRest_ = false;   // switched off here; the next step switches them on
+    std::array<bool, 2> refuses_{}; // of both axes: it cannot start, which has been said
+    Direction calibrated_;          // by how much
+    bool passRose_ = false;         // the target has been high in the pass that is followed
+    double lastElevation_ = 0;      // of the target
+    bool clientTurns_ = false;      // a program elsewhere turns an axis by hand
+    bool parked_ = false;           // where nothing has moved since
+    bool moved_ = false;            // since Satellite Rotor began
+    int steps_ = 0;                 // of both engines, at the last look
+    bool coilsRest_ = false;        // switched off here; the next step switches them on
     Sources::Time standing_{};
 };
 

@@ -2,6 +2,7 @@
 #include "rotor/rotor.h"
 #include "runtime/errors.h"
 #include "runtime/number.h"
+#include "runtime/text.h"
 
 /// What the user, or a program elsewhere, has the antenna do without a target.
 namespace rotor {
@@ -40,6 +41,15 @@ void Rotor::cmdPoint_Click() {
     } catch (const runtime::RunTimeError&) {
         form_.notice.tell("Type azimuth and elevation in degrees, such as 180 and 12.5");
     }
+}
+
+void Rotor::skyPressed(const Direction& wanted) {
+    // While it follows, what the user has typed stays.
+    if (!following()) {
+        form_.txtPointAz.Text = runtime::formatShown(static_cast<float>(wanted.azimuth));
+        form_.txtPointEl.Text = runtime::formatShown(static_cast<float>(wanted.elevation));
+    }
+    cmdPoint_Click();
 }
 
 void Rotor::cmdCalibrate_Click() {

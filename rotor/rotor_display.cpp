@@ -24,9 +24,7 @@ void Rotor::show() {
 }
 
 void Rotor::showPlan() {
-    const auto place = destination();
-    form_.plan = {place.has_value(), place ? place->azimuth : 0, place ? place->elevation : 0,
-                  settings_.ranges.azimuthMin, settings_.ranges.azimuthMax};
+    form_.plan = {sources_.target(), destination(), settings_.ranges.azimuthMin, settings_.ranges.azimuthMax};
 }
 
 std::string Rotor::stateText() const {
@@ -43,8 +41,12 @@ std::string Rotor::stateText() const {
         text = "Waits: the target is too low";
     } else if (follower_.path().waiting(settings_.ranges)) {
         text = "Waits at the end of the range";
+    } else if (sides_.anyRunning()) {
+        text = "Follows: " + toGoText();
     } else {
-        text = sides_.anyRunning() ? "Follows: " + toGoText() : "On target";
+        text = refuses_[0]   ? sides_.a.lblEngine.Caption.get() + " does not start"
+               : refuses_[1] ? sides_.b.lblEngine.Caption.get() + " does not start"
+                             : "On target";
     }
     constexpr double kVertical = 90;
     if (position().elevation > kVertical) text += text.empty() ? "Flipped" : ", flipped";

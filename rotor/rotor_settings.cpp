@@ -83,45 +83,40 @@ bool takePark(RotorSettings& settings, const std::string& text) {
     return true;
 }
 
-template <bool RotorSettings::*kFlag>
-bool takeFlag(RotorSettings& settings, const std::string& text) {
-    if (text != kYes && text != kNo) return false;
-    settings.*kFlag = text == kYes;
-    return true;
-}
-
-template <bool RotorSettings::*kFlag>
-std::string flagText(const RotorSettings& settings) {
-    return settings.*kFlag ? kYes : kNo;
-}
-
-constexpr const char* kYesOrNo = "yes or no";
-
 } // namespace
 
 const std::array<RotorField, 7> kRotorFields = {{
-    {"azimuth",
-     [](const RotorSettings& s) {
-         return number(s.ranges.azimuthMin) + kBetween + number(s.ranges.azimuthMax);
-     },
-     takeAzimuth, "a range such as 0..360, which begins at -180 to 0 and ends at 360 at most",
-     &form::FrmRotator::txtAzimuth, nullptr},
-    {"elevation",
-     [](const RotorSettings& s) {
-         return number(s.ranges.elevationMin) + kBetween + number(s.ranges.elevationMax);
-     },
-     takeElevation, "a range such as 0..90, from 0 up to 180 at most", &form::FrmRotator::txtElevation,
+    {{kRotorSection, "azimuth",
+      [](const RotorSettings& s) {
+          return number(s.ranges.azimuthMin) + kBetween + number(s.ranges.azimuthMax);
+      },
+      takeAzimuth, "a range such as 0..360, which begins at -180 to 0 and ends at 360 at most"},
+     &form::FrmRotator::txtAzimuth,
      nullptr},
-    {"follow-from", [](const RotorSettings& s) { return number(s.followFrom); }, takeFollowFrom,
-     "an elevation from -90 to 90 degrees", &form::FrmRotator::txtFollowFrom, nullptr},
-    {"silence", [](const RotorSettings& s) { return std::to_string(s.silence); }, takeSilence,
-     "whole seconds, 1 to 3600", &form::FrmRotator::txtSilence, nullptr},
-    {"park", [](const RotorSettings& s) { return number(s.park.azimuth) + "," + number(s.park.elevation); },
-     takePark, "azimuth and elevation such as 180,0", &form::FrmRotator::txtPark, nullptr},
-    {"park-after-pass", flagText<&RotorSettings::parkAfterPass>, takeFlag<&RotorSettings::parkAfterPass>,
-     kYesOrNo, nullptr, &form::FrmRotator::chkParkAfterPass},
-    {"hold-elevation", flagText<&RotorSettings::holdElevation>, takeFlag<&RotorSettings::holdElevation>,
-     kYesOrNo, nullptr, &form::FrmRotator::chkHoldElevation},
+    {{kRotorSection, "elevation",
+      [](const RotorSettings& s) {
+          return number(s.ranges.elevationMin) + kBetween + number(s.ranges.elevationMax);
+      },
+      takeElevation, "a range such as 0..90, from 0 up to 180 at most"},
+     &form::FrmRotator::txtElevation,
+     nullptr},
+    {{kRotorSection, "follow-from", [](const RotorSettings& s) { return number(s.followFrom); },
+      takeFollowFrom, "an elevation from -90 to 90 degrees"},
+     &form::FrmRotator::txtFollowFrom,
+     nullptr},
+    {{kRotorSection, "silence", [](const RotorSettings& s) { return std::to_string(s.silence); }, takeSilence,
+      "whole seconds, 1 to 3600"},
+     &form::FrmRotator::txtSilence,
+     nullptr},
+    {{kRotorSection, "park",
+      [](const RotorSettings& s) { return number(s.park.azimuth) + "," + number(s.park.elevation); },
+      takePark, "azimuth and elevation such as 180,0"},
+     &form::FrmRotator::txtPark,
+     nullptr},
+    {config::yesOrNo<RotorSettings, &RotorSettings::parkAfterPass>(kRotorSection, "park-after-pass"), nullptr,
+     &form::FrmRotator::chkParkAfterPass},
+    {config::yesOrNo<RotorSettings, &RotorSettings::holdElevation>(kRotorSection, "hold-elevation"), nullptr,
+     &form::FrmRotator::chkHoldElevation},
 }};
 
 std::optional<std::string> faultOf(const RotorSettings& settings) {
@@ -134,13 +129,7 @@ std::optional<std::string> faultOf(const RotorSettings& settings) {
 
 RotorSettings readRotorSettings(const platform::Settings& file, std::string& faults) {
     RotorSettings settings;
-    const auto texts = file.read(kRotorSection);
-    for (const RotorField& field : kRotorFields) {
-        const auto text = texts.find(field.name);
-        if (text == texts.end() || field.take(settings, text->second)) continue;
-        faults += std::string("[") + kRotorSection + "] " + field.name + ": \"" + text->second +
-                  "\" is not " + field.shape + ". The default is used.\n";
-    }
+    config::readFields(file, kRotorFields, settings, faults);
     if (const auto fault = faultOf(settings)) {
         faults += std::string("[") + kRotorSection + "] " + *fault + ". The nearest end is used.\n";
         settings.park = {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/setting_field.h"
 #include "form/dialogs.h"
 #include "platform/settings.h"
 #include "rotor/direction.h"
@@ -22,16 +23,8 @@ struct RotorSettings {
 };
 
 inline constexpr const char* kRotorSection = "rotor";
-inline constexpr const char* kYes = "yes";
-inline constexpr const char* kNo = "no";
-
-/// One field: its name in the file, its reader and writer, and its control in the dialog.
-struct RotorField {
-    const char* name;
-    std::string (*text)(const RotorSettings&);
-    /// Reads a text into the settings; returns false and changes nothing if the text is invalid.
-    bool (*take)(RotorSettings&, const std::string& text);
-    const char* shape; // describes a valid text
+/// One field, and its control in the dialog.
+struct RotorField : config::SettingField<RotorSettings> {
     form::TextBox form::FrmRotator::*box;
     form::CheckBox form::FrmRotator::*check; // instead of a text box, for yes-or-no fields
 };

@@ -1,7 +1,5 @@
 #include "ui/sky_plot.h"
 
-#include "runtime/number.h"
-#include "runtime/text.h"
 #include "ui/colours.h"
 
 #include <QMouseEvent>
@@ -14,7 +12,6 @@ namespace ui {
 
 namespace {
 
-constexpr int kLookMilliseconds = 100;
 constexpr double kZenith = 90;
 constexpr double kRim = 18;    // pixels around the horizon, for the letters
 constexpr double kEndMark = 5; // pixels to both sides of it, for the range's ends
@@ -36,8 +33,6 @@ bool SkyTrack::add(qint64 now, const Direction& direction) {
 
 SkyPlot::SkyPlot(form::Form1& form) : form_(form) {
     clock_.start();
-    looking_.setInterval(kLookMilliseconds);
-    QObject::connect(&looking_, &QTimer::timeout, this, [this] { look(); });
 }
 
 QPointF SkyPlot::place(const Direction& direction) {
@@ -55,32 +50,14 @@ Direction SkyPlot::directionAt(QPointF place) {
 
 void SkyPlot::look() {
     const Direction antenna{form_.sngPosAz, form_.sngPosEl};
-    std::optional<Direction> target;
-    const std::string& azimuth = form_.lblAzRx.Caption;
-    const std::string& elevation = form_.lblElRx.Caption;
-    if (!azimuth.empty() && !elevation.empty()) {
-        target = Direction{runtime::leadingNumber(azimuth), runtime::leadingNumber(elevation)};
-    }
     const qint64 now = clock_.elapsed();
     // The tracks move on once a second, even if both directions stay the same.
     bool moved = antennaTrack_.add(now, antenna);
-    if (target && targetTrack_.add(now, *target)) moved = true;
-    if (!moved && antenna == antenna_ && target == target_ && plan_ == form_.plan) return;
+    if (form_.plan.target && targetTrack_.add(now, *form_.plan.target)) moved = true;
+    if (!moved && antenna == antenna_ && plan_ == form_.plan) return;
     plan_ = form_.plan;
     antenna_ = antenna;
-    target_ = target;
     update();
-}
-
-void SkyPlot::showEvent(QShowEvent* event) {
-    look();
-    looking_.start();
-    QWidget::showEvent(event);
-}
-
-void SkyPlot::hideEvent(QHideEvent* event) {
-    looking_.stop();
-    QWidget::hideEvent(event);
 }
 
 void SkyPlot::paintEvent(QPaintEvent* /*event*/) {
@@ -92,7 +69,7 @@ void SkyPlot::paintEvent(QPaintEvent* /*event*/) {
     drawPlan(painter, radius);
     drawTrack(painter, radius, Who::Target, targetTrack_);
     drawTrack(painter, radius, Who::Antenna, antennaTrack_);
-    if (target_) drawMark(painter, palette(), Who::Target, place(*target_) * radius);
+    if (plan_.target) drawMark(painter, palette(), Who::Target, place(*plan_.target) * radius);
     drawMark(painter, palette(), Who::Antenna, place(antenna_) * radius);
     if (antenna_.elevation <= kZenith) return;
     painter.setPen(quietText(palette()));
@@ -110,11 +87,7 @@ void SkyPlot::mousePressEvent(QMouseEvent* event) {
         QWidget::mousePressEvent(event);
         return;
     }
-    const Direction direction = directionAt(place);
-    const auto text = [](double degrees) { return runtime::formatFixed(static_cast<float>(degrees), 1); };
-    form_.txtPointAz.Text = text(direction.azimuth);
-    form_.txtPointEl.Text = text(direction.elevation);
-    form_.cmdPoint.Click.fire();
+    form_.guard([&] { form_.onSkyPressed(directionAt(place)); });
 }
 
 void SkyPlot::drawPlan(QPainter& painter, double radius) const {
@@ -123,10 +96,10 @@ void SkyPlot::drawPlan(QPainter& painter, double radius) const {
         const QPointF rim = place({end, 0});
         painter.drawLine(rim * (radius - kEndMark), rim * (radius + kEndMark));
     }
-    if (!plan_.moves) return;
+    if (!plan_.goal) return;
     // Both axes start together; when the axis with the shorter way has arrived, the other axis goes on alone.
-    const double azimuth = plan_.azimuth - antenna_.azimuth;
-    const double elevation = plan_.elevation - antenna_.elevation;
+    const double azimuth = plan_.goal->azimuth - antenna_.azimuth;
+    const double elevation = plan_.goal->elevation - antenna_.elevation;
     const double way = std::max(std::abs(azimuth), std::abs(elevation));
     QPolygonF line;
     for (int part = 0; part <= kPlanParts; ++part) {

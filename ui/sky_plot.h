@@ -1,22 +1,14 @@
 #pragma once
 
 #include "form/form1.h"
+#include "ui/plot.h"
 
 #include <QElapsedTimer>
-#include <QTimer>
-#include <QWidget>
 #include <deque>
-#include <optional>
 
 namespace ui {
 
-/// A direction in degrees: azimuth clockwise from north, elevation above the horizon. With an elevation above
-/// 90 degrees the antenna is flipped.
-struct Direction {
-    double azimuth = 0;
-    double elevation = 0;
-    bool operator==(const Direction&) const = default;
-};
+using form::Direction;
 
 /// The directions of the last ten minutes, one a second at the most.
 class SkyTrack {
@@ -40,9 +32,8 @@ class SkyTrack {
     std::deque<Sample> samples_;
 };
 
-/// Draws the sky like a map: north up, east right, zenith in the middle. While visible, it checks the
-/// directions ten times a second and repaints only after a change. While hidden, it does nothing.
-class SkyPlot : public QWidget {
+/// Draws the sky like a map: north up, east right, zenith in the middle.
+class SkyPlot : public Plot {
   public:
     enum class Who { Antenna, Target };
 
@@ -60,12 +51,10 @@ class SkyPlot : public QWidget {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
-    void showEvent(QShowEvent* event) override;
-    void hideEvent(QHideEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
 
   private:
-    void look();
+    void look() override;
     double radius() const;
     /// Draws the ends of the range and the antenna's way to its next position.
     void drawPlan(QPainter& painter, double radius) const;
@@ -73,10 +62,8 @@ class SkyPlot : public QWidget {
     void drawTrack(QPainter& painter, double radius, Who who, const SkyTrack& track) const;
 
     form::Form1& form_;
-    QTimer looking_;
     QElapsedTimer clock_;
     Direction antenna_;
-    std::optional<Direction> target_;
     form::RotorPlan plan_;
     SkyTrack antennaTrack_, targetTrack_;
 };

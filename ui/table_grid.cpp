@@ -82,7 +82,7 @@ void TableGridView::showRow(int row, const form::TableEntry* entry) {
     auto* mark = new QTableWidgetItem;
     mark->setFlags(entry ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable
                          : Qt::ItemIsSelectable);
-    if (entry) mark->setCheckState(entry->endsStretch ? Qt::Checked : Qt::Unchecked);
+    if (entry) mark->setCheckState(entry->endsStretch() ? Qt::Checked : Qt::Unchecked);
     setItem(row, form::TableGrid::kEndOfStretch, mark);
 }
 

@@ -12,7 +12,6 @@ namespace ui {
 
 namespace {
 
-constexpr int kLookMilliseconds = 100;
 constexpr double kMarkRadius = 4;
 constexpr double kReach = 10;                                      // pixels from an entry that still mean it
 constexpr double kDragStart = 3;                                   // pixels
@@ -46,10 +45,7 @@ double positionOf(const form::TableEntry& entry, bool engineB) {
 
 } // namespace
 
-TablePlot::TablePlot(const form::Form1& form, form::FrmHiResMem& window) : form_(form), window_(window) {
-    looking_.setInterval(kLookMilliseconds);
-    connect(&looking_, &QTimer::timeout, this, [this] { look(); });
-}
+TablePlot::TablePlot(const form::Form1& form, form::FrmHiResMem& window) : form_(form), window_(window) {}
 
 TablePlot::Picture TablePlot::seen() const {
     Picture now{.table = form_.hiResMem,
@@ -66,18 +62,8 @@ void TablePlot::look() {
     Picture now = seen();
     if (now == picture_) return;
     picture_ = std::move(now);
+    positions_ = allPositions();
     update();
-}
-
-void TablePlot::showEvent(QShowEvent* event) {
-    look();
-    looking_.start();
-    QWidget::showEvent(event);
-}
-
-void TablePlot::hideEvent(QHideEvent* event) {
-    looking_.stop();
-    QWidget::hideEvent(event);
 }
 
 TablePlot::Span TablePlot::allFrequencies() const {
@@ -88,7 +74,7 @@ TablePlot::Span TablePlot::allFrequencies() const {
     return {low - margin, high + margin};
 }
 
-TablePlot::Span TablePlot::positions() const {
+TablePlot::Span TablePlot::allPositions() const {
     double low = std::min(picture_.posA, picture_.posB);
     double high = std::max(picture_.posA, picture_.posB);
     for (const form::TableEntry& entry : picture_.table) {
@@ -106,7 +92,7 @@ QRectF TablePlot::area() const {
 QPointF TablePlot::place(double megahertz, double position) const {
     const QRectF inside = area();
     return {inside.left() + frequencies().share(megahertz) * inside.width(),
-            inside.bottom() - positions().share(position) * inside.height()};
+            inside.bottom() - positions_.share(position) * inside.height()};
 }
 
 void TablePlot::paintEvent(QPaintEvent* /*event*/) {
@@ -135,8 +121,8 @@ void TablePlot::drawAxes(QPainter& painter) const {
         painter.drawText(QRectF(x - 60, inside.bottom() + 4, 120, kBottom - 4),
                          Qt::AlignHCenter | Qt::AlignTop, text);
     });
-    eachLine(positions(), kGridLines, [&](double value, const QString& text) {
-        const double y = inside.bottom() - positions().share(value) * inside.height();
+    eachLine(positions_, kGridLines, [&](double value, const QString& text) {
+        const double y = inside.bottom() - positions_.share(value) * inside.height();
         painter.setPen(line);
         painter.drawLine(QPointF(inside.left(), y), QPointF(inside.right(), y));
         painter.setPen(quietText(palette()));
@@ -163,7 +149,7 @@ void TablePlot::drawCurve(QPainter& painter, bool engineB) const {
     // A straight line needs its ends; a smooth one a point every few pixels.
     const int pieces = picture_.curve == form::TableCurve::kLinear ? 1 : 16;
     for (std::size_t i = 0; i + 1 < table.size(); ++i) {
-        if (table[i].endsStretch) continue;
+        if (table[i].endsStretch()) continue;
         QPolygonF line;
         for (int piece = 0; piece <= pieces; ++piece) {
             const double megahertz =

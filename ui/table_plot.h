@@ -2,18 +2,16 @@
 
 #include "form/form1.h"
 #include "form/table_window.h"
+#include "ui/plot.h"
 
-#include <QTimer>
-#include <QWidget>
 #include <optional>
 
 namespace ui {
 
 /// Both positions over the frequency: the entries, the curve between them, the frequency now, and where the
-/// engines stand. It looks ten times a second while it is visible, and repaints only what has changed. The
-/// wheel zooms around the pointer, a drag moves, a double-click shows all again; a click on an entry makes
-/// its row the current one.
-class TablePlot : public QWidget {
+/// engines stand. The wheel zooms around the pointer, a drag moves, a double-click shows all again; a click
+/// on an entry makes its row the current one.
+class TablePlot : public Plot {
   public:
     TablePlot(const form::Form1& form, form::FrmHiResMem& window);
 
@@ -22,8 +20,6 @@ class TablePlot : public QWidget {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
-    void showEvent(QShowEvent* event) override;
-    void hideEvent(QHideEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -46,11 +42,11 @@ class TablePlot : public QWidget {
         double at(double share) const { return low + share * (high - low); }
     };
 
-    void look();
+    void look() override;
     Picture seen() const;
     Span allFrequencies() const;
     Span frequencies() const { return zoom_.value_or(allFrequencies()); }
-    Span positions() const;
+    Span allPositions() const;
     QRectF area() const;
     QPointF place(double megahertz, double position) const;
     void drawAxes(QPainter& painter) const;
@@ -60,8 +56,8 @@ class TablePlot : public QWidget {
 
     const form::Form1& form_;
     form::FrmHiResMem& window_;
-    QTimer looking_;
     Picture picture_;
+    Span positions_ = allPositions();
     std::optional<Span> zoom_;
     QPointF dragged_;
     bool moved_ = false;

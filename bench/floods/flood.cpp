@@ -1,5 +1,6 @@
 #include "flood.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <array>
 #include <cerrno>
@@ -13,6 +14,7 @@
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace bench {
 
@@ -69,6 +71,38 @@ void serve(int listener, std::string_view greeting, const std::string& words) {
     }
 }
 
+/// Many clients of the server at the port, each with as many requests under way as a read takes. A client
+/// that finds no server, or is dropped, comes again.
+void ask(int port, std::string_view request, int answerLines) {
+    constexpr int kClients = 14, kUnderWay = 16;
+    struct Client {
+        int fd = -1;
+        int linesDue = 0;
+    };
+    std::array<Client, kClients> clients;
+    const sockaddr_in name = loopback(port);
+    std::array<char, 4096> answers;
+    for (;;) {
+        for (Client& client : clients) {
+            if (client.fd < 0) {
+                client = {::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)};
+                if (::connect(client.fd, reinterpret_cast<const sockaddr*>(&name), sizeof name) != 0)
+                    ::close(std::exchange(client.fd, -1));
+                continue;
+            }
+            while (client.linesDue < kUnderWay * answerLines) {
+                if (::send(client.fd, request.data(), request.size(), MSG_NOSIGNAL) < 0) break;
+                client.linesDue += answerLines;
+            }
+            const ssize_t size = ::recv(client.fd, answers.data(), answers.size(), MSG_DONTWAIT);
+            if (size == 0) ::close(std::exchange(client.fd, -1));
+            if (size > 0)
+                client.linesDue -= static_cast<int>(std::count(answers.data(), answers.data() + size, '\n'));
+        }
+        ::usleep(1000);
+    }
+}
+
 /// As many as some reads of the program take, so that the sender is not what is measured.
 std::string manyTimes(std::string_view line) {
     constexpr std::size_t kEnough = 8192;
@@ -115,6 +149,7 @@ void pour(const std::string& kind, int portOrListener) {
     if (kind == "bridge")
         serve(portOrListener, "hello 1 bench 1\nopened 1\n",
               manyTimes("changed 1 14200000\nchanged 1 14200001\n"));
+    if (kind == "rotctld") ask(portOrListener, "p\n", 2);
     throw std::runtime_error("no such flood: " + kind);
 }
 

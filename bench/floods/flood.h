@@ -23,7 +23,8 @@ class Flood {
 };
 
 /// What the process does: "datagrams" and "long datagrams" to a UDP port; "tracking", "blanks" and "bridge"
-/// as a server behind the descriptor of a listening TCP socket. Does not return. Throws std::runtime_error.
+/// as a server behind the descriptor of a listening TCP socket; "rotctld" as 14 clients of a TCP port. Does
+/// not return. Throws std::runtime_error.
 void pour(const std::string& kind, int portOrListener);
 
 /// A port of this computer that nobody uses.

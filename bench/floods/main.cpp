@@ -6,6 +6,7 @@
 #include "config/records.h"
 #include "flood.h"
 #include "platform/linux/bridge_dde_links.h"
+#include "platform/linux/tcp_servers.h"
 #include "platform/linux/timers.h"
 #include "platform/linux/udp_sockets.h"
 #include "platform/qt/fd_watcher.h"
@@ -82,11 +83,16 @@ const std::vector<Door> kDoors = {
     {"tracking server's lines", "tracking", form::kSatelliteRotor, form::kNoProgram},
     {"its lines, 60,000 blanks each", "blanks", form::kSatelliteRotor, form::kNoProgram},
     {"bridge's lines", "bridge", form::kCoilTuner, form::kHamRadioDeluxe},
+    {"14 rotctld clients", "rotctld", form::kSatelliteRotor, form::kNoProgram},
     {"window resized", "", form::kCoilTuner, form::kNoProgram, resize},
     {"keys typed", "", form::kCoilTuner, form::kNoProgram, type},
     {"mouse moved", "", form::kCoilTuner, form::kNoProgram, moveMouse},
     {"slider dragged", "", form::kCoilTuner, form::kNoProgram, dragSlider},
 };
+
+bool isRotctld(const Door& door) {
+    return std::strcmp(door.flood, "rotctld") == 0;
+}
 
 class TemporaryFolder {
   public:
@@ -133,6 +139,8 @@ class Program : SimulatedOutside {
         outside.timers = timers_;
         outside.udp = sockets_;
         outside.tcp = clients_;
+        outside.tcpServers = servers_;
+        hardware.use({.port = "simulated", .rotctld = isRotctld(door) ? std::to_string(freePort) : "off"});
         outside.links = bridgeLinks_;
         controller_.emplace(outside, folder_.path());
         window_.emplace(controller_->form(), controller_->boxes());
@@ -147,6 +155,7 @@ class Program : SimulatedOutside {
     ui::MainWindow& window() { return *window_; }
     /// What the flood brings arrives.
     bool hears(const Door& door) {
+        if (isRotctld(door)) return form().lblRotctld.Caption.get().ends_with(", 14 clients");
         if (door.function == form::kSatelliteRotor) return !form().lblAzRx.Caption.get().empty();
         if (door.program == form::kN1mmLogger) return !form().lblFreqN1MM.Caption.get().empty();
         return !form().lblFreqRx.Caption.get().empty();
@@ -173,6 +182,7 @@ class Program : SimulatedOutside {
     linux_ports::Timers timers_{watcher_};
     linux_ports::UdpSockets sockets_{watcher_, *linux_ports::parseAddress("127.0.0.1")};
     qt_ports::TcpClients clients_;
+    linux_ports::TcpServers servers_{watcher_};
     linux_ports::BridgeConnection bridge_{clients_, timers_, "bench", {}};
     linux_ports::BridgeDdeLinks bridgeLinks_{bridge_, timers_};
     std::optional<app::Controller> controller_;

@@ -14,7 +14,7 @@ namespace {
 int follow() {
     int broken = 0;
     std::printf("| pass | rotator | furthest from the target | allowed | travel | plain | starts | plain | "
-                "not counted |\n|---|---|--:|--:|--:|--:|--:|--:|---|\n");
+                "beyond it |\n|---|---|--:|--:|--:|--:|--:|--:|---|\n");
     for (const passes::Pass& pass : passes::kPasses) {
         for (const passes::Rotator& rotator : passes::kRotators) {
             const passes::Result result = passes::run(pass, rotator);

@@ -2,6 +2,7 @@
 
 #include "config/record_file.h"
 #include "config/records.h"
+#include "engine/side.h"
 #include "tests/simulated_outside.h"
 
 #include <algorithm>
@@ -63,7 +64,8 @@ class PlainFollower {
     Direction target_, place_;
 };
 
-/// Holds the claim against what happens, and lists by reason what it does not speak of.
+/// Holds the claim against what happens, and lists by reason the moments beyond the bound of which it does
+/// not speak.
 class Judge {
   public:
     explicit Judge(Result& result) : result_(result) {}
@@ -74,7 +76,9 @@ class Judge {
                       std::fabs(target.elevation - target_.elevation)};
             refresh_ = arc(target, target_);
         } else {
-            excuse("start of a pass");
+            drift_ = {};
+            refresh_ = 0;
+            underWay_ = "start of a pass";
         }
         target_ = target;
         known_ = true;
@@ -82,39 +86,44 @@ class Judge {
     void silent() { known_ = false; }
     const Direction& target() const { return target_; }
 
-    void look(const form::Form1& form) {
+    void look(form::Form1& form) {
         if (!known_ || target_.elevation < 0) return;
-        if (drift_.azimuth >= kSlow || drift_.elevation >= kSlow) excuse("drifts faster than slow");
-        const double place = form.plan.azimuth;
+        const auto& goal = form.plan.goal;
+        const Direction antenna{form.sngPosAz, form.sngPosEl};
+        const bool drifts = drift_.azimuth >= kSlow || drift_.elevation >= kSlow;
         const bool atEnd = form.lblRotorState.Caption.get().starts_with("Waits at the end");
-        if (atEnd || (form.plan.moves && planned_ && std::fabs(place - *planned_) > 90)) excuse("turn-round");
-        planned_ = form.plan.moves ? std::optional(place) : std::nullopt;
+        if (goal && goal_ && std::fabs(goal->azimuth - goal_->azimuth) > 90) underWay_ = "turn-round";
+        goal_ = goal;
 
-        const double distance = arc(target_, {form.sngPosAz, form.sngPosEl});
+        const double distance = arc(target_, antenna);
         const double bound = std::hypot(kRestart / 10.0, (kRestart + kReverse) / 10.0) + refresh_ + kStep;
-        // Near the zenith a turn that is under way is near its target all the time.
-        const bool turning = form.plan.moves && std::fabs(place - form.sngPosAz) > kFastAbove;
-        if (distance <= bound && !atEnd && !turning) reason_.clear();
-        if (!reason_.empty()) {
-            result_.excused[reason_] += kMoment / 1000.0;
-        } else if (distance > result_.furthest) {
-            result_.furthest = distance;
-            result_.bound = bound;
+        if (distance <= bound) {
+            if (distance > result_.furthest) {
+                result_.furthest = distance;
+                result_.bound = bound;
+            }
+            // Near the zenith a turn that is under way is near its target all the time.
+            const bool turns = goal && std::fabs(goal->azimuth - antenna.azimuth) > kFastAbove;
+            if (!turns && !atEnd) underWay_.clear();
+            return;
         }
-        if (reason_.empty() && distance > bound) ++result_.broken;
+        // An antenna that stands beyond the bound is on no way.
+        if (!engine::Sides(form).anyRunning() && !atEnd) underWay_.clear();
+        const std::string reason = drifts ? "drifts faster than slow" : atEnd ? "waits at an end" : underWay_;
+        if (reason.empty()) {
+            ++result_.broken;
+        } else {
+            result_.excused[reason] += kMoment / 1000.0;
+        }
     }
 
   private:
-    void excuse(const char* reason) {
-        if (reason_.empty()) reason_ = reason;
-    }
-
     Result& result_;
     Direction target_, drift_;
     double refresh_ = 0;
     bool known_ = false;
-    std::optional<double> planned_;
-    std::string reason_;
+    std::optional<Direction> goal_;
+    std::string underWay_; // what the antenna is about, until it is within the bound
 };
 
 std::string lineOf(const Direction& target) {

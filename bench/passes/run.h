@@ -29,10 +29,10 @@ struct Work {
 };
 
 struct Result {
-    double furthest = 0;                   // degrees from the last target, where the claim holds
+    double furthest = 0;                   // degrees from the last target, within the bound
     double bound = 0;                      // at that moment
     int broken = 0;                        // moments, 20 ms each, at which the claim did not hold
-    std::map<std::string, double> excused; // seconds, by reason
+    std::map<std::string, double> excused; // seconds beyond the bound, by reason
     Work program, plain;
     std::vector<Sample> samples; // once a second
 };

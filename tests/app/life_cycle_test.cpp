@@ -129,8 +129,8 @@ TEST_F(LifeCycleTest, EverySettingIsLoadedAndNothingWritten) {
     EXPECT_EQ(f().intSatSource, 2);
     EXPECT_EQ(f().intMemSlowDist, 5);
     ASSERT_EQ(f().hiResMem.size(), 2U);
-    EXPECT_EQ(f().hiResMem[0], (form::TableEntry{0.25, 1.25, 2.25, false}));
-    EXPECT_EQ(f().hiResMem[1], (form::TableEntry{4.25, 5.25, 6.25, false}));
+    EXPECT_EQ(f().hiResMem[0], (form::TableEntry{0.25, 1.25, 2.25, 3.25}));
+    EXPECT_EQ(f().hiResMem[1], (form::TableEntry{4.25, 5.25, 6.25, 7.25}));
     EXPECT_FALSE(f().bolCaricaInAvvio);
 }
 

@@ -151,6 +151,14 @@ TEST(TableRecords, KeepSixCharactersAndTheFileTheRest) {
     const form::FrequencyTable changed = {{14.2, 9, 2, false}, {21.05, 3.141, 4, true}};
     EXPECT_EQ(withFullDigits(changed, file), changed);
     EXPECT_EQ(withFullDigits(records, {}), records);
+    // Full digits may change the order.
+    const form::FrequencyTable half = {{14.2, 1, 2, false}, {14.2, 9, 2, false}};
+    EXPECT_THAT(withFullDigits(half, file), ElementsAre(half[1], file[0]));
+    // What another program has left in the fourth column stays.
+    const form::FrequencyTable foreign = {{7.05, 1, 2, 3.5}};
+    EXPECT_EQ(recordTexts(foreign[0])[3], " 3.5");
+    EXPECT_EQ(readTable(tableText(foreign), FourthColumn::kAny), foreign);
+    EXPECT_FALSE(foreign[0].endsStretch());
 }
 
 } // namespace

@@ -138,6 +138,25 @@ TEST_F(TableTest, KeepsEachChangeOnDiskWithAllDigits) {
     start();
     EXPECT_EQ(f().hiResMem[0].posA, 13);
     EXPECT_NEAR(f().hiResMem[0].megahertz, 14.02, 1e-9);
+    // A fourth column that means nothing here is left alone.
+    controller.reset();
+    file.write({config::textRecord(103, " 2")});
+    start();
+    f().mnuUscita.Click.fire();
+    EXPECT_EQ(file.read().text(103), " 2");
+}
+
+TEST_F(TableTest, TheTickIsRememberedAndRecallsAnew) {
+    add(700000, 10, 90);
+    follow();
+    settle(700000);
+    f().sngPosA = 30;
+    f().chkHRM.userClick();
+    f().chkHRM.userClick();
+    settle(700000);
+    expectAt(10, 90);
+    startTuner();
+    EXPECT_TRUE(f().chkHRM.ticked());
 }
 
 TEST_F(TableTest, AChangeThatCannotBeKeptIsNotMade) {
@@ -153,7 +172,9 @@ TEST_F(TableTest, AChangeThatCannotBeKeptIsNotMade) {
 
 TEST_F(TableTest, ChangesAreTakenBackAndMadeAgain) {
     add(700000, 10, 90);
-    add(700000, 11, 89); // replaces
+    clock.advance(9000); // tuned for a while: N1MM Logger repeats what has not changed every 10 s
+    f().sngPosA = 11;
+    f().onAddPosition(); // replaces
     EXPECT_EQ(f().hiResMem.size(), 1U);
     window().cmdTableReset.Click.fire();
     EXPECT_EQ(file.read().integer(99), 0);
@@ -173,7 +194,7 @@ TEST_F(TableTest, RefusesWithTheReason) {
         const char* reason;
     };
     const Case cases[] = {{[this] { tune(0), poll(); }, "no frequency is known"},
-                          {[this] { tune(700000), clock.advance(4000); }, "older than 3 s"},
+                          {[this] { tune(700000), clock.advance(14'000); }, "older than 3 s"},
                           {[this] { tune(700000), poll(), f().cmdAv.Click.fire(); }, "an engine runs"},
                           {[this] { f().cmdAlt.Click.fire(), f().mnuSat.Click.fire(); }, "tuner functions"}};
     for (const Case& each : cases) {
@@ -187,11 +208,17 @@ TEST_F(TableTest, RefusesWithTheReason) {
                                                    {form::TableGrid::kPositionA, "1"}};
     for (const auto& [column, text] : entries)
         window().grid.Edited.fire(0, column, text);
-    storage.put(folder.path() / "loop.txt", "7 1 1\n8 x 1\n");
-    dialogs.fileAnswers = {(folder.path() / "loop.txt").string()};
-    window().cmdTableImport.Click.fire();
-    EXPECT_EQ(window().lblTableNotice.Caption, "Not imported: Line 2: \"x\" is not a number");
     EXPECT_TRUE(f().hiResMem.empty());
+    f().mnuCoilTuner.Click.fire();
+    window().grid.Edited.fire(0, form::TableGrid::kFrequency, "7");
+    for (const auto& [text, reason] : {std::pair("7 1 1\n8 x 1\n", "Line 2: \"x\" is not a number"),
+                                       {"# a comment\n\n", "the file has no entries"}}) {
+        storage.put(folder.path() / "loop.txt", text);
+        dialogs.fileAnswers = {(folder.path() / "loop.txt").string()};
+        window().cmdTableImport.Click.fire();
+        EXPECT_EQ(window().lblTableNotice.Caption, std::string("Not imported: ") + reason);
+        EXPECT_EQ(f().hiResMem.size(), 1U);
+    }
 }
 
 TEST_F(TableTest, TravelsWithAConfiguration) {

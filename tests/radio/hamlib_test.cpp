@@ -62,12 +62,14 @@ TEST_F(Hamlib, ReportsTheFrequencyOfTheDaemonThatTheSettingsName) {
     tcp.drop();
     EXPECT_EQ(f().lblAutoMemConn.Caption, "Error");
     EXPECT_EQ(f().lblAutoMemConn.ToolTip, "no rigctld at shack:4532");
+    EXPECT_EQ(f().notice.Caption, "Hamlib: no rigctld at shack:4532");
     EXPECT_EQ(f().lblFreqHamlib.Caption, "00000");
     EXPECT_EQ(f().cmdAutoMemConn.Caption, "I"); // it goes on trying
     clock.advance(2000);
     meet("7050000");
     EXPECT_EQ(f().lblAutoMemConn.Caption, "Connected");
     EXPECT_EQ(f().lblAutoMemConn.ToolTip, "");
+    EXPECT_EQ(f().notice.Caption, "");
     EXPECT_EQ(f().lblFreqHamlib.Caption, "7050");
 
     f().cmdAutoMemConn.Click.fire();

@@ -112,6 +112,13 @@ TEST_F(RigctldTest, ConnectsAgainAfterALoss) {
     converse({{"f currVFO", "7050000"}, {"s currVFO", ""}});
 }
 
+TEST_F(RigctldTest, NamesAnAddressAsItIsTyped) {
+    rig_ = std::make_unique<Rigctld>(tcp_, clock_, "fe80::1", 99,
+                                     [this](const RigReading& reading) { told_.push_back(reading); });
+    tcp_.answer();
+    EXPECT_EQ(told_.back().trouble, "no rigctld at [fe80::1]:99");
+}
+
 TEST_F(RigctldTest, TakesNoHarmFromWhatIsNoRigctld) {
     connect("HTTP/1.1 400 Bad Request");
     converse({{"f", "\n\n-5\n\nnan"}});

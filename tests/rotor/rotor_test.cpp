@@ -173,9 +173,11 @@ TEST_F(RotorTest, AnOpenLinkIsNotSilentAndTheFirstSourceHoldsTheTarget) {
     settle();
     expectAt(10, 20);
     EXPECT_EQ(f().lblSource.Caption, "Target: Orbitron");
-    links.quit("Orbitron|Tracking"); // by itself: following goes on with the other one
+    EXPECT_EQ(f().plan.target, (form::Direction{10, 20})); // not what has come last
+    links.quit("Orbitron|Tracking");                       // by itself: following goes on with the other one
     clock.advance(200);
     EXPECT_EQ(f().lblSource.Caption, "Target lost");
+    EXPECT_FALSE(f().plan.target);
     links.poke(program, "SatPcDdeItem", "SNISS AZ91 EL50 UP0");
     settle();
     expectAt(91, 50);
@@ -257,7 +259,7 @@ TEST_F(RotorTest, ParksPointsAndCalibrates) {
     f().txtPointEl.Text = "20";
     f().txtPointEl.KeyDown.fire(form::TextBox::kEnter);
     clock.advance(400);
-    EXPECT_TRUE(f().plan.moves);
+    EXPECT_TRUE(f().plan.goal);
     settle();
     expectAt(350.5, 20);
     f().txtPointAz.Text = "north";
@@ -312,6 +314,38 @@ TEST_F(RotorTest, AGoalStaysInTheRangeAndGivesWayToATap) {
     settle(2);
     EXPECT_FALSE(runs());
     EXPECT_GT(f().sngPosAz, 52); // short of the 50 where it was to park
+}
+
+TEST_F(RotorTest, AnAxisThatCannotStartIsNamedOnceAndKeepsNothingWaiting) {
+    const auto says = [this](const char* words) {
+        return f().notice.Caption.get().find(words) != std::string::npos;
+    };
+    f().intTickAltaB = f().intTickBassaB = 0;
+    follow();
+    send(30, 20);
+    EXPECT_TRUE(says("Elevation does not start: enter its slow or fast speed"));
+    f().notice.tell("read me");
+    clock.advance(1000);
+    EXPECT_EQ(f().notice.Caption, "read me");
+    settle();
+    expectAt(30, 0);
+    EXPECT_EQ(f().lblRotorState.Caption, "Elevation does not start");
+    follow(); // no longer
+    f().txtPointAz.Text = "50";
+    f().txtPointEl.Text = "10";
+    f().cmdPoint.Click.fire();
+    EXPECT_TRUE(says("Elevation"));
+    settle();
+    clock.advance(400);
+    expectAt(50, 0);
+    EXPECT_FALSE(f().plan.goal);
+    // One speed is enough, and no news at each look.
+    f().intTickAltaB = 10;
+    f().notice.tell("read me");
+    follow();
+    clock.advance(1000);
+    EXPECT_GT(f().sngPosEl, 1);
+    EXPECT_EQ(f().notice.Caption, "read me");
 }
 
 TEST_F(RotorTest, ALineWithoutNumbersIsNoSilence) {

@@ -12,12 +12,19 @@ TEST(LineSplitter, CutsWhateverWayTheBytesCome) {
     std::vector<std::string> lines;
     rotor::LineSplitter splitter([&](const std::string& line) { lines.push_back(line); });
     splitter.add("one\r\ntwo\n\nthr");
-    EXPECT_TRUE(splitter.pending());
     for (const char c : std::string("ee\rfour"))
         splitter.add({&c, 1});
-    splitter.flush();
-    EXPECT_EQ(lines, (std::vector<std::string>{"one", "two", "three", "four"}));
     EXPECT_FALSE(splitter.pending());
+    splitter.flush(); // a server that ends its lines has not ended this one
+    EXPECT_EQ(lines, (std::vector<std::string>{"one", "two", "three"}));
+    splitter.clear();
+    lines.clear();
+    for (const char* line : {"o", "ne", "two"}) {
+        splitter.add(line);
+        EXPECT_TRUE(splitter.pending());
+        if (line != std::string("o")) splitter.flush();
+    }
+    EXPECT_EQ(lines, (std::vector<std::string>{"one", "two"}));
 
     lines.clear();
     splitter.add(std::string(40000, 'x'));
@@ -132,13 +139,9 @@ TEST_F(TrackingServerTest, ConnectsInSatelliteRotorAloneAndShowsItsState) {
     tcp.send(".5 8\n");
     EXPECT_EQ(f().lblAzRx.Caption, "013.50");
     tcp.send("AO-7 7 12.5 14.5 8");
-    clock.advance(60);
-    tcp.send("8"); // still arriving
-    clock.advance(99);
-    EXPECT_EQ(f().lblElRx.Caption, "008.00");
-    clock.advance(1);
-    EXPECT_EQ(f().lblElRx.Caption, "088.00");
-    f().intSatSource = rotor::kOrbitron; // whose state is not shown
+    clock.advance(5000);
+    EXPECT_EQ(f().lblAzRx.Caption, "013.50"); // half a line
+    f().intSatSource = rotor::kOrbitron;      // whose state is not shown
     tcp.drop();
     clock.advance(500);
     EXPECT_EQ(f().lblOpenCom.Caption, "Connect");
@@ -147,6 +150,17 @@ TEST_F(TrackingServerTest, ConnectsInSatelliteRotorAloneAndShowsItsState) {
     const int attempts = tcp.attempts();
     clock.advance(60000);
     EXPECT_EQ(tcp.attempts(), attempts);
+}
+
+TEST_F(TrackingServerTest, SilenceEndsALineOfAServerWithoutLineEnds) {
+    connect();
+    tcp.send("AO-7 7 12.5 14.5 8");
+    clock.advance(60);
+    tcp.send("8"); // still arriving
+    clock.advance(99);
+    EXPECT_EQ(f().lblElRx.Caption, "");
+    clock.advance(1);
+    EXPECT_EQ(f().lblElRx.Caption, "088.00");
 }
 
 TEST_F(TrackingServerTest, AnotherFormatGivesAnOpenOrbitronLinkItsStateBack) {

@@ -14,8 +14,8 @@ TEST(SkyPlot, PutsNorthUpAndTheZenithInTheMiddle) {
         {0, 0, 0, -1},   {90, 0, 1, 0},    {180, 30, 0, 2.0 / 3}, {270, 60, -1.0 / 3, 0},
         {123, 90, 0, 0}, {0, 135, 0, 0.5}, {0, -20, 0, -1}, // below the horizon: at its edge
         {360, 0, 0, -1}, {0, 200, 0, 1}};
-    for (const ui::Direction& direction : {ui::Direction{30, 0}, {250, 45}, {359, 80}}) {
-        const ui::Direction back = ui::SkyPlot::directionAt(ui::SkyPlot::place(direction));
+    for (const form::Direction& direction : {form::Direction{30, 0}, {250, 45}, {359, 80}}) {
+        const form::Direction back = ui::SkyPlot::directionAt(ui::SkyPlot::place(direction));
         EXPECT_NEAR(back.azimuth, direction.azimuth, 1e-9);
         EXPECT_NEAR(back.elevation, direction.elevation, 1e-9);
     }
@@ -90,9 +90,11 @@ TEST_F(SatelliteWindow, AClickIntoTheSkyTurnsTheAntennaThere) {
     clock.advance(30'000);
     EXPECT_NEAR(f().sngPosAz, 90, 0.3);
     f().chkRotOnOff.Value = 1;
+    f().txtPointAz.Text = "12";
     QTest::mouseClick(&sky, Qt::LeftButton, {}, QPoint(sky.width() / 2, sky.height() / 2 + 30));
     clock.advance(1000);
     EXPECT_NEAR(f().sngPosAz, 90, 0.3); // it follows: a click is refused
+    EXPECT_EQ(f().txtPointAz.Text, "12");
 }
 
 TEST_F(SatelliteWindow, TheRotatorDialogKeepsWhatFitsTheMachine) {

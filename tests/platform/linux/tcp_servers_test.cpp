@@ -106,6 +106,28 @@ TEST_F(TcpServersTest, AFloodDoesNotKeepOthersWaiting) {
     EXPECT_EQ(other.received, "me too");
 }
 
+TEST_F(TcpServersTest, ManyFloodsCostNoMoreThanOne) {
+    listen();
+    const std::string much(30'000, 'x');
+    std::vector<std::unique_ptr<QTcpSocket>> floods;
+    for (int n = 0; n < 5; ++n) {
+        floods.push_back(connect());
+        floods.back()->write(much.data(), static_cast<qint64>(much.size()));
+    }
+    for (const auto& guest : guests)
+        guest->received.clear();
+    QElapsedTimer clock;
+    clock.start();
+    EventLoop::runFor(300);
+    const auto pieces = static_cast<std::size_t>(clock.elapsed()) / 10 + 2;
+    std::size_t all = 0;
+    for (const auto& guest : guests) {
+        EXPECT_GE(guest->received.size(), 2U * 32U); // each has its turn
+        all += guest->received.size();
+    }
+    EXPECT_LE(all, pieces * 32U);
+}
+
 TEST_F(TcpServersTest, WhatAPeerDoesNotReadIsLeftUntilThereIsRoom) {
     listen();
     const auto peer = connect();
