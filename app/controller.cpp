@@ -115,6 +115,20 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
         rotor.stopFollowing();
     };
     motion.onUserStop = [this] { rotor.stopFollowing(); };
+    motion.notReady = [this] { return outputs.notReady(); };
+    stepper.lookAtPort = [this] {
+        // A port that has failed changes its name.
+        const auto show = [this](platform::Hardware& hardware) {
+            form.StatusBar1.Panels(form::kPanelOutputs) = hardware.outputsName();
+        };
+        try {
+            ports.hardware.get().lookAtPort();
+        } catch (...) {
+            show(ports.hardware);
+            throw;
+        }
+        show(ports.hardware);
+    };
     stepper.isBlocked = [this](const engine::Side& side, bool up) { return rotor.isBlocked(side, up); };
     motion.subResetPressedMem = [this] { slots.subResetPressedMem(); };
     recall.armOutputsOff = [this] {
@@ -243,7 +257,7 @@ void Controller::Subsystems::mnuTvnServer_Click() {
 }
 
 void Controller::Subsystems::mnuHardware_Click() {
-    form::FrmHardware dialog(ports.timers, config::HardwareAndLinks::portList(ports.hardware),
+    form::FrmHardware dialog(ports.timers, config::OutputChoice::list(ports.hardware),
                              config::HardwareAndLinks::boardList());
     dialog.onError = form.onError;
     config::HardwareAndLinks hardware(form, dialog, boxes, outputs, ports.hardware);

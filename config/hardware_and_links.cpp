@@ -13,8 +13,11 @@ using platform::HardwareSettings;
 namespace {
 
 constexpr const char* kStopFirst = "Stop the engines first.";
-constexpr const char* kIoAddressEntry = "I/O address";
-constexpr const char* kUsualIoAddress = "0x378"; // the first printer port of a PC
+constexpr const char* kHotAlone = "An Arduino sets all its pins to 0 when it gets power and after each "
+                                  "reset. If a 0 energises the coils, all "
+                                  "eight coils are then on until Twinstep has connected, and the motors get "
+                                  "hot. Use Low on the Arduino all "
+                                  "the same?";
 
 /// A setting's text and the entry that a list shows for it.
 struct Entry {
@@ -22,7 +25,6 @@ struct Entry {
     const char* setting;
 };
 
-constexpr std::array kPortEntries = {Entry{"Automatic", kAutomatic}, Entry{"Simulated", kSimulated}};
 constexpr std::array kBoardEntries = {Entry{"None", kNone},
                                       Entry{"K8055, card 0", "k8055:0"},
                                       Entry{"K8055, card 1", "k8055:1"},
@@ -42,6 +44,11 @@ constexpr std::array kLinks = {
     Link{&form::FrmHardware::txtRotctld, &HardwareSettings::rotctld},
     Link{&form::FrmHardware::txtRotctldAllow, &HardwareSettings::rotctldAllow},
 };
+
+/// Whether the outputs energise all coils while the program does not run.
+bool isHotAlone(const HardwareSettings& settings) {
+    return serialBoard(settings.port) && !coilsOnHigh(settings);
+}
 
 void choose(form::ComboBox& box, const std::string& entry) {
     const auto found = std::ranges::find(box.List, entry);
@@ -73,16 +80,6 @@ std::vector<std::string> shownEntries(const std::array<Entry, kCount>& entries) 
 
 } // namespace
 
-std::vector<std::string> HardwareAndLinks::portList(const platform::Hardware& hardware) {
-    std::vector<std::string> list = shownEntries(kPortEntries);
-    for (const std::string& device : hardware.printerPorts())
-        list.push_back(device);
-    const std::string& used = hardware.settings().port;
-    if (used.starts_with('/') && std::ranges::find(list, used) == list.end()) list.push_back(used);
-    list.emplace_back(kIoAddressEntry);
-    return list;
-}
-
 std::vector<std::string> HardwareAndLinks::boardList() {
     return shownEntries(kBoardEntries);
 }
@@ -90,9 +87,12 @@ std::vector<std::string> HardwareAndLinks::boardList() {
 HardwareAndLinks::HardwareAndLinks(form::Form1& main, form::FrmHardware& dialog, form::Boxes& boxes,
                                    engine::OutputPorts& outputs, platform::Hardware& hardware)
     : main_(main), dialog_(dialog), boxes_(boxes), outputs_(outputs), hardware_(hardware),
-      test_(main, outputs, dialog.tmrCoilTest), before_(hardware.settings()) {
+      choice_(dialog, hardware), test_(main, outputs, dialog.tmrCoilTest), before_(hardware.settings()) {
     test_.onCoil = [this](int coil) { showCoil(coil); };
-    dialog_.cmbPort.Click.attach([this] { chosePort(); });
+    test_.onWait = [this](const std::string& why) {
+        dialog_.lblTest.Caption = "Waits for the Arduino";
+        dialog_.lblTest.ToolTip = why;
+    };
     dialog_.tmrBridge.Tick.attach([this] { tmrBridge_Timer(); });
     dialog_.cmdTestA.Click.attach([this] { cmdTest_Click(1); });
     dialog_.cmdTestB.Click.attach([this] { cmdTest_Click(2); });
@@ -102,21 +102,17 @@ HardwareAndLinks::HardwareAndLinks(form::Form1& main, form::FrmHardware& dialog,
 }
 
 void HardwareAndLinks::Form_Load() {
-    const auto address = ioAddress(before_.port);
-    choose(dialog_.cmbPort, address ? kIoAddressEntry : shownFor(kPortEntries, before_.port));
-    dialog_.txtPortAddress.Text = address ? before_.port : kUsualIoAddress;
+    choice_.load(before_);
     const auto card = cardAddress(before_.usb);
     choose(dialog_.cmbUsb, shownFor(kBoardEntries, card ? "k8055:" + std::to_string(*card) : before_.usb));
-    dialog_.cmbPort.Enabled = !hardware_.isFixed(&HardwareSettings::port);
     dialog_.cmbUsb.Enabled = !hardware_.isFixed(&HardwareSettings::usb);
     for (const Link& link : kLinks) {
         (dialog_.*link.box).Text = before_.*link.setting;
         (dialog_.*link.box).Enabled = !hardware_.isFixed(link.setting);
     }
     dialog_.lblFixed.Visible =
-        !dialog_.cmbPort.Enabled || !dialog_.cmbUsb.Enabled ||
+        !dialog_.cmbPort.Enabled || !dialog_.cmbCoilsOn.Enabled || !dialog_.cmbUsb.Enabled ||
         std::ranges::any_of(kLinks, [this](const Link& link) { return hardware_.isFixed(link.setting); });
-    chosePort();
     tmrBridge_Timer();
     dialog_.tmrBridge.Enabled = true;
 }
@@ -125,20 +121,13 @@ void HardwareAndLinks::tmrBridge_Timer() {
     dialog_.lblBridge.Caption = hardware_.bridgeStateText();
 }
 
-void HardwareAndLinks::chosePort() {
-    dialog_.txtPortAddress.Enabled =
-        dialog_.cmbPort.Enabled && chosenEntry(dialog_.cmbPort) == kIoAddressEntry;
-}
-
 HardwareSettings HardwareAndLinks::chosen() const {
     // A setting fixed by the command line keeps its text; the dialog may show it in other words.
     HardwareSettings settings = before_;
     const auto take = [&](std::string HardwareSettings::*setting, const std::string& text) {
         if (!hardware_.isFixed(setting)) settings.*setting = text;
     };
-    const std::string& port = chosenEntry(dialog_.cmbPort);
-    take(&HardwareSettings::port,
-         port == kIoAddressEntry ? dialog_.txtPortAddress.Text.get() : settingOf(kPortEntries, port));
+    choice_.take(settings);
     take(&HardwareSettings::usb, settingOf(kBoardEntries, chosenEntry(dialog_.cmbUsb)));
     for (const Link& link : kLinks)
         take(link.setting, (dialog_.*link.box).Text);
@@ -154,7 +143,10 @@ bool HardwareAndLinks::change(const HardwareSettings& settings) {
     if (const auto fault = faultOf(settings)) return refuse(*fault);
     const HardwareSettings used = hardware_.settings();
     if (settings == used) return true;
-    const bool otherOutputs = settings.port != used.port || settings.usb != used.usb;
+    if (isHotAlone(settings) && !isHotAlone(used) && !boxes_.confirm(kHotAlone, dialog_.Caption))
+        return false;
+    const bool otherOutputs =
+        settings.port != used.port || settings.coilsOn != used.coilsOn || settings.usb != used.usb;
     if (otherOutputs) {
         if (engine::Sides(main_).anyRunning()) return refuse(kStopFirst);
         if (settings.usb != used.usb && main_.chkUsbOn.ticked()) main_.chkUsbOn.Value = 0;
@@ -217,6 +209,7 @@ void HardwareAndLinks::closeBoard() {
 }
 
 void HardwareAndLinks::showCoil(int coil) {
+    dialog_.lblTest.ToolTip = "";
     if (coil == 0) {
         dialog_.cmdTestA.Caption = form::FrmHardware::kTestA;
         dialog_.cmdTestB.Caption = form::FrmHardware::kTestB;

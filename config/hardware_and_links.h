@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/output_choice.h"
 #include "engine/coil_check.h"
 #include "form/boxes.h"
 #include "form/dialogs.h"
@@ -12,8 +13,8 @@
 
 namespace config {
 
-/// The dialog for printer port, USB board, and the addresses of the links, with a test of the coils. A test
-/// switches to the chosen devices at once; Cancel switches back.
+/// The dialog for the outputs, the USB board, and the addresses of the links, with a test of the coils. A
+/// test switches to the chosen devices at once; Cancel switches back.
 class HardwareAndLinks {
   public:
     HardwareAndLinks(form::Form1& main, form::FrmHardware& dialog, form::Boxes& boxes,
@@ -30,8 +31,7 @@ class HardwareAndLinks {
     /// Called when other devices or links are in use.
     std::function<void()> onChange;
 
-    /// The entries of the dialog's lists for these settings and this computer's devices.
-    static std::vector<std::string> portList(const platform::Hardware& hardware);
+    /// The entries of the list of boards.
     static std::vector<std::string> boardList();
 
   private:
@@ -41,7 +41,6 @@ class HardwareAndLinks {
     /// Tries a failed port again. If the port is refused, shows the reason in a box and returns false.
     /// Precondition: no engine is running.
     bool portIsOpen();
-    void chosePort();
     bool openBoard();
     void closeBoard();
     void showCoil(int coil);
@@ -52,6 +51,7 @@ class HardwareAndLinks {
     form::Boxes& boxes_;
     engine::OutputPorts& outputs_;
     platform::Hardware& hardware_;
+    OutputChoice choice_;
     engine::CoilCheck test_;
     const platform::HardwareSettings before_;
     form::Button* tested_ = nullptr;

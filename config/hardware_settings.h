@@ -45,7 +45,7 @@ struct GpioLines {
     std::array<int, kOutputs> lines; // of outputs 1 to 8; 0 to 1023
     bool operator==(const GpioLines&) const = default;
 };
-/// Of a Raspberry Pi, on whose header they stand together; all are pulled to 0 until a program uses them.
+/// Of a Raspberry Pi; all are pulled to 0 until a program uses them.
 inline constexpr const char* kUsualLines = "17,27,22,23,24,25,16,26";
 
 /// The parts of "gpio:CHIP[:LINES]"; without LINES, kUsualLines. Empty for any other text.

@@ -2,8 +2,6 @@
 
 #include "engine/coil_sequence.h"
 
-#include <utility>
-
 namespace engine {
 
 CoilCheck::CoilCheck(form::Form1& form, OutputPorts& outputs, form::Timer& timer)
@@ -15,7 +13,6 @@ CoilCheck::CoilCheck(form::Form1& form, OutputPorts& outputs, form::Timer& timer
 void CoilCheck::start(int motor) {
     stop();
     side_ = motor == sides_.a.motor ? &sides_.a : &sides_.b;
-    coil_ = 1;
     timer_.Enabled = true;
     light();
 }
@@ -30,13 +27,17 @@ void CoilCheck::next() {
     if (coil_ == kLamps || sides_.anyRunning()) {
         stop();
     } else {
-        ++coil_;
         light();
     }
 }
 
 void CoilCheck::light() {
     try {
+        if (const std::string why = outputs_.notReady(); !why.empty()) {
+            if (onWait) onWait(why);
+            return;
+        }
+        ++coil_;
         outputs_.cmdOff_Click();
         const auto number = static_cast<std::size_t>(coil_ - 1);
         side_->lamps.at(number)->FillColor = form::kRed;
@@ -53,7 +54,8 @@ void CoilCheck::light() {
 
 void CoilCheck::end() {
     timer_.Enabled = false;
-    if (std::exchange(coil_, 0) != 0 && onCoil) onCoil(0);
+    coil_ = 0;
+    if (onCoil) onCoil(0);
 }
 
 } // namespace engine

@@ -5,6 +5,7 @@
 #include "form/timer.h"
 
 #include <functional>
+#include <string>
 
 namespace engine {
 
@@ -17,15 +18,17 @@ class CoilCheck {
     /// Nothing else may use `timer`.
     CoilCheck(form::Form1& form, OutputPorts& outputs, form::Timer& timer);
 
-    /// Energises the first coil of engine 1 or 2. Ends a running test first. Precondition: no engine is
-    /// running.
+    /// Energises the first coil of engine 1 or 2, once the outputs are ready. Ends a running test first.
+    /// Precondition: no engine is running.
     void start(int motor);
     /// Ends the test and switches all coils off. Does nothing if no test is running.
     void stop();
-    bool running() const { return coil_ > 0; }
+    bool running() const { return timer_.Enabled; }
 
     /// Called with the number of the energised coil, 1 to 4, and with 0 when the test is over.
     std::function<void(int coil)> onCoil;
+    /// Called with the reason while the test waits for the outputs.
+    std::function<void(const std::string& why)> onWait;
 
   private:
     void next();
@@ -36,7 +39,7 @@ class CoilCheck {
     form::Timer& timer_;
     Sides sides_;
     const Side* side_ = nullptr;
-    int coil_ = 0;
+    int coil_ = 0; // the energised one; 0 while the test waits for the outputs
 };
 
 } // namespace engine

@@ -114,6 +114,10 @@ std::string Motion::missing(const Side& side) {
 }
 
 bool Motion::canStart(const Side& side) {
+    if (const std::string why = notReady ? notReady() : std::string(); !why.empty()) {
+        form_.notice.tell(side.lblEngine.Caption.get() + " does not start: " + why);
+        return false;
+    }
     const std::string parameter = missing(side);
     if (parameter.empty()) return true;
     form_.notice.tell(side.lblEngine.Caption.get() + " does not start: enter its " + parameter);

@@ -65,6 +65,8 @@ class Motion {
     /// Ends held jogs as if their buttons had been released: a box or a lost focus hides the release.
     void releaseJogs();
 
+    /// The reason why no engine may start now, for the notice; empty if there is none.
+    std::function<std::string()> notReady;
     /// Called to deselect the memory, when a jog begins while fast memory store is off.
     std::function<void()> subResetPressedMem;
     /// Called after each step of an engine in `direction`.

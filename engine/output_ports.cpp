@@ -3,8 +3,6 @@
 #include "engine/coil_sequence.h"
 #include "engine/side.h"
 
-#include <utility>
-
 namespace engine {
 
 namespace {
@@ -62,8 +60,13 @@ void OutputPorts::subUsbOnOff(form::Int16 peso, form::Int16 mot) {
 
 bool OutputPorts::ready(const Side& side) {
     const int half = kCoils * side.usbFactor;
-    if (!objPorta_.taken(half)) return false;
-    return !form_.chkUsbOn.ticked() || onBoard([&] { return board_.taken(half); });
+    if (!objPorta_.taken(half)) {
+        slowDevice_ = "Arduino"; // every other printer port is as fast as the program
+        return false;
+    }
+    if (!form_.chkUsbOn.ticked() || onBoard([&] { return board_.taken(half); })) return true;
+    slowDevice_ = "USB board";
+    return false;
 }
 
 void OutputPorts::checkUsb() {
@@ -118,7 +121,6 @@ void OutputPorts::openUsb() {
     }
     form_.chkUsbOn.Caption = "USB On";
     form_.chkUsbOn.BackColor = form::kRed;
-    form_.tmrUsb.Enabled = true;
     const std::string refusal = result == kNoCard ? board_.refusal() : std::string();
     if (!refusal.empty()) boxes_.critical(refusal, "Error!");
 }
@@ -134,7 +136,6 @@ void OutputPorts::showUsbOff() {
     form_.chkUsbOn.Caption = "USB Off";
     form_.chkUsbOn.BackColor = form::kGreen;
     form_.bolUsbOn = false;
-    form_.tmrUsb.Enabled = false;
     form_.rateNotice.Caption = "";
 }
 

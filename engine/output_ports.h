@@ -6,6 +6,9 @@
 #include "platform/printer_port.h"
 #include "platform/usb_board.h"
 
+#include <string>
+#include <utility>
+
 namespace engine {
 
 /// The message when the outputs cannot be switched off.
@@ -30,6 +33,10 @@ class OutputPorts {
     /// Whether the engine may step: the printer port has its last pattern, and so has the USB board if
     /// chkUsbOn is ticked.
     bool ready(const Side& side);
+    /// The device that has kept an engine waiting since the last call; empty if none has.
+    std::string takeSlowDevice() { return std::exchange(slowDevice_, {}); }
+    /// The reason, for the user, why no engine may start yet; empty when the printer port is ready.
+    std::string notReady() { return objPorta_.notReady(); }
     /// Throws when the board has failed since the last write.
     void checkUsb();
     void chkUsbOn_Click();
@@ -58,6 +65,7 @@ class OutputPorts {
     form::Boxes& boxes_;
     platform::PrinterPort& objPorta_;
     platform::UsbBoard& board_;
+    std::string slowDevice_;
     bool lost_ = false; // the board failed, its outputs are unknown, offWithoutFail has not said so
 };
 

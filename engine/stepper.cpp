@@ -26,7 +26,8 @@ Stepper::Stepper(form::Form1& form, form::Boxes& boxes, OutputPorts& outputs, Mo
     form_.Timer2.Tick.attach([this] { Timer2_Timer(); });
     form_.Timer3.Tick.attach([this] { Timer3_Timer(); });
     form_.Timer4.Tick.attach([this] { Timer4_Timer(); });
-    form_.tmrUsb.Tick.attach([this] { tmrUsb_Timer(); });
+    form_.tmrOutputs.Tick.attach([this] { tmrOutputs_Timer(); });
+    form_.tmrOutputs.Enabled = true;
     form_.chkHalfStep.Click.attach([this] { chkHalfStep_Click(); });
     form_.chkHalfStepB.Click.attach([this] { chkHalfStepB_Click(); });
 }
@@ -34,7 +35,7 @@ Stepper::Stepper(form::Form1& form, form::Boxes& boxes, OutputPorts& outputs, Mo
 void Stepper::tick(const Side& side, int direction) {
     // Each pattern must reach the coils; otherwise the position would no longer match the rotor.
     const bool ready = outputs_.ready(side);
-    if (form_.chkUsbOn.ticked()) rate_.count(side.motor, ready);
+    rate_.count(side.motor, ready);
     if (!ready) return;
     side.timer(direction == form::kForward ? form::kBackward : form::kForward).Enabled = false;
     if (atLimit(side, direction)) {
@@ -54,9 +55,10 @@ void Stepper::tick(const Side& side, int direction) {
     }
 }
 
-void Stepper::tmrUsb_Timer() {
+void Stepper::tmrOutputs_Timer() {
+    form_.rateNotice.Caption = rate_.takeText(sides_, outputs_.takeSlowDevice());
+    if (lookAtPort) lookAtPort();
     outputs_.checkUsb();
-    form_.rateNotice.Caption = rate_.takeText(sides_);
 }
 
 bool Stepper::atLimit(const Side& side, int direction) const {

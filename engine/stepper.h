@@ -24,9 +24,9 @@ class Stepper {
     void Timer3_Timer() { tick(sides_.b, form::kBackward); }
     void Timer4_Timer() { tick(sides_.b, form::kForward); }
 
-    /// Runs once a second while the USB box is ticked: notices a lost board even if no engine runs, and shows
-    /// the real step rate if a slow board limits it.
-    void tmrUsb_Timer();
+    /// Runs once a second: notices a lost device even if no engine runs, and shows the real step rate if a
+    /// slow device limits it.
+    void tmrOutputs_Timer();
 
     void chkHalfStep_Click() { changeStepMode(sides_.a); }
     void chkHalfStepB_Click() { changeStepMode(sides_.b); }
@@ -37,6 +37,8 @@ class Stepper {
     /// In Satellite Rotor, called before each step: whether the engine must not move towards larger positions
     /// (`up`) or smaller positions (not `up`).
     std::function<bool(const Side& side, bool up)> isBlocked;
+    /// Called once a second to look after the printer port; throws when the port has failed.
+    std::function<void()> lookAtPort;
 
   private:
     void tick(const Side& side, int direction);

@@ -111,10 +111,12 @@ struct FrmHardware : Form {
     static constexpr const char* kTestB = "Test &2";
 
     ComboBox cmbPort;
-    TextBox txtPortAddress{*this, "txtPortAddress"};
+    TextBox txtPortAddress{*this, "txtPortAddress"}; // an I/O address, or the pins or lines of the outputs
+    ComboBox cmbCoilsOn{*this, "cmbCoilsOn", {"Automatic", "Low: a 0", "High: a 1"}};
+    Label lblOutputs{*this, "lblOutputs"}; // what the user must know about the chosen outputs
     ComboBox cmbUsb;
     Button cmdTestA{*this, "cmdTestA", kTestA}, cmdTestB{*this, "cmdTestB", kTestB};
-    Label lblTest{*this, "lblTest"}; // the energised coil
+    Label lblTest{*this, "lblTest"}; // the energised coil, or what the test waits for
     Timer tmrCoilTest;
     TextBox txtN1mmListen{*this, "txtN1mmListen"};
     TextBox txtTrackingServer{*this, "txtTrackingServer"};

@@ -19,9 +19,9 @@ struct EnginePanel {
     EnginePanel(Form& form, platform::Timers& timers)
         : form_(form), Timer1(form, "Timer1", timers), Timer2(form, "Timer2", timers),
           Timer3(form, "Timer3", timers), Timer4(form, "Timer4", timers),
-          tmrUsb(form, "tmrUsb", timers, kUsbCheckMilliseconds) {}
+          tmrOutputs(form, "tmrOutputs", timers, kOutputsCheckMilliseconds) {}
 
-    static constexpr int kUsbCheckMilliseconds = 1000;
+    static constexpr int kOutputsCheckMilliseconds = 1000;
 
   private:
     Form& form_;
@@ -68,11 +68,11 @@ struct EnginePanel {
     bool bolUsbOn = false;     // a card was found
     bool bolUsbBlocco = false; // keeps the USB board from being written
 
-    Timer Timer1; // A forward
-    Timer Timer2; // A backward
-    Timer Timer3; // B backward: the numbering is not parallel between the engines
-    Timer Timer4; // B forward
-    Timer tmrUsb; // checks the USB board while its box is ticked
+    Timer Timer1;     // A forward
+    Timer Timer2;     // A backward
+    Timer Timer3;     // B backward: the numbering is not parallel between the engines
+    Timer Timer4;     // B forward
+    Timer tmrOutputs; // checks the devices of the outputs
 
     Label lblEngineA{form_, "lblEngineA", "Engine 1"}, lblEngineB{form_, "lblEngineB", "Engine 2"};
     Shape out1{form_, "out1"}, out2{form_, "out2"}, out3{form_, "out3"}, out4{form_, "out4"};
@@ -111,7 +111,7 @@ struct EnginePanel {
     CheckBox chkUsbOn{form_, "chkUsbOn", "USB Off"};
     Label lblUsb{form_, "lblUsb", "USB Card 0 disconnected"};
     Label lblRuns{form_, "lblRuns"};       // the speeds as they run, and the time of the ramp
-    Label rateNotice{form_, "rateNotice"}; // measured step rates, if the USB board slows the engines
+    Label rateNotice{form_, "rateNotice"}; // measured step rates, if the outputs slow the engines
 };
 
 } // namespace form

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,19 @@ struct HardwareSettings {
     bool operator==(const HardwareSettings&) const = default;
 };
 
+/// A device of this computer for the outputs.
+struct OutputDevice {
+    std::string port; // as in HardwareSettings
+    std::string name; // for the user
+};
+
+/// A line of a GPIO chip.
+struct GpioLine {
+    std::string name;           // may be empty
+    std::string user;           // who has taken it; empty: nobody
+    std::optional<bool> atBoot; // the level until a program uses it, where that is known
+};
+
 /// The devices and links behind the ports, which the user can change while the program runs.
 class Hardware {
   public:
@@ -43,9 +57,14 @@ class Hardware {
     /// Stores the settings for the next start; the stored value of a fixed setting is not changed. Throws
     /// runtime::FileError.
     virtual void keep() = 0;
-    /// The devices "/dev/parportN" of this computer.
-    virtual std::vector<std::string> printerPorts() const = 0;
-    /// The name of the printer port in the status bar: "/dev/parport0", "simulated".
+    /// Call it once a second: throws runtime::ObjectError, once, when the port has failed although nothing
+    /// was written; opens a device again that was unplugged and is back.
+    virtual void lookAtPort() = 0;
+    virtual std::vector<OutputDevice> outputDevices() const = 0;
+    /// The lines of "gpiochip0", by their numbers; empty if there is no such chip or no permission.
+    virtual std::vector<GpioLine> gpioLines(const std::string& chip) const = 0;
+    /// The name of the port in the status bar, with its state if it is not ready: "/dev/parport0",
+    /// "simulated", "Arduino ttyACM0 is starting".
     virtual std::string outputsName() const = 0;
     /// The state of the link to the bridge, in one line: "bridge 127.0.0.1:7380 connected".
     virtual std::string bridgeStateText() const = 0;

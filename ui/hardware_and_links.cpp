@@ -35,22 +35,35 @@ CaptionLabel* hint(const QString& text) {
 Card* devices(form::FrmHardware& form, Adapters& adapters) {
     auto* card = new Card("Outputs", "The devices that drive the coils.");
     QGridLayout* grid = addGrid(*card);
-    const QString port = "The printer port that drives the coils. Automatic: /dev/parport0 where it is there "
-                         "and free, else simulated.";
-    grid->addWidget(fixedText("Printer port", port), 0, kNameColumn);
-    grid->addWidget(adapters.comboBox(form.cmbPort, {"Printer port", port, "Up and Down"}), 0, kChoiceColumn);
+    const QString port =
+        "The device that drives the coils. Automatic: the printer port /dev/parport0 where it is "
+        "there and free, else simulated.";
+    grid->addWidget(fixedText("Outputs", port), 0, kNameColumn);
+    grid->addWidget(adapters.comboBox(form.cmbPort, {"Outputs", port, "Up and Down"}), 0, kChoiceColumn);
     grid->addWidget(
-        adapters.textBox(
-            form.txtPortAddress,
-            {"I/O address", "The I/O address of a port that no driver holds, such as 0x378.", "Tab"},
-            "0x00000"),
+        adapters.textBox(form.txtPortAddress,
+                         {"I/O address, pins or lines",
+                          "The I/O address of a port that no driver holds, such as 0x378; the Arduino's "
+                          "pins, or the chip's lines, of coils 1 to 8.",
+                          "Tab"},
+                         "17,27,22,23,24,25,16,26"),
         0, kBesideColumn);
+    const QString level =
+        "The level that energises a coil. Automatic: a 1 on an Arduino and on pins, a 0 on a "
+        "printer port.";
+    grid->addWidget(fixedText("Coils on at", level), 1, kNameColumn);
+    grid->addWidget(adapters.comboBox(form.cmbCoilsOn, {"Coils on at", level, "Up and Down"}), 1,
+                    kChoiceColumn);
+    CaptionLabel* remark =
+        adapters.label(form.lblOutputs, {"Remark on the outputs", "What to know about the chosen outputs."},
+                       "With Low, all coils are on until Twinstep connects");
+    grid->addWidget(remark, 2, kChoiceColumn, 1, 2);
     const QString board = "The USB board that drives the coils too, while it is switched on in the window.";
-    grid->addWidget(fixedText("USB board", board), 1, kNameColumn);
-    grid->addWidget(adapters.comboBox(form.cmbUsb, {"USB board", board, "Up and Down"}), 1, kChoiceColumn);
+    grid->addWidget(fixedText("USB board", board), 3, kNameColumn);
+    grid->addWidget(adapters.comboBox(form.cmbUsb, {"USB board", board, "Up and Down"}), 3, kChoiceColumn);
 
     const QString test = "Lights the four coils of an engine one after the other.";
-    grid->addWidget(fixedText("Coils", test), 2, kNameColumn);
+    grid->addWidget(fixedText("Coils", test), 4, kNameColumn);
     QHBoxLayout* tests = row();
     struct Test {
         form::Button& button;
@@ -65,9 +78,11 @@ Card* devices(form::FrmHardware& form, Adapters& adapters) {
         tests->addWidget(adapters.button(each.button, {each.name, each.tip, each.key}, "Test 1|Stop"));
     }
     tests->addStretch(1);
-    grid->addLayout(tests, 2, kChoiceColumn);
-    grid->addWidget(adapters.label(form.lblTest, {"Coil", "The coil that is lit."}, "Elements Coil: coil 4"),
-                    2, kBesideColumn);
+    grid->addLayout(tests, 4, kChoiceColumn);
+    grid->addWidget(adapters.label(form.lblTest,
+                                   {"Coil", "The coil that is lit, or what the test waits for."},
+                                   "Elements Coil: coil 4"),
+                    4, kBesideColumn);
     return card;
 }
 

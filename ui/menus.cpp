@@ -79,7 +79,7 @@ constexpr int kNoticeStretch = 6, kClockStretch = 3;
 /// One place for two that are empty most of the time: a notice for as long as it lasts, else the rate.
 QWidget* notices(form::Form1& form, Adapters& adapters) {
     CaptionLabel* rate = adapters.label(
-        form.rateNotice, {"Measured rate", "The steps per second that the USB board can take."}, "");
+        form.rateNotice, {"Measured rate", "The steps per second that Arduino or USB board can take."}, "");
     CaptionLabel* notice = adapters.label(form.notice, {"Notice", "What did not happen, and why."}, "");
     auto* place = new QWidget;
     auto* pile = new QStackedLayout(place);

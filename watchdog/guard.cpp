@@ -83,10 +83,10 @@ bool Guard::carryOut(const Request& request, int descriptor) {
         reply(request, 0);
         break;
     case Kind::GuardDescriptor:
-        reply(request, port_.guardDescriptor(descriptor));
-        break;
     case Kind::GuardAddress:
-        reply(request, port_.guardAddress(request.address));
+    case Kind::GuardLines:
+    case Kind::GuardSerial:
+        reply(request, port_.guard(request, descriptor));
         break;
     case Kind::ForgetPort:
         port_.forget();
@@ -137,9 +137,10 @@ void Guard::end() {
     bool portIsOff = port_.off();
     board_.requestOff();
     while (now() < latest) {
+        const bool portIsDone = portIsOff && port_.sent();
         // Release the port at once, so that a restarted controller can claim it while a board still hangs.
-        if (portIsOff) port_.forget();
-        if (portIsOff && board_.isOff()) break;
+        if (portIsDone) port_.forget();
+        if (portIsDone && board_.isOff()) break;
         ::poll(nullptr, 0, board_.hasFailed() || !portIsOff ? kRetryMilliseconds : 1);
         if (!portIsOff) portIsOff = port_.off();
         if (board_.hasFailed()) board_.requestOff();

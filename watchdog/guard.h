@@ -1,7 +1,7 @@
 #pragma once
 
 #include "watchdog/messages.h"
-#include "watchdog/printer_port.h"
+#include "watchdog/port.h"
 #include "watchdog/usb_board.h"
 
 #include <ctime>
@@ -28,7 +28,7 @@ class Guard {
     void switchOff();
     [[noreturn]] void end();
 
-    PrinterPort port_;
+    Port port_;
     UsbBoard board_;
     bool engineRuns_ = false;
     bool hung_ = false;

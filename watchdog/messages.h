@@ -21,6 +21,8 @@ enum class Kind : std::uint8_t {
     Hello,           // asks only for an answer
     GuardDescriptor, // the printer port; its descriptor is sent with the packet
     GuardAddress,    // the printer port at an I/O address
+    GuardLines,      // lines of a GPIO chip, in one request; its descriptor is sent with the packet
+    GuardSerial,     // a board on a serial line; its descriptor is sent with the packet
     ForgetPort,
     GuardBoard, // the USB board behind a hidraw device
     ForgetBoard,
@@ -29,12 +31,19 @@ enum class Kind : std::uint8_t {
     Bye,   // the controller ends in good order
 };
 
+/// An ended message, and three bytes for each port of eight pins.
+constexpr std::size_t kLongestMessage = 32;
+
 struct Request {
     std::uint32_t number = 0; // the reply has the same number
     Kind kind = Kind::Beat;
     bool engineRuns = false;   // Beat
     std::uint32_t address = 0; // GuardAddress
-    char path[PATH_MAX] = {};  // GuardBoard, with its final zero
+    std::uint8_t off =
+        0xFF; // GuardDescriptor, GuardAddress, GuardLines: the levels that leave every coil off
+    std::uint8_t messageSize = 0; // GuardSerial: what switches every coil off
+    std::uint8_t message[kLongestMessage] = {};
+    char path[PATH_MAX] = {}; // GuardBoard, with its final zero
 
     /// The number of bytes to send: up to the end of the path.
     std::size_t size() const { return offsetof(Request, path) + std::strlen(path) + 1; }

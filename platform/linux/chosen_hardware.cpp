@@ -2,8 +2,7 @@
 
 #include "config/hardware_settings.h"
 #include "platform/hid/k8055.h"
-#include "platform/linux/direct_port.h"
-#include "platform/linux/printer_port.h"
+#include "platform/linux/device_search.h"
 #include "platform/simulated/outputs.h"
 #include "runtime/errors.h"
 
@@ -16,82 +15,9 @@ using platform::HardwareSettings;
 
 namespace {
 
-constexpr const char* kUsualPort = "/dev/parport0";
 constexpr const char* kSection = "hardware"; // of the settings
 
 } // namespace
-
-/// The printer port in use and the name of its device.
-class ChosenHardware::Port : public platform::PrinterPort {
-  public:
-    explicit Port(ChosenHardware& owner) : owner_(owner) {}
-    Port(const Port&) = delete;
-    Port& operator=(const Port&) = delete;
-    ~Port() override { close(); }
-
-    /// `setting` is as in platform::HardwareSettings. Throws runtime::ObjectError; then no port is open.
-    void open(const std::string& setting) {
-        close();
-        if (setting == config::kSimulated) {
-            behind_ = std::make_unique<simulated::PrinterPort>();
-        } else if (setting == config::kAutomatic) {
-            return open(std::filesystem::exists(kUsualPort) ? kUsualPort : config::kSimulated);
-        } else if (const auto address = config::ioAddress(setting)) {
-            auto port = std::make_unique<DirectPort>(*address);
-            owner_.watchdog().guardPortAddress(*address);
-            hold(std::move(port));
-        } else {
-            auto port = std::make_unique<linux_ports::PrinterPort>(setting);
-            owner_.watchdog().guardPort(port->descriptor());
-            hold(std::move(port));
-        }
-        name_ = setting;
-        works_ = true;
-    }
-    /// Uses a simulated port instead of a refused port.
-    void simulate() {
-        open(config::kSimulated);
-        works_ = false;
-    }
-
-    const std::string& name() const { return name_; }
-    bool works() const { return works_; }
-
-    void clearBit(int bit) override {
-        write([&] { behind_->clearBit(bit); });
-    }
-    void setBit(int bit) override {
-        write([&] { behind_->setBit(bit); });
-    }
-    void endPattern() override {
-        write([&] { behind_->endPattern(); });
-    }
-    bool taken(int mask) override { return behind_->taken(mask); }
-
-  private:
-    template <class Access>
-    void write(const Access& access) {
-        const bool worked = std::exchange(works_, false);
-        access();
-        works_ = worked;
-    }
-
-    void hold(std::unique_ptr<platform::PrinterPort> port) {
-        behind_ = std::move(port);
-        guarded_ = true;
-    }
-
-    void close() {
-        if (std::exchange(guarded_, false)) owner_.watchdog_->forgetPort();
-        behind_.reset();
-    }
-
-    ChosenHardware& owner_;
-    std::unique_ptr<platform::PrinterPort> behind_;
-    std::string name_;
-    bool guarded_ = false;
-    bool works_ = false; // open, and nothing has failed
-};
 
 /// The USB board in use.
 class ChosenHardware::Board : public platform::UsbBoard {
@@ -126,7 +52,7 @@ class ChosenHardware::Board : public platform::UsbBoard {
 };
 
 ChosenHardware::ChosenHardware(Texts given, qt_ports::SettingsFile file)
-    : given_(std::move(given)), file_(std::move(file)), port_(std::make_unique<Port>(*this)),
+    : given_(std::move(given)), file_(std::move(file)), port_([this]() -> Watchdog& { return watchdog(); }),
       board_(std::make_unique<Board>(*this)) {
     readFile();
     for (const config::HardwareField& field : config::kHardwareFields) {
@@ -144,13 +70,13 @@ ChosenHardware::ChosenHardware(Texts given, qt_ports::SettingsFile file)
         settings_.usb = "k8055:" + std::to_string(*card);
     board_->choose(settings_.usb);
     try {
-        port_->open(settings_.port);
+        port_.open(settings_);
     } catch (const runtime::ObjectError& error) {
         if (settings_.port == config::kAutomatic) {
-            port_->open(config::kSimulated); // "auto" falls back to the simulated port
+            port_.open(HardwareSettings{.port = config::kSimulated});
         } else {
             if (isFixed(&HardwareSettings::port)) throw;
-            port_->simulate();
+            port_.simulate();
         }
         notice_ += std::string(error.what()) + ". The outputs are simulated.\n";
     }
@@ -178,7 +104,7 @@ void ChosenHardware::readFile() {
 }
 
 platform::PrinterPort& ChosenHardware::printer() {
-    return *port_;
+    return port_;
 }
 
 platform::UsbBoard& ChosenHardware::board() {
@@ -192,31 +118,31 @@ bool ChosenHardware::isFixed(std::string HardwareSettings::*setting) const {
 }
 
 bool ChosenHardware::portWorks() const {
-    return port_->works();
+    return port_.works();
 }
 
 void ChosenHardware::openPortAnew() {
-    openOrSimulate(settings_.port);
+    openOrSimulate(settings_);
 }
 
-void ChosenHardware::openOrSimulate(const std::string& setting) {
+void ChosenHardware::openOrSimulate(const HardwareSettings& settings) {
     try {
-        port_->open(setting);
+        port_.open(settings);
     } catch (const runtime::ObjectError& error) {
-        port_->simulate();
+        port_.simulate();
         throw runtime::ObjectError(std::string(error.what()) + ". The outputs are simulated");
     }
 }
 
 void ChosenHardware::use(const HardwareSettings& settings) {
-    if (settings.port != settings_.port) {
+    if (settings.port != settings_.port || settings.coilsOn != settings_.coilsOn) {
         // Close the old port before opening the new port: both names may stand for the same port, which can
         // be open only once.
         try {
-            port_->open(settings.port);
+            port_.open(settings);
         } catch (const runtime::ObjectError& error) {
             try {
-                openOrSimulate(settings_.port);
+                openOrSimulate(settings_);
             } catch (const runtime::ObjectError& back) {
                 throw runtime::ObjectError(std::string(error.what()) + ". " + back.what());
             }
@@ -236,18 +162,20 @@ void ChosenHardware::keep() {
     file_.write({{kSection, texts}});
 }
 
-std::vector<std::string> ChosenHardware::printerPorts() const {
-    std::vector<std::string> devices;
-    std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator("/dev", error)) {
-        if (entry.path().filename().string().starts_with("parport")) devices.push_back(entry.path());
-    }
-    std::ranges::sort(devices);
-    return devices;
+void ChosenHardware::lookAtPort() {
+    port_.look(settings_);
+}
+
+std::vector<platform::OutputDevice> ChosenHardware::outputDevices() const {
+    return findOutputDevices();
+}
+
+std::vector<platform::GpioLine> ChosenHardware::gpioLines(const std::string& chip) const {
+    return gpioLinesOf(chip);
 }
 
 std::string ChosenHardware::outputsName() const {
-    return port_->name();
+    return port_.name();
 }
 
 Watchdog& ChosenHardware::watchdog() {

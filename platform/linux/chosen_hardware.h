@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/hardware.h"
+#include "platform/linux/chosen_port.h"
 #include "platform/linux/watchdog.h"
-#include "platform/printer_port.h"
 #include "platform/qt/settings_file.h"
 #include "platform/usb_board.h"
 
@@ -42,7 +42,9 @@ class ChosenHardware : public platform::Hardware {
     void use(const platform::HardwareSettings& settings) override;
     void openPortAnew() override;
     void keep() override;
-    std::vector<std::string> printerPorts() const override;
+    void lookAtPort() override;
+    std::vector<platform::OutputDevice> outputDevices() const override;
+    std::vector<platform::GpioLine> gpioLines(const std::string& chip) const override;
     std::string outputsName() const override;
     std::string bridgeStateText() const override { return bridgeState ? bridgeState() : std::string(); }
 
@@ -55,12 +57,11 @@ class ChosenHardware : public platform::Hardware {
     void withWatchdog(std::function<void(Watchdog&)> use);
 
   private:
-    class Port;
     class Board;
 
     void readFile();
-    /// Like Port::open, but uses the simulated port if opening throws.
-    void openOrSimulate(const std::string& setting);
+    /// Opens the port of these settings, but uses the simulated port if opening throws.
+    void openOrSimulate(const platform::HardwareSettings& settings);
     Watchdog& watchdog();
 
     const Texts given_;
@@ -68,7 +69,7 @@ class ChosenHardware : public platform::Hardware {
     platform::HardwareSettings settings_;
     std::string notice_;
     std::unique_ptr<Watchdog> watchdog_; // outlives the devices
-    std::unique_ptr<Port> port_;
+    ChosenPort port_;
     std::unique_ptr<Board> board_;
     std::function<void(Watchdog&)> onWatchdog_;
 };

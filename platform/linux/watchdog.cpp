@@ -21,10 +21,6 @@ constexpr int kShortLivesInARow = 3;
 
 const watchdog::Request kCrash{.kind = Kind::Crash};
 
-watchdog::Request guardOf(unsigned address) {
-    return {.kind = Kind::GuardAddress, .address = address};
-}
-
 watchdog::Request guardOf(const std::string& device) {
     watchdog::Request request{.kind = Kind::GuardBoard};
     if (device.size() >= sizeof request.path)
@@ -32,12 +28,6 @@ watchdog::Request guardOf(const std::string& device) {
     std::copy(device.begin(), device.end(), request.path);
     return request;
 }
-
-std::string portName(unsigned address) {
-    return "the printer port at " + runtime::hexText(address, "0x");
-}
-
-constexpr const char* kPortName = "the printer port";
 
 void ask(WatchdogProcess& process, watchdog::Request request, int descriptor, const std::string& device) {
     const int error = process.ask(request, descriptor);
@@ -95,16 +85,30 @@ Watchdog::~Watchdog() {
     CrashNotice::setSocket(-1);
 }
 
-void Watchdog::guardPort(int descriptor) {
-    require({.kind = Kind::GuardDescriptor}, descriptor, kPortName);
-    port_ = descriptor;
-    address_.reset();
+void Watchdog::guardPort(int descriptor, std::uint8_t off) {
+    guard({{.kind = Kind::GuardDescriptor, .off = off}, descriptor, "the printer port"});
 }
 
-void Watchdog::guardPortAddress(unsigned address) {
-    require(guardOf(address), -1, portName(address));
-    address_ = address;
-    port_.reset();
+void Watchdog::guardPortAddress(unsigned address, std::uint8_t off) {
+    guard({{.kind = Kind::GuardAddress, .address = address, .off = off},
+           -1,
+           "the printer port at " + runtime::hexText(address, "0x")});
+}
+
+void Watchdog::guardLines(int descriptor, std::uint8_t off) {
+    guard({{.kind = Kind::GuardLines, .off = off}, descriptor, "the GPIO lines"});
+}
+
+void Watchdog::guardSerial(int descriptor, std::span<const std::uint8_t> off) {
+    GuardedPort port{{.kind = Kind::GuardSerial}, descriptor, "the Arduino"};
+    port.request.messageSize = static_cast<std::uint8_t>(off.size());
+    std::ranges::copy(off, port.request.message);
+    guard(port);
+}
+
+void Watchdog::guard(const GuardedPort& port) {
+    require(port.request, port.descriptor, port.name);
+    port_ = port;
 }
 
 void Watchdog::guardBoard(const std::string& device) {
@@ -114,7 +118,6 @@ void Watchdog::guardBoard(const std::string& device) {
 
 void Watchdog::forgetPort() {
     port_.reset();
-    address_.reset();
     forget(Kind::ForgetPort);
 }
 
@@ -233,8 +236,7 @@ void Watchdog::standBy() {
 std::unique_ptr<WatchdogProcess> Watchdog::start() {
     auto process = std::make_unique<WatchdogProcess>(program_);
     started_ = Clock::now();
-    if (port_) ask(*process, {.kind = Kind::GuardDescriptor}, *port_, kPortName);
-    if (address_) ask(*process, guardOf(*address_), -1, portName(*address_));
+    if (port_) ask(*process, port_->request, port_->descriptor, port_->name);
     if (board_) ask(*process, guardOf(*board_), -1, *board_);
     return process;
 }

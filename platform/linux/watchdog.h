@@ -5,10 +5,12 @@
 #include "platform/linux/watchdog_process.h"
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 
 namespace linux_ports {
@@ -37,10 +39,17 @@ class Watchdog {
     /// longer than 600 ms.
     ~Watchdog();
 
-    /// A printer port that ppdev has claimed. The descriptor must stay open until forgetPort.
-    void guardPort(int descriptor);
+    // One port is guarded at a time. A descriptor must stay open until forgetPort. `off` is the byte, or the
+    // levels of the lines, at which no coil is energised.
+
+    /// A printer port that ppdev has claimed.
+    void guardPort(int descriptor, std::uint8_t off);
     /// The data register of a printer port without a driver, an I/O address from 1 to 0xFFFF.
-    void guardPortAddress(unsigned address);
+    void guardPortAddress(unsigned address, std::uint8_t off);
+    /// Eight lines of a GPIO chip, in one request.
+    void guardLines(int descriptor, std::uint8_t off);
+    /// A board on a serial line; `off` is the message that switches its outputs off.
+    void guardSerial(int descriptor, std::span<const std::uint8_t> off);
     void forgetPort();
     /// A K8055 board, by its hidraw device ("/dev/hidraw0").
     void guardBoard(const std::string& device);
@@ -60,7 +69,13 @@ class Watchdog {
   private:
     class Watching;
     using Clock = std::chrono::steady_clock;
+    struct GuardedPort {
+        watchdog::Request request;
+        int descriptor;
+        std::string name;
+    };
 
+    void guard(const GuardedPort& port);
     void require(watchdog::Request request, int descriptor, const std::string& device);
     void forget(watchdog::Kind kind);
     /// A new watchdog with all that is guarded.
@@ -82,8 +97,7 @@ class Watchdog {
     Clock::time_point started_ = Clock::now();
     int shortLives_ = 0; // in a row
     // What is guarded.
-    std::optional<int> port_;
-    std::optional<unsigned> address_;
+    std::optional<GuardedPort> port_;
     std::optional<std::string> board_;
     bool engineRuns_ = false;
     bool reserveWanted_ = false; // as soon as no engine runs

@@ -29,7 +29,21 @@ class Hardware : public platform::Hardware {
         if (diskFull_) throw runtime::FileError("\"twinstep.ini\" cannot be written: disk full");
         kept_ = settings_;
     }
-    std::vector<std::string> printerPorts() const override { return {"/dev/parport0", "/dev/parport1"}; }
+    void lookAtPort() override {}
+    std::vector<platform::OutputDevice> outputDevices() const override {
+        return {{"/dev/parport0", "/dev/parport0"},
+                {"/dev/parport1", "/dev/parport1"},
+                {"firmata:/dev/ttyACM0", "Arduino Uno (ttyACM0)"},
+                {"gpio:gpiochip0", "Pins of pinctrl-bcm2835 (gpiochip0)"}};
+    }
+    std::vector<platform::GpioLine> gpioLines(const std::string& chip) const override {
+        if (chip != "gpiochip0") return {};
+        std::vector<platform::GpioLine> lines(28);
+        for (std::size_t number = 0; number < lines.size(); ++number)
+            lines[number] = {"GPIO" + std::to_string(number), "", number <= 8};
+        lines[10].user = "spi0";
+        return lines;
+    }
     std::string outputsName() const override { return settings_.port; }
     std::string bridgeStateText() const override { return "no bridge at " + settings_.bridge; }
 

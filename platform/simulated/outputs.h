@@ -26,11 +26,14 @@ class PrinterPort : public platform::PrinterPort {
     void setBit(int bit) override { write(bit, 1); }
     void endPattern() override { ++patterns_; }
     bool taken(int mask) override { return (busy_ & mask) == 0; }
+    std::string notReady() override { return starting_; }
 
     int data() const { return data_; }
     int patterns() const { return patterns_; }
     /// From now on the outputs in `mask` do not take what is written, as those of a slow device.
     void holdBack(int mask) { busy_ = mask; }
+    /// From now on the device is not ready, for this reason; empty: it is ready.
+    void setStarting(std::string why) { starting_ = std::move(why); }
     /// The accesses since the last call, oldest first; only the last kRemembered of them.
     std::vector<Access> takeAccesses();
     /// From now on the device refuses every call with this text; empty: it works again.
@@ -42,6 +45,7 @@ class PrinterPort : public platform::PrinterPort {
     int data_ = 0;
     int patterns_ = 0;
     int busy_ = 0;
+    std::string starting_;
     std::vector<Access> ring_ = std::vector<Access>(kRemembered);
     std::size_t written_ = 0; // since the last call of takeAccesses
     std::string broken_;

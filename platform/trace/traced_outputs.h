@@ -15,6 +15,7 @@ class TracedPrinterPort : public platform::PrinterPort {
     void setBit(int bit) override;
     void endPattern() override { port_.endPattern(); }
     bool taken(int mask) override { return port_.taken(mask); }
+    std::string notReady() override { return port_.notReady(); }
 
   private:
     void record(int bit, char state);

@@ -294,4 +294,81 @@ TEST_F(HardwareDialog, APortThatFailsEndsTheTest) {
     });
 }
 
+TEST_F(HardwareDialog, AnArduinoAndPinsAreChosenWithTheirPinsAndLevel) {
+    open([this](form::FrmHardware& dialog) {
+        choosePort(dialog, "Arduino Uno (ttyACM0)");
+        EXPECT_EQ(dialog.txtPortAddress.Text.get(), "2,3,4,5,6,7,8,9");
+        dialog.txtPortAddress.Text = "22,23,24,25,26,27,28,29";
+        dialog.cmdSaveHardware.Click.fire();
+    });
+    EXPECT_EQ(hardware.kept().port, "firmata:/dev/ttyACM0:22,23,24,25,26,27,28,29");
+    EXPECT_EQ(hardware.kept().coilsOn, "auto");
+    open([this](form::FrmHardware& dialog) {
+        EXPECT_EQ(dialog.txtPortAddress.Text.get(), "22,23,24,25,26,27,28,29");
+        choosePort(dialog, "Pins of pinctrl-bcm2835 (gpiochip0)");
+        EXPECT_EQ(dialog.txtPortAddress.Text.get(), config::kUsualLines);
+        EXPECT_THAT(dialog.txtPortAddress.ToolTip.get(), HasSubstr("10 GPIO10 (taken by spi0), 11 GPIO11"));
+        struct Case {
+            const char* lines;
+            int level; // in the list: 1 low, 2 high
+            const char* remark;
+        };
+        for (const Case& each : {Case{config::kUsualLines, 2, "Lines GPIO17, GPIO27"},
+                                 {"17,27,22,23,24,25,16,5", 2, "On while the computer starts: GPIO5"},
+                                 {"2,3,4,5,6,7,8,26", 1, "On while the computer starts: GPIO26"},
+                                 {"17,27,22,23,24,25,16,10", 2, "Taken: GPIO10 (spi0)"},
+                                 {"17,27,22,23,24,25,16,28", 2, "There is no line 28"},
+                                 {"17,17", 2, "Eight different lines"}}) {
+            dialog.cmbCoilsOn.ListIndex = each.level;
+            dialog.txtPortAddress.Text = each.lines;
+            dialog.txtPortAddress.Change.fire();
+            EXPECT_THAT(dialog.lblOutputs.Caption.get(), HasSubstr(each.remark)) << each.lines;
+        }
+        dialog.cmdSaveHardware.Click.fire();
+        EXPECT_THAT(told(), ElementsAre(HasSubstr("gpio:gpiochip0:17,17")));
+    });
+}
+
+TEST_F(HardwareDialog, LowOnAnArduinoIsTakenOnlyAfterAQuestion) {
+    const auto before = hardware.settings();
+    open([this](form::FrmHardware& dialog) {
+        choosePort(dialog, "Arduino Uno (ttyACM0)");
+        dialog.cmbCoilsOn.ListIndex = 1;
+        dialog.cmbCoilsOn.Click.fire();
+        EXPECT_EQ(dialog.lblOutputs.ForeColor, form::kRed);
+        dialog.cmdSaveHardware.Click.fire();
+        EXPECT_THAT(told(), ElementsAre(HasSubstr("all eight coils are then on")));
+        EXPECT_EQ(hardware.settings().coilsOn, "auto");
+        dialogs.okAnswers = {true};
+        dialog.cmdSaveHardware.Click.fire();
+        EXPECT_EQ(told().size(), 1U);
+    });
+    EXPECT_EQ(hardware.kept().coilsOn, "low");
+    open([this](form::FrmHardware& dialog) { dialog.cmdSaveHardware.Click.fire(); });
+    EXPECT_TRUE(told().empty()) << "it was answered";
+}
+
+TEST_F(HardwareDialog, TheTestWaitsForADeviceThatStarts) {
+    port.setStarting("Arduino ttyACM0 is starting");
+    open([this](form::FrmHardware& dialog) {
+        dialog.cmdTestA.Click.fire();
+        nextCoil();
+        EXPECT_EQ(port.data(), 0xFF);
+        EXPECT_EQ(dialog.lblTest.Caption, "Waits for the Arduino");
+        port.setStarting("");
+        for (const int data : {0xFE, 0xFD}) {
+            nextCoil();
+            EXPECT_EQ(port.data(), data);
+        }
+        dialog.cmdTestA.Click.fire();
+        EXPECT_EQ(port.data(), 0xFF);
+        port.setStarting("again");
+        dialog.cmdTestA.Click.fire();
+        dialog.cmdTestA.Click.fire();
+        port.setStarting("");
+        clock.advance(10000);
+        EXPECT_EQ(port.data(), 0xFF) << "a test that was ended while it waited";
+    });
+}
+
 } // namespace

@@ -9,15 +9,17 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-/// The file behind an emulated printer port, seen from the test; programs see it as /dev/parport0 when they
-/// have `environment`. Its data lines start with every coil on.
+/// The file behind an emulated printer port and GPIO chip, seen from the test; programs see it as
+/// /dev/parport0 and /dev/gpiochip0 when they have `environment`. Its lines start with every coil on.
 class EmulatedPort {
   public:
     static constexpr int kAllOff = 0xFF;
 
-    explicit EmulatedPort(std::filesystem::path path)
-        : path_(std::move(path)), fd_(::open(path_.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600)) {
-        setData(0);
+    /// `off` are the lines at which no coil is energised.
+    explicit EmulatedPort(std::filesystem::path path, int off = kAllOff)
+        : path_(std::move(path)), off_(off),
+          fd_(::open(path_.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600)) {
+        setData(static_cast<std::uint8_t>(~off));
     }
     EmulatedPort(const EmulatedPort&) = delete;
     EmulatedPort& operator=(const EmulatedPort&) = delete;
@@ -31,7 +33,7 @@ class EmulatedPort {
         return state;
     }
     int data() const { return state().data; }
-    bool isOff() const { return data() == kAllOff; }
+    bool isOff() const { return data() == off_; }
     void setData(std::uint8_t data) {
         EmulatedPortState state;
         state.data = data;
@@ -44,5 +46,6 @@ class EmulatedPort {
 
   private:
     std::filesystem::path path_;
+    int off_;
     int fd_;
 };

@@ -1,17 +1,20 @@
-// A printer port of the kernel's ppdev driver, for programs started with this library in LD_PRELOAD:
-// /dev/parport0 stands for the file that EMULATED_PORT names. All state is in that file and in the system's
-// locks on it, so that, as with the real driver, a descriptor works in every process that it is handed to,
-// and its claim lasts until the last of them has closed it.
+// A printer port of the kernel's ppdev driver, and a GPIO chip of its character device, for programs started
+// with this library in LD_PRELOAD: /dev/parport0 and /dev/gpiochip0 stand for the file that EMULATED_PORT
+// names; a request of eight lines has the file's byte. All state is in that file and in the system's locks on
+// it, so that, as with the real drivers, a descriptor works in every process that it is handed to, and its
+// claim lasts until the last of them has closed it.
 
 #include "tests/emulated_port/state.h"
 
 #include <cerrno>
 #include <cstdarg>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <linux/gpio.h>
 #include <linux/ppdev.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
@@ -20,7 +23,10 @@
 
 namespace {
 
-constexpr const char* kDevice = "/dev/parport0";
+constexpr const char* kPort = "/dev/parport0";
+constexpr const char* kChip = "/dev/gpiochip0";
+constexpr unsigned kLines = 54;
+constexpr unsigned kTaken = 10; // by another driver
 
 template <class Function>
 Function* real(const char* name) {
@@ -29,7 +35,7 @@ Function* real(const char* name) {
 
 const char* fileBehind(const char* path) {
     const char* file = std::getenv("EMULATED_PORT");
-    return file && std::strcmp(path, kDevice) == 0 ? file : path;
+    return file && (std::strcmp(path, kPort) == 0 || std::strcmp(path, kChip) == 0) ? file : path;
 }
 
 bool isPort(int fd) {
@@ -73,8 +79,55 @@ int readData(int fd, std::uint8_t& data) {
     return 0;
 }
 
+int requestLines(gpio_v2_line_request& request) {
+    for (unsigned index = 0; index < request.num_lines; ++index) {
+        if (request.offsets[index] >= kLines) return fail(EINVAL);
+        if (request.offsets[index] == kTaken) return fail(EBUSY);
+    }
+    const auto open = real<int(const char*, int, unsigned)>("open");
+    const int fd = open(std::getenv("EMULATED_PORT"), O_RDWR | O_CLOEXEC, 0);
+    if (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
+        ::close(fd);
+        return fail(EBUSY);
+    }
+    request.fd = fd;
+    return writeData(fd, static_cast<std::uint8_t>(request.config.attrs[0].attr.values));
+}
+
+int describeLine(gpio_v2_line_info& line) {
+    if (line.offset >= kLines) return fail(EINVAL);
+    std::snprintf(line.name, sizeof line.name, "GPIO%u", line.offset);
+    if (line.offset != kTaken) return 0;
+    std::strcpy(line.consumer, "spi0 CS0");
+    line.flags = GPIO_V2_LINE_FLAG_USED;
+    return 0;
+}
+
+int describeChip(gpiochip_info& chip) {
+    std::strcpy(chip.name, "gpiochip0");
+    std::strcpy(chip.label, "pinctrl-bcm2835");
+    chip.lines = kLines;
+    return 0;
+}
+
+int setLines(int fd, const gpio_v2_line_values& values) {
+    std::uint8_t data = 0;
+    if (readData(fd, data) != 0) return -1;
+    return writeData(fd, static_cast<std::uint8_t>((data & ~values.mask) | (values.bits & values.mask)));
+}
+
 int answer(int fd, unsigned long request, void* argument) {
     switch (request) {
+    case GPIO_GET_CHIPINFO_IOCTL:
+        return describeChip(*static_cast<gpiochip_info*>(argument));
+    case GPIO_V2_GET_LINEINFO_IOCTL:
+        return describeLine(*static_cast<gpio_v2_line_info*>(argument));
+    case GPIO_V2_GET_LINE_IOCTL:
+        return requestLines(*static_cast<gpio_v2_line_request*>(argument));
+    case GPIO_V2_LINE_SET_VALUES_IOCTL:
+        return setLines(fd, *static_cast<gpio_v2_line_values*>(argument));
+    case GPIO_V2_LINE_GET_VALUES_IOCTL:
+        return 0;
     case PPCLAIM:
         return claim(fd);
     case PPRELEASE:
@@ -90,7 +143,9 @@ int answer(int fd, unsigned long request, void* argument) {
 
 bool isKnown(unsigned long request) {
     return request == PPEXCL || request == PPCLAIM || request == PPRELEASE || request == PPDATADIR ||
-           request == PPWDATA || request == PPRDATA;
+           request == PPWDATA || request == PPRDATA || request == GPIO_GET_CHIPINFO_IOCTL ||
+           request == GPIO_V2_GET_LINEINFO_IOCTL || request == GPIO_V2_GET_LINE_IOCTL ||
+           request == GPIO_V2_LINE_SET_VALUES_IOCTL || request == GPIO_V2_LINE_GET_VALUES_IOCTL;
 }
 
 } // namespace

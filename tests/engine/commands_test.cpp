@@ -162,7 +162,9 @@ TEST_F(CommandsTest, WhatCannotMoveDoesNotStartAndSaysWhatIsMissing) {
         {[this] { b.sngMMGiro = 0; }, "Engine 2 does not start: enter its units/r"},
         {[this] { b.intSteps = 0; }, "Engine 2 does not start: enter its steps/r"},
         {[this] { b.intTickAlta = b.intTickBassa = 0; },
-         "Engine 2 does not start: enter its slow or fast speed"}};
+         "Engine 2 does not start: enter its slow or fast speed"},
+        {[this] { motion.notReady = [] { return std::string("Arduino ttyACM0 is starting"); }; },
+         "Engine 2 does not start: Arduino ttyACM0 is starting"}};
     for (const auto& [spoil, reason] : cases) {
         SetUp();
         spoil();

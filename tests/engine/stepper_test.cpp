@@ -127,6 +127,22 @@ TEST_F(StepperTest, EveryStepIsOnePatternAndWaitsForTheOutputsOfItsEngine) {
     EXPECT_EQ(port.patterns(), afterSteps + 1);
 }
 
+TEST_F(StepperTest, AnArduinoThatIsTooSlowIsNamedWithTheRateThatIsLeft) {
+    f().cmdAv.Click.fire();
+    const auto left = [&](int share) { // of 100 steps/s
+        for (int tenth = 0; tenth < 20; ++tenth) {
+            port.holdBack(0xF);
+            clock.advance(100 - share);
+            port.holdBack(0);
+            clock.advance(share);
+        }
+        return f().rateNotice.Caption.get();
+    };
+    EXPECT_EQ(left(100), "");
+    EXPECT_EQ(left(50), "Engine 1: 50 of 100 steps/s (Arduino)");
+    EXPECT_EQ(left(100), "");
+}
+
 TEST_F(StepperTest, ReversalWithoutARunCommandWritesTheNextPhaseFirst) {
     const Engine engine = a();
     tick(engine, form::kForward);

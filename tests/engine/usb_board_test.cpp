@@ -191,7 +191,7 @@ TEST_F(LostBoard, IsNoticedAtOffAndWhileNothingMoves) {
     board.breakDown("");
     f().chkUsbOn.userClick();
     board.breakDown("the board is gone");
-    clock.advance(form::Form1::kUsbCheckMilliseconds);
+    clock.advance(form::Form1::kOutputsCheckMilliseconds);
     expectLetGoWithOneBox();
 }
 

@@ -90,3 +90,33 @@ TEST_F(StoredHardware, IsTestedExchangedAndKeptInTheDialog) {
     EXPECT_TRUE(comesTrue([this] { return stored().find("port=simulated") != std::string::npos; }));
     EXPECT_THAT(stored(), HasSubstr("kept=yes"));
 }
+
+TEST_F(StoredHardware, TheLevelHoldsFromTheStartAndTheWatchdogKnowsIt) {
+    adoptOrphans();
+    store("port=/dev/parport0\ncoils-on=high\n");
+    port->setData(0xFF); // all on
+    const auto endsAt = [this](DrivenProgram& program, int off) {
+        const auto [watchdog, standBy] = program.watchdogs();
+        port->setData(0x12);
+        program.signal(SIGKILL);
+        EXPECT_TRUE(comesTrue([&] { return port->data() == off; }));
+        EXPECT_EQ(orphanEnds(watchdog), 0);
+        EXPECT_EQ(orphanEnds(standBy), 0);
+    };
+    {
+        DrivenProgram program(*port, arguments());
+        ASSERT_TRUE(comesTrue([this] { return port->data() == 0; }));
+        EXPECT_EQ(program.ask("open mnuHardware"), "done");
+        EXPECT_EQ(program.ask("click cmdTestB"), "done");
+        EXPECT_TRUE(comesTrue([this] { return port->data() == 0x10; }));
+        endsAt(program, 0);
+    }
+    DrivenProgram program(*port, arguments());
+    ASSERT_TRUE(comesTrue([this] { return port->data() == 0; }));
+    EXPECT_EQ(program.ask("open mnuHardware"), "done");
+    EXPECT_EQ(program.ask("choose cmbCoilsOn Low: a 0"), "done");
+    EXPECT_EQ(program.ask("click cmdSaveHardware"), "done");
+    EXPECT_TRUE(comesTrue([this] { return port->data() == 0xFF; }));
+    EXPECT_TRUE(comesTrue([this] { return stored().find("coils-on=low") != std::string::npos; }));
+    endsAt(program, 0xFF);
+}

@@ -1,17 +1,9 @@
-#include "config/record_file.h"
-#include "config/records.h"
-#include "form/engine_panel.h"
-#include "form/shell_panel.h"
-#include "platform/linux/storage.h"
 #include "tests/platform/linux/fake_k8055.h"
-#include "tests/program/driven_program.h"
+#include "tests/program/guarded.h"
 
-#include <atomic>
 #include <gmock/gmock.h>
 #include <iostream>
-#include <poll.h>
 #include <random>
-#include <sys/syscall.h>
 #include <tuple>
 
 using ::testing::AnyOf;
@@ -19,133 +11,23 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::SizeIs;
 
-namespace {
-
-namespace record = config::record;
-
-constexpr double kLongestOff = 100; // milliseconds from the controller's end until every coil is off
-
-std::int64_t now() {
-    return std::chrono::steady_clock::now().time_since_epoch().count();
-}
-
-/// The longest time that this machine kept somebody waiting who wanted nothing but to wake up. Measured
-/// beside what is timed, because a busy or virtual machine stalls them both.
-class Stalls {
-  public:
-    Stalls() = default;
-    Stalls(const Stalls&) = delete;
-    Stalls& operator=(const Stalls&) = delete;
-    ~Stalls() { ends_ = true, thread_.join(); }
-
-    void reset() { longest_ = 0; }
-    /// Milliseconds.
-    double longest() const { return static_cast<double>(longest_) / 1e6; }
-
-  private:
-    void look() {
-        while (!ends_) {
-            const auto before = now();
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-            const std::int64_t late = now() - before - 1'000'000;
-            if (late > longest_) longest_ = late;
-        }
-    }
-
-    std::atomic<bool> ends_ = false;
-    std::atomic<std::int64_t> longest_ = 0;
-    std::thread thread_{[this] { look(); }};
-};
-
-/// Kills a process and waits until the system has ended it: milliseconds.
-double endOf(pid_t pid) {
-    const auto process = static_cast<int>(::syscall(SYS_pidfd_open, pid, 0));
-    EXPECT_GE(process, 0);
-    const auto moment = now();
-    ::kill(pid, SIGKILL);
-    pollfd ended{.fd = process, .events = POLLIN, .revents = 0};
-    ::poll(&ended, 1, -1);
-    ::close(process);
-    return static_cast<double>(now() - moment) / 1e6;
-}
-
-struct Guarded : ::testing::Test {
-    Guarded() {
-        adoptOrphans();
-        setUp(1000, 1);
-    }
-    ~Guarded() override { std::filesystem::remove_all(folder); }
-
-    /// Both engines at this speed in steps/s; multiplier 1: full step, 2: half step.
-    void setUp(int speed, int multiplier) const {
-        linux_ports::Storage disk;
-        config::RecordFile(disk, folder / "save.cfg")
-            .write(
-                {config::integerRecord(record::kFunction, form::kCoilTuner),
-                 config::integerRecord(record::kStepsA, 200), config::singleRecord(record::kUnitsA, 1),
-                 config::integerRecord(record::kStepsB, 200), config::singleRecord(record::kUnitsB, 1),
-                 config::integerRecord(record::kSlowA, speed), config::integerRecord(record::kFastA, speed),
-                 config::integerRecord(record::kSlowB, speed), config::integerRecord(record::kFastB, speed),
-                 config::byteRecord(record::kMultiplierA, multiplier),
-                 config::byteRecord(record::kMultiplierB, multiplier)});
-    }
-    QStringList arguments() const { return {"--directory", QString::fromStdString(folder)}; }
-
-    /// Waits for the outputs to go off after `moment`, and says how long that took, in milliseconds.
-    double offAfter(std::int64_t moment) const {
-        EXPECT_TRUE(comesTrue([&] { return port.isOff(); }));
-        return static_cast<double>(port.state().changed - moment) / 1e6;
-    }
-
-    /// Ends a program in mid-move, sees that nothing of it is left, and says after how many milliseconds the
-    /// outputs were off, beyond what the machine itself stalled.
-    double offBy(DrivenProgram& program, const std::function<void()>& end) {
-        EXPECT_TRUE(program.runs(port, true)) << program.errors();
-        const auto [watchdog, standBy] = program.watchdogs();
-        EXPECT_NE(watchdog, 0);
-        const Stalls stalls;
-        const auto moment = now();
-        end();
-        const double took = offAfter(moment) - stalls.longest();
-        program.ends();
-        // Where it ended in good order, the program itself has reaped it.
-        for (const pid_t guard : {watchdog, standBy})
-            EXPECT_TRUE(comesTrue([&] { return ::waitpid(guard, nullptr, WNOHANG) != 0; }));
-        EXPECT_TRUE(port.isOff());
-        EXPECT_TRUE(port.claim()) << "somebody still holds the port";
-        port.release();
-        return took;
-    }
-    /// Whether the outputs went off in time in one of three rounds: a busy machine may take longer to end a
-    /// process.
-    static bool inTime(const std::function<double()>& round) {
-        for (int rounds = 0; rounds < 3; ++rounds) {
-            if (round() <= kLongestOff) return true;
-        }
-        return false;
-    }
-
-    std::filesystem::path folder = [] {
-        std::string name = (std::filesystem::temp_directory_path() / "twinstep-XXXXXX").string();
-        return std::filesystem::path(mkdtemp(name.data()));
-    }();
-    EmulatedPort port{folder / "port"};
-};
-
-} // namespace
-
 struct Kill {
     const char* name;
     int multiplier;
     bool forward;
+    const char* outputs = nullptr;
+    int off = EmulatedPort::kAllOff;
 
     friend void PrintTo(const Kill& kill, std::ostream* out) { *out << kill.name; }
 };
 
-class GuardedKill : public Guarded, public ::testing::WithParamInterface<Kill> {};
+class GuardedKill : public ::testing::WithParamInterface<Kill>, public Guarded {
+  protected:
+    GuardedKill() : Guarded(GetParam().outputs, GetParam().off) {}
+};
 
 TEST_P(GuardedKill, LeavesNoCoilOn) {
-    constexpr int kKills = 25; // a hundred in all four
+    constexpr int kKills = 25; // a hundred in the first four
     setUp(1000, GetParam().multiplier);
     std::mt19937 random(1);
     std::vector<double> took, ends;
@@ -186,7 +68,9 @@ INSTANTIATE_TEST_SUITE_P(InMidMove, GuardedKill,
                          ::testing::Values(Kill{"FullStepForward", 1, true},
                                            Kill{"FullStepBackward", 1, false},
                                            Kill{"HalfStepForward", 2, true},
-                                           Kill{"HalfStepBackward", 2, false}),
+                                           Kill{"HalfStepBackward", 2, false},
+                                           Kill{"Pins", 1, true, "gpio:gpiochip0", 0},
+                                           Kill{"PinsLow", 2, false, "gpio:gpiochip0"}),
                          [](const auto& testing) { return testing.param.name; });
 
 TEST_F(Guarded, AKillLeavesNoOutputOfTheUsbBoardOn) {

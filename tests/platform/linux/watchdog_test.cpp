@@ -84,7 +84,7 @@ struct WatchdogTest : ::testing::Test {
         const pid_t controller = ::fork();
         if (controller == 0) {
             linux_ports::Watchdog watchdog(TWINSTEP_WATCHDOG);
-            watchdog.guardPort(descriptor.get());
+            watchdog.guardPort(descriptor.get(), 0xFF);
             watchdog.guardBoard(board);
             if (::write(ready[1], "x", 1) == 1) then();
             std::_Exit(1);
@@ -131,11 +131,11 @@ TEST_F(WatchdogTest, NamesWhatCannotBeGuarded) {
 
     linux_ports::Watchdog watchdog(TWINSTEP_WATCHDOG);
     std::ofstream(board).close();
-    watchdog.guardPort(descriptor.get());
+    watchdog.guardPort(descriptor.get(), 0xFF);
     watchdog.guardBoard(board);
     const FileDescriptor noPort(::open("/dev/null", O_RDWR | O_CLOEXEC));
-    EXPECT_THAT(failureOf([&] { watchdog.guardPort(noPort.get()); }), HasSubstr("the printer port"));
-    EXPECT_THAT(failureOf([&] { watchdog.guardPortAddress(0x10378); }), HasSubstr("0x10378"));
+    EXPECT_THAT(failureOf([&] { watchdog.guardPort(noPort.get(), 0xFF); }), HasSubstr("the printer port"));
+    EXPECT_THAT(failureOf([&] { watchdog.guardPortAddress(0x10378, 0xFF); }), HasSubstr("0x10378"));
     EXPECT_THAT(failureOf([&] { watchdog.guardBoard(folder / "hidraw9"); }),
                 AllOf(HasSubstr("hidraw9"), HasSubstr("No such file")));
     // What was guarded before still is.
@@ -196,7 +196,7 @@ TEST_F(WatchdogTest, SilenceSwitchesOffOnlyWhileAnEngineRuns) {
     constexpr int kMoreThanTwoSeconds = 2400;
     std::ofstream(board).close();
     linux_ports::Watchdog watchdog(TWINSTEP_WATCHDOG);
-    watchdog.guardPort(descriptor.get());
+    watchdog.guardPort(descriptor.get(), 0xFF);
     watchdog.guardBoard(board);
     const auto watching = watch(watchdog);
     watchdog.beat(true);
@@ -222,7 +222,7 @@ TEST_F(WatchdogTest, OneThatSleepsIsReplaced) {
     std::ofstream(board).close();
     {
         linux_ports::Watchdog watchdog(TWINSTEP_WATCHDOG);
-        watchdog.guardPort(descriptor.get());
+        watchdog.guardPort(descriptor.get(), 0xFF);
         watchdog.guardBoard(board);
         const auto watching = watch(watchdog);
         for (const std::size_t which : {0U, 1U}) { // 1: the one that stands by
@@ -246,7 +246,7 @@ TEST_F(WatchdogTest, OneThatCannotBeReplacedIsMissedWheneverAnEngineStarts) {
     const auto program = folder / "dog";
     std::filesystem::copy_file(TWINSTEP_WATCHDOG, program);
     linux_ports::Watchdog watchdog(program);
-    watchdog.guardPort(descriptor.get());
+    watchdog.guardPort(descriptor.get(), 0xFF);
     const auto watching = watch(watchdog);
     std::filesystem::remove(program);
     killGuards();
@@ -283,7 +283,7 @@ TEST_F(WatchdogTest, WhatIsForgottenIsFreeAndLeftAlone) {
     {
         linux_ports::Watchdog watchdog(TWINSTEP_WATCHDOG);
         ASSERT_EQ(::flock(descriptor.get(), LOCK_EX | LOCK_NB), 0);
-        watchdog.guardPort(descriptor.get());
+        watchdog.guardPort(descriptor.get(), 0xFF);
         watchdog.guardBoard(board);
         watchdog.forgetPort();
         watchdog.forgetBoard();

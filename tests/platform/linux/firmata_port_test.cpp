@@ -1,0 +1,91 @@
+#include "platform/firmata/port.h"
+#include "platform/linux/serial_port.h"
+#include "runtime/errors.h"
+#include "tests/desk.h"
+#include "tests/emulated_board/pty_board.h"
+#include "tests/program/driven_program.h"
+
+#include <gmock/gmock.h>
+#include <sys/file.h>
+
+using namespace std::chrono_literals;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+namespace {
+
+constexpr std::array<int, 8> kPins{2, 3, 4, 5, 6, 7, 8, 9};
+
+struct FirmataPort : ::testing::Test {
+    static std::string failureOf(const std::function<void()>& action) {
+        try {
+            action();
+        } catch (const runtime::ObjectError& error) {
+            return error.what();
+        }
+        return "none";
+    }
+    auto open(int off = 0) const {
+        return std::make_unique<firmata::Port>(
+            std::make_unique<linux_ports::SerialPort>(board.device(), 57600), "Arduino",
+            firmata::Wiring{kPins, 57600, off});
+    }
+    static void write(firmata::Port& port, int levels) {
+        for (int bit = 0; bit < 8; ++bit)
+            (levels >> bit & 1) != 0 ? port.setBit(bit) : port.clearBit(bit);
+        port.endPattern();
+    }
+
+    TemporaryFolder folder;
+    PtyBoard board{folder.path() / "ttyACM0", {.boot = 100ms}};
+};
+
+} // namespace
+
+TEST_F(FirmataPort, SetsPatternsAndLeavesAllOff) {
+    for (const int off : {0, 255}) {
+        auto port = open(off);
+        EXPECT_THAT(port->notReady(), HasSubstr("Arduino is starting"));
+        ASSERT_TRUE(comesTrue([&] { return port->notReady().empty(); }));
+        EXPECT_EQ(board.levels(), off);
+        board.takeChanges();
+        for (int levels = 1; levels < 256; levels += levels) {
+            write(*port, levels);
+            ASSERT_TRUE(comesTrue([&] { return port->taken(255); }));
+        }
+        ASSERT_TRUE(comesTrue([&] { return board.levels() == 128; }));
+        port.reset();
+        ASSERT_TRUE(comesTrue([&] { return board.levels() == off; }));
+        EXPECT_THAT(board.faults(), IsEmpty());
+    }
+}
+
+TEST_F(FirmataPort, AnUnpluggedOrSilentBoardThrows) {
+    auto port = open();
+    ASSERT_TRUE(comesTrue([&] { return port->notReady().empty(); }));
+    board.unplug();
+    ASSERT_TRUE(comesTrue([&] { return failureOf([&] { port->taken(255); }) != "none"; }));
+    EXPECT_THAT(failureOf([&] { write(*port, 1); }), AllOf(HasSubstr("Arduino: "), HasSubstr("unplugged")));
+    port.reset();
+    board.plugIn();
+    port = open();
+    ASSERT_TRUE(comesTrue([&] { return port->notReady().empty(); }));
+    write(*port, 1);
+    board.setMute(true);
+    ASSERT_TRUE(comesTrue([&] { return failureOf([&] { port->taken(255); }) != "none"; }));
+    EXPECT_THAT(failureOf([&] { port->taken(255); }), HasSubstr("has not answered for a second"));
+    EXPECT_TRUE(comesTrue([&] { return board.levels() == 0; })) << "it may still listen";
+}
+
+TEST_F(FirmataPort, ADeviceThatCannotBeHadIsNamed) {
+    const auto why = [](const std::string& device, int baud = 57600) {
+        return failureOf([&] { linux_ports::SerialPort port(device, baud); });
+    };
+    EXPECT_THAT(why("/dev/ttyACM99"), AllOf(HasSubstr("/dev/ttyACM99: "), HasSubstr("plugged in?")));
+    EXPECT_THAT(why("/dev/null"), HasSubstr("not a serial device"));
+    EXPECT_THAT(why(board.device(), 12345), HasSubstr("12345 baud"));
+    const linux_ports::FileDescriptor other(::open(board.device().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    ASSERT_EQ(::flock(other.get(), LOCK_EX | LOCK_NB), 0);
+    EXPECT_THAT(why(board.device()), HasSubstr("in use by another program"));
+}
