@@ -8,6 +8,7 @@
 #include "ui/display.h"
 #include "ui/heartbeat.h"
 #include "ui/main_window.h"
+#include "ui/window_place.h"
 
 #include <QApplication>
 #include <cstdlib>
@@ -73,6 +74,7 @@ class Program {
     const app::Ports ports_ = outside_->ports({.tcp = tcp_, .dialogs = dialogs_, .shell = shell_});
     app::Controller controller_{ports_, outside_->folder()};
     ui::MainWindow window_{controller_.form(), controller_.boxes()};
+    const ui::WindowPlace place_{window_, ports_.settings};
     const ui::Heartbeat heartbeat_{controller_.form(), [this](bool runs) { outside_->beat(runs); }};
     const ui::LastWish lastWish_{[this] { endWithoutDisplay(); }};
     bool ended_ = false;

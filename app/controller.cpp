@@ -1,5 +1,6 @@
 #include "app/controller.h"
 
+#include "app/assistant.h"
 #include "app/auto_outputs_off.h"
 #include "app/error_boundary.h"
 #include "app/functions.h"
@@ -23,6 +24,7 @@
 #include "engine/ramp_drive.h"
 #include "engine/stepper.h"
 #include "memory/automatic_recall.h"
+#include "memory/go_to.h"
 #include "memory/memory_slots.h"
 #include "memory/table_recall.h"
 #include "memory/table_window.h"
@@ -49,6 +51,7 @@ struct Controller::Subsystems {
     void mnuRotator_Click();
     void mnuTvnServer_Click();
     void mnuHardware_Click();
+    void mnuAssistant_Click();
     void hardwareChanged();
     /// `place` as in platform::HardwareSettings.
     std::unique_ptr<radio::Rigctld> connectRig(const std::string& place,
@@ -76,6 +79,7 @@ struct Controller::Subsystems {
     memory::TableRecall tableRecall{form, boxes, approach};
     memory::AutomaticRecall recall{form, boxes, slots, tableRecall, file, ports.sound};
     memory::TableWindow table{form, boxes, file, ports.storage};
+    memory::GoTo goTo{form, boxes, motion, approach};
     engine::JogKeys keys{form, motion};
     radio::Logger32 logger32{ports.station};
     radio::FrequencySources sources{
@@ -174,6 +178,7 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
     form.mnuRotator.Click.attach([this] { mnuRotator_Click(); });
     form.mnuTvnServer.Click.attach([this] { mnuTvnServer_Click(); });
     form.mnuHardware.Click.attach([this] { mnuHardware_Click(); });
+    form.mnuAssistant.Click.attach([this] { mnuAssistant_Click(); });
 }
 
 void Controller::Subsystems::wireTuner() {
@@ -196,6 +201,10 @@ void Controller::Subsystems::wireTuner() {
     form.onLetterUp = [this](char letter) { keys.keyUp(letter); };
     form.onKeyboardLost = [this] { keys.releaseAll(); };
     keys.onSemiAuto = [this] { recall.semiAuto(); };
+    goTo.onMove = [this] {
+        if (form.chkAutoMemOnOff.ticked()) recall.semiAuto();
+        if (!form.chkFastMemory.ticked()) slots.subResetPressedMem();
+    };
 }
 
 void Controller::Subsystems::keepTuner(const form::TunerSettings& settings) {
@@ -263,6 +272,15 @@ void Controller::Subsystems::mnuHardware_Click() {
     config::HardwareAndLinks hardware(form, dialog, boxes, outputs, ports.hardware);
     hardware.onChange = [this] { hardwareChanged(); };
     hardware.Form_Load();
+    boxes.showModal(dialog);
+}
+
+void Controller::Subsystems::mnuAssistant_Click() {
+    form::FrmAssistant dialog(ports.timers);
+    dialog.onError = form.onError;
+    Assistant assistant(form, dialog, motion, outputs, file, ports.hardware);
+    assistant.source = [this] { return sources.chosen(); };
+    assistant.Form_Load();
     boxes.showModal(dialog);
 }
 

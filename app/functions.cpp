@@ -1,5 +1,8 @@
 #include "app/functions.h"
 
+#include <algorithm>
+#include <array>
+
 namespace app {
 
 struct Functions::Texts {
@@ -69,6 +72,14 @@ void Functions::switchOn(int function) {
     // If the port fails, the error boundary reports it; the function is switched on anyway.
     form_.cmdOff.Click.fire();
     showTexts(textsOf(form_.intFunzione.value()));
+    form_.framInvite.Visible = form_.intFunzione == form::kNoFunction && !isSetUp();
+}
+
+bool Functions::isSetUp() const {
+    const engine::Sides sides(form_);
+    return std::ranges::any_of(std::array{&sides.a, &sides.b}, [](const engine::Side* side) {
+        return side->intSteps != 0 || side->sngMMGiro != 0 || side->intVelAlta != 0 || side->intVelBassa != 0;
+    });
 }
 
 void Functions::showFrames(bool rotor) {

@@ -31,6 +31,8 @@ class Functions {
     void choose(int function);
     void showTexts(const Texts& texts);
     void showFrames(bool rotor);
+    /// Whether an engine has a parameter.
+    bool isSetUp() const;
 
     form::Form1& form_;
     memory::MemorySlots& slots_;

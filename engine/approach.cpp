@@ -9,11 +9,6 @@
 
 namespace engine {
 
-double stepDistance(const Side& side) {
-    const double stepsPerTurn = side.bytMolt.value() * side.intSteps.value();
-    return stepsPerTurn == 0 ? 0 : std::fabs(side.sngMMGiro / stepsPerTurn);
-}
-
 namespace {
 
 constexpr double kMostSteps = 1e6; // a million steps on, nothing depends on their number any more

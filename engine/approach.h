@@ -10,9 +10,6 @@
 
 namespace engine {
 
-/// The size of one step in user units, always positive; 0 if the engine cannot step.
-double stepDistance(const Side& side);
-
 /// subStartDaMemA and subStartDaMemB: the moves of a recall in the tuner functions. A short move runs slowly.
 /// An engine with backlash always reaches its target from below.
 class Approach {

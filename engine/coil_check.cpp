@@ -6,12 +6,13 @@ namespace engine {
 
 CoilCheck::CoilCheck(form::Form1& form, OutputPorts& outputs, form::Timer& timer)
     : outputs_(outputs), timer_(timer), sides_(form) {
-    timer_.Interval = kMillisecondsPerCoil;
     timer_.Tick.attach([this] { next(); });
 }
 
-void CoilCheck::start(int motor) {
+void CoilCheck::start(int motor, int rounds, int millisecondsPerCoil) {
     stop();
+    rounds_ = rounds;
+    timer_.Interval = millisecondsPerCoil;
     side_ = motor == sides_.a.motor ? &sides_.a : &sides_.b;
     timer_.Enabled = true;
     light();
@@ -24,7 +25,8 @@ void CoilCheck::stop() {
 }
 
 void CoilCheck::next() {
-    if (coil_ == kLamps || sides_.anyRunning()) {
+    const bool round = coil_ == kLamps;
+    if ((round && --rounds_ == 0) || sides_.anyRunning()) {
         stop();
     } else {
         light();
@@ -37,7 +39,7 @@ void CoilCheck::light() {
             if (onWait) onWait(why);
             return;
         }
-        ++coil_;
+        coil_ = coil_ % kLamps + 1;
         outputs_.cmdOff_Click();
         const auto number = static_cast<std::size_t>(coil_ - 1);
         side_->lamps.at(number)->FillColor = form::kRed;

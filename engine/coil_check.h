@@ -18,9 +18,9 @@ class CoilCheck {
     /// Nothing else may use `timer`.
     CoilCheck(form::Form1& form, OutputPorts& outputs, form::Timer& timer);
 
-    /// Energises the first coil of engine 1 or 2, once the outputs are ready. Ends a running test first.
-    /// Precondition: no engine is running.
-    void start(int motor);
+    /// Energises the coils of engine 1 or 2 in turn, so many times round, once the outputs are ready. Ends a
+    /// running test first. Precondition: no engine is running.
+    void start(int motor, int rounds = 1, int millisecondsPerCoil = kMillisecondsPerCoil);
     /// Ends the test and switches all coils off. Does nothing if no test is running.
     void stop();
     bool running() const { return timer_.Enabled; }
@@ -39,7 +39,8 @@ class CoilCheck {
     form::Timer& timer_;
     Sides sides_;
     const Side* side_ = nullptr;
-    int coil_ = 0; // the energised one; 0 while the test waits for the outputs
+    int coil_ = 0;   // the energised one; 0 while the test waits for the outputs
+    int rounds_ = 0; // to go, with the one under way
 };
 
 } // namespace engine

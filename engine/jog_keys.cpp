@@ -53,12 +53,13 @@ void JogKeys::start(Key& key, bool shift) {
     if (form_.chkAutoMemOnOff.ticked() && onSemiAuto) onSemiAuto();
     if (form_.intFunzione == form::kSatelliteRotor) {
         (key.direction == form::kForward ? side.cmdJogForward : side.cmdJogBackward).MouseDown.raise();
-    } else if (!side.timer(key.direction).Enabled) {
+    } else if (!side.timer(key.direction).Enabled || motion_.movesByIncrement(side)) {
         side.bolMem = false;
-        if (!motion_.run(side, key.direction)) return;
+        if (!motion_.jog(side, key.direction)) return;
         side.lblUso.Caption = "Manual";
     }
-    if (!side.running()) return;
+    // An increment goes on after the release, at the speed that is selected.
+    if (!side.running() || motion_.movesByIncrement(side)) return;
     if (shift) {
         motion_.fast(side);
     } else {
@@ -83,6 +84,7 @@ void JogKeys::release(Key& key) {
     // The engine stands already where both letters were down.
     if (otherIsHeld(key)) return;
     const Side& side = *key.side;
+    if (motion_.movesByIncrement(side)) return;
     if (form_.intFunzione == form::kSatelliteRotor) {
         (key.direction == form::kForward ? side.cmdJogForward : side.cmdJogBackward).MouseUp.raise();
     } else {

@@ -8,7 +8,8 @@
 namespace engine {
 
 /// Jogging by the four letters of General Settings, in the main window. An engine runs while its letter is
-/// held: slowly, or fast with Shift; the speed that was selected comes back. Both letters of an engine at
+/// held: slowly, or fast with Shift; the speed that was selected comes back. With an increment chosen a press
+/// moves by it, at the speed that is selected. Both letters of an engine at
 /// once stop it until both are up. A letter that is bound twice moves nothing, and neither does an empty one.
 class JogKeys {
   public:

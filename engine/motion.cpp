@@ -1,5 +1,6 @@
 #include "engine/motion.h"
 
+#include "engine/increment.h"
 #include "engine/position.h"
 #include "runtime/number.h"
 #include "runtime/text.h"
@@ -75,11 +76,35 @@ Motion::Motion(form::Form1& form, form::Boxes& boxes)
 }
 
 bool Motion::run(const Side& side, int direction) {
+    own(side).goal.reset();
     side.bolTargetRotor = false;
     return start(side, direction);
 }
 
+bool Motion::jog(const Side& side, int direction) {
+    const bool increments = side.cmbJog.ListIndex != 0;
+    return increments ? moveBy(side, direction, increment(side)) : run(side, direction);
+}
+
+bool Motion::moveBy(const Side& side, int direction, double distance) {
+    const double step = stepDistance(side);
+    if (step > 2 * distance) {
+        form_.notice.tell(side.lblEngine.Caption.get() + " cannot move by less than a step, which is " +
+                          runtime::shortestText(runtime::toSingle(step)));
+        return false;
+    }
+    const bool goesOn = own(side).goal && side.running() && side.intDir == direction;
+    const double from = goesOn ? *own(side).goal : isRotor() ? side.sngPosRotor : side.sngPos;
+    if (!start(side, direction)) return false;
+    const IncrementalMove move = incrementalMove(from, distance, step, side.ascends(direction));
+    own(side).goal = move.goal;
+    (isRotor() ? side.sngTargetRotor : side.sngTarget) = move.target;
+    (isRotor() ? side.bolTargetRotor : side.bolMem) = true;
+    return true;
+}
+
 bool Motion::moveTo(const Side& side, float target) {
+    own(side).goal.reset();
     (isRotor() ? side.sngTargetRotor : side.sngTarget) = target;
     (isRotor() ? side.bolTargetRotor : side.bolMem) = true;
     const int direction = directionTo(side, target);
@@ -154,6 +179,7 @@ bool Motion::start(const Side& side, int direction, bool recall) {
     } else {
         ramp.begin();
     }
+    showOtherSpeed(side);
     updateOff();
     return true;
 }
@@ -167,13 +193,16 @@ void Motion::stepped(const Side& side) {
     switch (const int direction = ramp.turnTo(); ramp.then()) {
     case ThenDo::kTurn:
         ramp.end();
-        start(side, direction, side.bolMem);
+        start(side, direction, side.bolMem && !movesByIncrement(side));
         break;
-    case ThenDo::kReturn:
+    case ThenDo::kReturn: {
         ramp.end();
+        const auto goal = own(side).goal;
         moveTo(side, side.sngTarget);
+        own(side).goal = goal;
         selectSpeed(side, side.bolVelAlta);
         break;
+    }
     default:
         stop(side);
     }
@@ -188,7 +217,7 @@ void Motion::arrive(const Side& side) {
         stepped(side);
         return;
     }
-    const auto goOn = onArrival ? onArrival(side) : nullptr;
+    const auto goOn = onArrival && !movesByIncrement(side) ? onArrival(side) : nullptr;
     stop(side);
     if (goOn) goOn();
 }
@@ -209,15 +238,14 @@ void Motion::jogDown(const Side& side, int direction) {
     }
     // A jog ends a recall: the old target must not stop the engine.
     side.bolMem = false;
-    if (!run(side, direction)) return;
-    own(side).jogHeld = true;
-    side.bolManual = true;
+    if (!jog(side, direction)) return;
+    own(side).jogHeld = side.bolManual = !movesByIncrement(side);
     side.lblUso.Caption = "Manual";
     if (!form_.chkFastMemory.ticked() && subResetPressedMem) subResetPressedMem();
 }
 
 void Motion::jogUp(const Side& side) {
-    own(side).jogHeld = false;
+    if (!std::exchange(own(side).jogHeld, false) && movesByIncrement(side)) return;
     if (isRotor()) {
         // The engine runs on; Rotor decides when it stops.
         side.bolVelAlta = false;
@@ -247,10 +275,22 @@ void Motion::selectSpeed(const Side& side, bool fast) {
         side.timer(direction).Interval = period(side, chosen);
         ramp.speedChanged();
     }
+    showOtherSpeed(side);
     if (chosen == fast || !side.running()) return;
     const Parameter& missing = fast ? side.fast : side.slow;
     form_.notice.tell(side.lblEngine.Caption.get() + " has no " + missing.label.Caption.get() +
                       " speed: it runs at the other one");
+}
+
+void Motion::showOtherSpeed(const Side& side) {
+    const int direction = side.intDir.value();
+    const int other = opposite(direction);
+    const int interval = side.timer(other).Interval;
+    const bool differs = (direction == form::kForward || direction == form::kBackward) && interval > 0 &&
+                         interval != side.timer(direction).Interval;
+    const bool slow = interval == side.intTickBassa.value();
+    const form::Button& jog = other == form::kForward ? side.cmdJogForward : side.cmdJogBackward;
+    side.otherSpeed.Caption = differs ? jog.Caption.get() + (slow ? " slow" : " fast") : "";
 }
 
 void Motion::userStop(const Side& side) {
@@ -270,6 +310,7 @@ void Motion::stop(const Side& side) {
     side.bolTargetRotor = false;
     own(side).ramp.end();
     own(side).released = false;
+    own(side).goal.reset();
     side.cmdRunForward.Enabled = true;
     side.cmdRunBackward.Enabled = true;
     updateOff();

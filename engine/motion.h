@@ -5,6 +5,7 @@
 #include "form/boxes.h"
 
 #include <functional>
+#include <optional>
 #include <utility>
 
 namespace engine {
@@ -25,6 +26,14 @@ class Motion {
     /// engine that is already at the target does not start. The move uses the last speed of its direction:
     /// call fast or slow next. Returns false like `run`.
     bool moveTo(const Side& side, float target);
+    /// Begins a jog in `direction`: the engine runs until its release, or moves by the increment that is
+    /// chosen. A further increment in the same direction is added to the one under way. Returns false like
+    /// `run`.
+    bool jog(const Side& side, int direction);
+    /// Moves by `distance` (positive), rounded to whole steps, in units of the position. Returns false like `run`.
+    bool moveBy(const Side& side, int direction, double distance);
+    /// Whether the engine is moving by an increment, which ends by itself.
+    bool movesByIncrement(const Side& side) { return own(side).goal.has_value(); }
     /// Whether moveTo can start or has nothing to do; if false, the notice gives the reason.
     bool canMoveTo(const Side& side, float target);
     /// The name of a parameter without which the engine cannot run; empty if nothing is missing.
@@ -89,6 +98,8 @@ class Motion {
     void jogDown(const Side& side, int direction);
     void jogUp(const Side& side);
     void selectSpeed(const Side& side, bool fast);
+    /// Names the speed of the direction that Fast and Slow do not act on, if it is another one.
+    static void showOtherSpeed(const Side& side);
     void reset(const Side& side);
     /// cmdOff is disabled exactly while an engine runs.
     void updateOff();
@@ -101,7 +112,8 @@ class Motion {
     struct Own {
         RampDrive ramp;
         bool jogHeld = false;
-        bool released = false; // a jog was released in Satellite Rotor
+        bool released = false;        // a jog was released in Satellite Rotor
+        std::optional<double> goal{}; // of the increment under way
     };
     Own ownA_, ownB_;
     /// `side` may be any Side object of the engine.

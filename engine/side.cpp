@@ -3,6 +3,7 @@
 #include "config/records.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace engine {
 
@@ -42,6 +43,11 @@ constexpr Differences kEngineB = {
 };
 
 } // namespace
+
+double stepDistance(const Side& side) {
+    const double stepsPerTurn = side.bytMolt.value() * side.intSteps.value();
+    return stepsPerTurn == 0 ? 0 : std::fabs(side.sngMMGiro / stepsPerTurn);
+}
 
 Side sideA(form::Form1& form) {
     namespace record = config::record;
@@ -84,6 +90,8 @@ Side sideA(form::Form1& form) {
                 .cmdSlow = form.cmdBassa,
                 .cmdReset = form.cmdResetA,
                 .chkHalfStep = form.chkHalfStep,
+                .cmbJog = form.cmbJogA,
+                .otherSpeed = form.otherSpeedA,
                 .fast = {form.lblMemAltaA, form.txtAltaVelA, record::kFastA},
                 .slow = {form.lblBassaA, form.txtBassaVelA, record::kSlowA},
                 .steps = {form.lblMemSteps, form.txtSteps, record::kStepsA},
@@ -133,6 +141,8 @@ Side sideB(form::Form1& form) {
                 .cmdSlow = form.cmdBassaB,
                 .cmdReset = form.cmdResetB,
                 .chkHalfStep = form.chkHalfStepB,
+                .cmbJog = form.cmbJogB,
+                .otherSpeed = form.otherSpeedB,
                 .fast = {form.lblMemAltaB, form.txtAltaVelB, record::kFastB},
                 .slow = {form.lblBassaB, form.txtBassaVelB, record::kSlowB},
                 .steps = {form.lblMemStepsB, form.txtStepsB, record::kStepsB},

@@ -78,6 +78,8 @@ struct Names {
     form::Button& cmdSlow;
     form::Button& cmdReset;
     form::CheckBox& chkHalfStep;
+    form::ComboBox& cmbJog;
+    form::Label& otherSpeed;
     Parameter fast;
     Parameter slow;
     Parameter steps;
@@ -95,6 +97,9 @@ struct Side : Differences, Names {
         return (direction == form::kForward) == ((sngMMGiro < 0) == (intSteps < 0));
     }
 };
+
+/// The size of one step in user units, always positive; 0 if the engine cannot step.
+double stepDistance(const Side& side);
 
 Side sideA(form::Form1& form);
 Side sideB(form::Form1& form);

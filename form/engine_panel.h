@@ -91,6 +91,10 @@ struct EnginePanel {
     Button cmdAlta{form_, "cmdAlta", "Fast"}, cmdBassa{form_, "cmdBassa", "Slow"};
     Button cmdAltaB{form_, "cmdAltaB", "Fast"}, cmdBassaB{form_, "cmdBassaB", "Slow"};
     Button cmdAlt{form_, "cmdAlt", "Stop"}, cmdAltB{form_, "cmdAltB", "Stop"};
+    // What a press of a jog button or key does: the engine runs while it is held, or moves by an increment.
+    ComboBox cmbJogA{form_, "cmbJogA", {"hold", "0.1", "1", "10", "one step"}};
+    ComboBox cmbJogB{form_, "cmbJogB", {"hold", "0.1", "1", "10", "one step"}};
+    Label otherSpeedA{form_, "otherSpeedA"}, otherSpeedB{form_, "otherSpeedB"}; // if the directions differ
     Button cmdResetA{form_, "cmdResetA", "Reset 1"}, cmdResetB{form_, "cmdResetB", "Reset 2"};
     CheckBox chkHalfStep{form_, "chkHalfStep", "Full Step"}, chkHalfStepB{form_, "chkHalfStepB", "Full Step"};
 

@@ -29,6 +29,7 @@ struct ShellPanel {
     ShellPanel(Form& form, platform::Timers& timers)
         : form_(form), tmrAutoOff(form, "tmrAutoOff", timers), notice(form, "notice", timers) {
         framSat.Visible = false;
+        framInvite.Visible = false;
         lblClock.Visible = false;
     }
 
@@ -57,6 +58,7 @@ struct ShellPanel {
     bool bolAllarmePOF = false; // alarm at power-off; no setting turns it on
 
     Frame framTuner{form_, "framTuner"}, framSat{form_, "framSat"};
+    Frame framInvite{form_, "framInvite"}; // in place of an empty window: what to begin with
     StatusBar StatusBar1{form_, "StatusBar1"};
     Notice notice;                     // why something did not start; panel 2 would be cleared too soon
     Label lblClock{form_, "lblClock"}; // how the step clock is scheduled, if the user asked for real time
@@ -67,6 +69,8 @@ struct ShellPanel {
     Menu mnuCoilTuner{form_, "mnuCoilTuner", "&Coil Tuner"};
     Menu mnuAmpli{form_, "mnuAmpli", "&Tune && Load"};
     Menu mnuSat{form_, "mnuSat", "&Satellite Rotor"};
+    Menu mnuGoTo{form_, "mnuGoTo", "&Go to…"};
+    Menu mnuAssistant{form_, "mnuAssistant", "Set-up &Assistant…"};
     Menu mnuGenSet{form_, "mnuGenSet", "&General Settings…"};
     Menu mnuTunConn{form_, "mnuTunConn", "&Tuner Connections…"};
     Menu mnuSatConn{form_, "mnuSatConn", "&Sat Connections…"};

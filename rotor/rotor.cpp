@@ -129,7 +129,7 @@ void Rotor::stopReleasedJogs() {
 /// An engine that the user runs is not taken back to the goal.
 void Rotor::letGoOfUsersMotion() {
     for (const engine::Side* side : {&sides_.a, &sides_.b}) {
-        if (side->running() && !side->bolTargetRotor) goal_.reset();
+        if (side->running() && (!side->bolTargetRotor || motion_.movesByIncrement(*side))) goal_.reset();
     }
 }
 

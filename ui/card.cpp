@@ -54,6 +54,27 @@ QWidget* divider() {
     return line;
 }
 
+namespace {
+constexpr const char* kFolds = "foldingRow";
+constexpr const char* kMirrored = "mirrored";
+} // namespace
+
+QBoxLayout* foldingRow(bool mirrored) {
+    QBoxLayout* layout = row(mirrored);
+    layout->setObjectName(kFolds);
+    layout->setProperty(kMirrored, mirrored);
+    return layout;
+}
+
+void fold(QWidget& widget, bool folded) {
+    for (auto* layout : widget.findChildren<QBoxLayout*>(kFolds)) {
+        const bool mirrored = layout->property(kMirrored).toBool();
+        layout->setDirection(folded     ? QBoxLayout::TopToBottom
+                             : mirrored ? QBoxLayout::RightToLeft
+                                        : QBoxLayout::LeftToRight);
+    }
+}
+
 QHBoxLayout* row(bool mirrored) {
     auto* layout = new QHBoxLayout;
     layout->setContentsMargins(0, 0, 0, 0);

@@ -29,6 +29,10 @@ CaptionLabel* fixedText(const QString& text, const QString& tip = {});
 CaptionLabel* groupTitle(const QString& text, const QString& tip);
 /// A thin upright line between neighbours.
 QWidget* divider();
+/// A line of two halves, which stand under each other in a small window.
+QBoxLayout* foldingRow(bool mirrored = false);
+/// Folds or unfolds all folding rows in a widget.
+void fold(QWidget& widget, bool folded);
 /// A row without margins; a mirrored one runs from the right.
 QHBoxLayout* row(bool mirrored = false);
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "form/assistant.h"
 #include "form/dialogs.h"
+#include "form/go_to.h"
 #include "ui/dialog.h"
 
 /// One layout for each dialog.
@@ -13,6 +15,8 @@ void layOut(Dialog& window, form::FrmSatConn& form);
 void layOut(Dialog& window, form::FrmServer& form);
 void layOut(Dialog& window, form::FrmHardware& form);
 void layOut(Dialog& window, form::FrmRotator& form);
+void layOut(Dialog& window, form::FrmGoTo& form);
+void layOut(Dialog& window, form::FrmAssistant& form);
 void layOut(Dialog& window, form::FrmAbout& form);
 
 } // namespace ui

@@ -190,7 +190,7 @@ bool Display::event(QEvent* event) {
 
 /// The numbers have a fixed size and no layout, so that a new text never causes one.
 void Display::arrange() {
-    if (!unit_) return;
+    if (!unit_ || size().isEmpty()) return;
     unit_->setFixedSize(unit_->sizeHint());
     const int side = unit_->width() + 2 * kMargin;
     const bool receiving = received_ && received_->isVisibleTo(this);

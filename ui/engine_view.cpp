@@ -1,5 +1,6 @@
 #include "ui/engine_view.h"
 
+#include <QKeyEvent>
 #include <QShortcut>
 
 namespace ui {
@@ -35,6 +36,8 @@ EngineControls engineA(form::Form1& f) {
         .slow = f.cmdBassa,
         .fast = f.cmdAlta,
         .stepMode = f.chkHalfStep,
+        .jogChoice = f.cmbJogA,
+        .otherSpeed = f.otherSpeedA,
         .reset = f.cmdResetA,
         .fastSpeed = {f.lblMemAltaA, f.txtAltaVelA},
         .slowSpeed = {f.lblBassaA, f.txtBassaVelA},
@@ -66,6 +69,8 @@ EngineControls engineB(form::Form1& f) {
         .slow = f.cmdBassaB,
         .fast = f.cmdAltaB,
         .stepMode = f.chkHalfStepB,
+        .jogChoice = f.cmbJogB,
+        .otherSpeed = f.otherSpeedB,
         .reset = f.cmdResetB,
         .fastSpeed = {f.lblMemAltaB, f.txtAltaVelB},
         .slowSpeed = {f.lblBassaB, f.txtBassaVelB},
@@ -79,17 +84,22 @@ EngineControls engineB(form::Form1& f) {
 }
 
 EngineView::EngineView(const EngineControls& engine, Adapters& adapters)
-    : Card({}, {}), engine_(engine), adapters_(adapters) {
+    : Card({}, {}), engine_(engine), adapters_(adapters), settings_(new QWidget), jogChoice_(new QWidget) {
     layOutHeader();
     layOutDisplay();
     layOutMotion();
-    layOutSpeeds();
-    layOutParameters();
+    auto* below = new QVBoxLayout(settings_);
+    below->setContentsMargins(0, 0, 0, 0);
+    below->setSpacing(kGrid);
+    layOutSpeeds(*below);
+    layOutParameters(*below);
+    body().addWidget(settings_);
+    setCompact(false);
     for (form::Control* control : std::initializer_list<form::Control*>{
              &engine_.name, &engine_.use, &engine_.display, &engine_.position, &engine_.angle,
              &engine_.received, &engine_.unit, &engine_.runBackward, &engine_.jogBackward, &engine_.stop,
              &engine_.jogForward, &engine_.runForward, &engine_.slow, &engine_.fast, &engine_.stepMode,
-             &engine_.reset}) {
+             &engine_.reset, &engine_.jogChoice, &engine_.otherSpeed}) {
         named_.push_back(control);
     }
     named_.insert(named_.end(), engine_.lamps.begin(), engine_.lamps.end());
@@ -103,6 +113,7 @@ EngineView::EngineView(const EngineControls& engine, Adapters& adapters)
 void EngineView::nameEverything() {
     const QString name = shown(engine_.name.Caption);
     setAccessibleName(name);
+    settings_->setAccessibleName("Speeds of " + name);
     for (const form::Control* control : named_) {
         adapters_.of(*control).nameEngine(name);
     }
@@ -188,6 +199,7 @@ void EngineView::layOutMotion() {
         engine_.runForward, {"Run %1 forward", "Runs %1 forward until it is stopped.", kSpace});
     PushButton* jogForward =
         adapters_.button(engine_.jogForward, {"Jog %1 forward", "Runs %1 forward while it is held.", hold});
+    stop_ = stop;
     stop->setFont(scaledFont(stop->font(), kStopSize, QFont::Bold));
     for (PushButton* jog : {jogBackward, jogForward}) {
         jog->setFont(scaledFont(jog->font(), kJogSize, QFont::DemiBold));
@@ -196,54 +208,109 @@ void EngineView::layOutMotion() {
         button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
         motion->addWidget(button, button == stop ? 4 : button == jogBackward || button == jogForward ? 2 : 1);
     }
+    layOutJogChoice();
+    motion_ = motion;
     body().addLayout(motion, 2);
 }
 
-void EngineView::layOutSpeeds() {
-    QHBoxLayout* speeds = row(engine_.mirrored);
+void EngineView::layOutJogChoice() {
+    QComboBox* choice = adapters_.comboBox(
+        engine_.jogChoice,
+        {"Jog of %1",
+         "What a press of << or >>, or of a jog key, does: %1 runs while it is held, or moves by so much.",
+         "Up and Down"});
+    choice->installEventFilter(this);
+    CaptionLabel* other = adapters_.label(
+        engine_.otherSpeed,
+        {"Other speed of %1",
+         "The speed of the other direction. Slow and Fast act on the direction that %1 ran in last."},
+        "<< slow|>> fast");
+    other->setTone(CaptionLabel::Tone::Quiet);
+    other->setAlignment(Qt::AlignCenter);
+    auto* column = new QVBoxLayout(jogChoice_);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(kGrid / 2);
+    column->addStretch(1);
+    column->addWidget(choice);
+    column->addWidget(other);
+    column->addStretch(1);
+}
+
+bool EngineView::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::KeyPress && !static_cast<QKeyEvent*>(event)->text().isEmpty() &&
+        static_cast<QKeyEvent*>(event)->text().front().isLetter()) {
+        event->ignore(); // a letter jogs; it does not search the list
+        return true;
+    }
+    return Card::eventFilter(watched, event);
+}
+
+void EngineView::setCompact(bool compact) {
+    fold(*settings_, compact);
+    // Beside the jog buttons if there is room, else beside the speeds; outside in either case.
+    QBoxLayout* place = compact ? speeds_ : motion_;
+    place->insertWidget(engine_.mirrored && !compact ? 0 : -1, jogChoice_);
+    jogChoice_->show();
+}
+
+void EngineView::layOutSpeeds(QBoxLayout& place) {
+    QBoxLayout* speeds = foldingRow(engine_.mirrored);
     QHBoxLayout* pair = row();
+    speeds_ = pair;
     pair->addWidget(
         withKey(adapters_.button(engine_.slow,
-                                 {"Slow speed of %1", "%1 runs at its slow speed.", engine_.slowKey}, "MMMM"),
+                                 {"Slow speed of %1",
+                                  "%1 runs at its slow speed. Acts on the direction that it ran in last.",
+                                  engine_.slowKey},
+                                 "MMMM"),
                 engine_.slowKey));
     pair->addWidget(
         withKey(adapters_.button(engine_.fast,
-                                 {"Fast speed of %1", "%1 runs at its fast speed.", engine_.fastKey}, "MMMM"),
+                                 {"Fast speed of %1",
+                                  "%1 runs at its fast speed. Acts on the direction that it ran in last.",
+                                  engine_.fastKey},
+                                 "MMMM"),
                 engine_.fastKey));
     speeds->addLayout(pair);
+    QHBoxLayout* others = row(engine_.mirrored);
+    speeds->addLayout(others, 1);
     // Right above the entries, in room that is free anyway.
     CaptionLabel* refused = adapters_.label(
         engine_.entryNotice,
         {"Refused entry of %1", "Why the last entry was not taken: the old value holds."}, "");
     refused->setAlignment((engine_.mirrored ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
-    speeds->addWidget(refused, 1);
-    speeds->addWidget(adapters_.checkBox(
+    others->addWidget(refused, 1);
+    others->addWidget(adapters_.checkBox(
         engine_.stepMode,
         {"Half steps of %1", "Ticked, %1 makes half steps: finer, and half as fast.", kSpace},
         "Full Step|Half Step"));
-    speeds->addWidget(adapters_.button(
+    others->addWidget(adapters_.button(
         engine_.reset,
         {"Reset %1", "Declares the position of %1 to be 0 while it stands: no engine moves.", kSpace},
         "Reset 1|Reset Tn|Reset Ld|Reset Az|Reset El"));
-    body().addLayout(speeds);
+    place.addLayout(speeds);
 }
 
-void EngineView::layOutParameters() {
-    QHBoxLayout* all = row(engine_.mirrored);
-    all->addLayout(
+void EngineView::layOutParameters(QBoxLayout& place) {
+    QBoxLayout* all = foldingRow(engine_.mirrored);
+    QHBoxLayout* speeds = row(engine_.mirrored);
+    QHBoxLayout* turn = row(engine_.mirrored);
+    all->addLayout(speeds, 1);
+    all->addLayout(turn, 1);
+    speeds->addLayout(
         parameter(engine_.slowSpeed, {"Slow speed of %1", "Slow speed of %1 in steps per second."}, "slow"));
-    all->addStretch(1);
-    all->addLayout(
+    speeds->addStretch(1);
+    speeds->addLayout(
         parameter(engine_.fastSpeed, {"Fast speed of %1", "Fast speed of %1 in steps per second."}, "fast"));
-    all->addStretch(1);
-    all->addLayout(parameter(engine_.steps,
-                             {"Steps of %1", "Full steps that the motor of %1 makes in one revolution."},
-                             "steps/r"));
-    all->addStretch(1);
-    all->addLayout(parameter(engine_.units,
-                             {"Units of %1", "How far %1 moves in one revolution, in units of its position."},
-                             "mm/r|dots/r|deg/r|units/r"));
-    body().addLayout(all);
+    speeds->addStretch(1);
+    turn->addLayout(parameter(engine_.steps,
+                              {"Steps of %1", "Full steps that the motor of %1 makes in one revolution."},
+                              "steps/r"));
+    turn->addStretch(1);
+    turn->addLayout(parameter(
+        engine_.units, {"Units of %1", "How far %1 moves in one revolution, in units of its position."},
+        "mm/r|dots/r|deg/r|units/r"));
+    place.addLayout(all);
 }
 
 QLayout* EngineView::parameter(const EngineControls::Parameter& parameter, const Words& words,

@@ -31,6 +31,8 @@ struct EngineControls {
     form::Button& slow;
     form::Button& fast;
     form::CheckBox& stepMode;
+    form::ComboBox& jogChoice;
+    form::Label& otherSpeed; // of the direction that Fast and Slow do not act on
     form::Button& reset;
     Parameter fastSpeed, slowSpeed, steps, units;
     form::Label& entryNotice; // why an entry was refused
@@ -48,12 +50,22 @@ class EngineView : public Card {
   public:
     EngineView(const EngineControls& engine, Adapters& adapters);
 
+    /// Speeds and parameters, which a small window shows elsewhere.
+    QWidget* settings() { return settings_; }
+    PushButton* stop() { return stop_; }
+    /// Leaves room for two engines side by side in a small window.
+    void setCompact(bool compact);
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
   private:
     void layOutHeader();
     void layOutDisplay();
     void layOutMotion();
-    void layOutSpeeds();
-    void layOutParameters();
+    void layOutJogChoice();
+    void layOutSpeeds(QBoxLayout& place);
+    void layOutParameters(QBoxLayout& place);
     QLayout* parameter(const EngineControls::Parameter& parameter, const Words& words,
                        const QString& captions);
     void nameEverything();
@@ -61,6 +73,10 @@ class EngineView : public Card {
 
     EngineControls engine_;
     Adapters& adapters_;
+    QWidget* settings_;
+    QWidget* jogChoice_;
+    PushButton* stop_ = nullptr;
+    QBoxLayout *motion_ = nullptr, *speeds_ = nullptr; // the places of jogChoice_
     std::vector<form::Control*> named_;
 };
 

@@ -5,6 +5,8 @@
 #include "ui/card.h"
 #include "ui/dialogs.h"
 #include "ui/engine_view.h"
+#include "ui/invitation.h"
+#include "ui/main_layout.h"
 #include "ui/memory_view.h"
 #include "ui/menus.h"
 #include "ui/outputs_view.h"
@@ -12,11 +14,9 @@
 #include "ui/rotor_view.h"
 #include "ui/sky_view.h"
 #include "ui/table_window.h"
-#include "ui/zoom.h"
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QGridLayout>
 #include <QMenuBar>
 #include <QScreen>
 #include <QShortcut>
@@ -26,7 +26,7 @@ namespace ui {
 
 namespace {
 
-constexpr QSize kSmallest(1280, 720);
+constexpr QSize kSmallest(800, 480), kUsual(1280, 720);
 /// Where the "New Value" dialog stands from the window's corner, given in twips, of which 15 make a pixel.
 QPoint newValuePlace(bool engineB) {
     constexpr int kTwipsPerPixel = 15;
@@ -39,7 +39,15 @@ char letterOf(const QKeyEvent& event) {
     return isLetter ? static_cast<char>('A' + event.key() - Qt::Key_A) : '\0';
 }
 
-constexpr int kEnginesStretch = 5, kZonesStretch = 4;
+/// Two cards of which one is shown.
+QWidget* oneOf(QWidget* one, QWidget* other) {
+    auto* place = new QWidget;
+    auto* layout = new QVBoxLayout(place);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(one);
+    layout->addWidget(other);
+    return place;
+}
 
 } // namespace
 
@@ -50,6 +58,7 @@ MainWindow::MainWindow(form::Form1& form, form::Boxes& boxes)
     layOutMenus(*this, form_, adapters_);
     layOutStatusBar(*this, form_, adapters_);
     layOutContent();
+    addPositionMenus();
     orderFocus();
 
     auto* stop = new QShortcut(QKeySequence(Qt::Key_Escape), this);
@@ -66,8 +75,12 @@ MainWindow::MainWindow(form::Form1& form, form::Boxes& boxes)
     boxes_.windowBeside = [this](form::Form& window) { showBeside(window); };
     redraw_.drawAll();
     setMinimumSize(kSmallest);
-    const QSize wanted = centralWidget()->sizeHint() + barsSize();
-    resize(wanted.boundedTo(screen()->availableSize()).expandedTo(kSmallest));
+    const QSize wanted = (centralWidget()->sizeHint() + barsSize()).expandedTo(kUsual);
+    const QSize room = screen()->availableSize();
+    resize(wanted.boundedTo(room).expandedTo(kSmallest));
+    // With its frame it would reach beyond the screen.
+    if (wanted.width() >= room.width() || wanted.height() >= room.height())
+        setWindowState(Qt::WindowMaximized);
 }
 
 MainWindow::~MainWindow() {
@@ -79,35 +92,27 @@ MainWindow::~MainWindow() {
 
 void MainWindow::layOutContent() {
     memories_ = new MemoryView(form_, adapters_);
-    auto* feeds = new QWidget;
-    auto* oneOfTwo = new QVBoxLayout(feeds);
-    oneOfTwo->setContentsMargins(0, 0, 0, 0);
-    oneOfTwo->addWidget(new RadioView(form_, adapters_));
-    oneOfTwo->addWidget(new RotorView(form_, adapters_));
-
-    auto* content = new QWidget;
-    auto* grid = new QGridLayout(content);
-    grid->setContentsMargins(kGrid, kGrid, kGrid, kGrid / 2);
-    grid->setSpacing(kGrid);
-    grid->addWidget(new EngineView(engineA(form_), adapters_), 0, 0);
-    grid->addWidget(new EngineView(engineB(form_), adapters_), 0, 1);
-    grid->addWidget(memories_, 1, 0);
     auto* sky = new SkyView(form_);
-    grid->addWidget(sky, 1, 0);
+    const MainLayout::Cards cards{.engineA = new EngineView(engineA(form_), adapters_),
+                                  .engineB = new EngineView(engineB(form_), adapters_),
+                                  .left = oneOf(memories_, sky),
+                                  .right =
+                                      oneOf(new RadioView(form_, adapters_), new RotorView(form_, adapters_)),
+                                  .outputs = new OutputsView(form_, adapters_),
+                                  .invitation = new Invitation(form_)};
     adapters_.of(form_.framSat).onDrawn = [this, sky] {
         // The memories belong to the tuner functions, the sky to Satellite Rotor.
         sky->setVisible(form_.framSat.Visible);
         memories_->setVisible(!form_.framSat.Visible);
     };
-    grid->addWidget(feeds, 1, 1);
-    grid->addWidget(new OutputsView(form_, adapters_), 2, 0, 1, 2);
-    grid->setRowStretch(0, kEnginesStretch);
-    grid->setRowStretch(1, kZonesStretch);
-    grid->setColumnStretch(0, 1);
-    grid->setColumnStretch(1, 1);
 
     redraw_.drawAll(); // what is hidden must not count for the size
-    setCentralWidget(new ZoomArea(content, kSmallest - barsSize()));
+    auto* layout = new MainLayout(cards, kUsual - barsSize());
+    adapters_.frame(form_.framInvite, *cards.invitation);
+    adapters_.of(form_.framInvite).onDrawn = [this, layout] {
+        layout->setInviting(form_.framInvite.Visible);
+    };
+    setCentralWidget(layout);
 
     for (const form::Label* name : {&form_.lblEngineA, &form_.lblEngineB}) {
         Adapter& adapter = adapters_.of(*name);
@@ -115,6 +120,16 @@ void MainWindow::layOutContent() {
             before();
             nameEngines();
         };
+    }
+}
+
+void MainWindow::addPositionMenus() {
+    for (form::Label* position : {&form_.Label2, &form_.Label8, &form_.lblAzimut, &form_.lblElev}) {
+        auto* digits = findChild<QWidget*>(shown(position->name()));
+        auto* declare = new QAction("&New Value…", digits);
+        connect(declare, &QAction::triggered, this, [position] { position->DblClick.fire(); });
+        digits->addActions({findChild<QAction*>(shown(form_.mnuGoTo.name())), declare});
+        digits->setContextMenuPolicy(Qt::ActionsContextMenu);
     }
 }
 
@@ -135,14 +150,14 @@ void MainWindow::orderFocus() {
             before = widget;
         }
     };
-    then({&form_.cmdAlt, &form_.cmdIndMan, &form_.cmdInd, &form_.cmdAv, &form_.cmdAvMan, &form_.cmdBassa,
-          &form_.cmdAlta, &form_.chkHalfStep, &form_.cmdResetA, &form_.Label2, &form_.lblAzimut,
-          &form_.lblBassaA, &form_.txtBassaVelA, &form_.lblMemAltaA, &form_.txtAltaVelA, &form_.lblMemSteps,
-          &form_.txtSteps, &form_.lblMMGiro, &form_.txtMMGiro});
-    then({&form_.cmdAltB, &form_.cmdBIndMan, &form_.cmdIndB, &form_.cmdAvB, &form_.cmdBAvMan,
-          &form_.cmdBassaB, &form_.cmdAltaB, &form_.chkHalfStepB, &form_.cmdResetB, &form_.Label8,
-          &form_.lblElev, &form_.lblBassaB, &form_.txtBassaVelB, &form_.lblMemAltaB, &form_.txtAltaVelB,
-          &form_.lblMemStepsB, &form_.txtStepsB, &form_.lblMMGiroB, &form_.txtMMGiroB});
+    then({&form_.cmdAlt,      &form_.cmdIndMan,   &form_.cmdInd,    &form_.cmdAv,        &form_.cmdAvMan,
+          &form_.cmbJogA,     &form_.cmdBassa,    &form_.cmdAlta,   &form_.chkHalfStep,  &form_.cmdResetA,
+          &form_.Label2,      &form_.lblAzimut,   &form_.lblBassaA, &form_.txtBassaVelA, &form_.lblMemAltaA,
+          &form_.txtAltaVelA, &form_.lblMemSteps, &form_.txtSteps,  &form_.lblMMGiro,    &form_.txtMMGiro});
+    then({&form_.cmdAltB,     &form_.cmdBIndMan,   &form_.cmdIndB,   &form_.cmdAvB,       &form_.cmdBAvMan,
+          &form_.cmbJogB,     &form_.cmdBassaB,    &form_.cmdAltaB,  &form_.chkHalfStepB, &form_.cmdResetB,
+          &form_.Label8,      &form_.lblElev,      &form_.lblBassaB, &form_.txtBassaVelB, &form_.lblMemAltaB,
+          &form_.txtAltaVelB, &form_.lblMemStepsB, &form_.txtStepsB, &form_.lblMMGiroB,   &form_.txtMMGiroB});
     for (int n = 1; n <= form::Form1::kMemories; ++n) {
         then({&form_.Option[n], &form_.lblMem[n]});
     }
@@ -255,6 +270,11 @@ void MainWindow::showModal(form::Form& form) {
         layOut(dialog, *hardware);
     } else if (auto* rotator = dynamic_cast<form::FrmRotator*>(&form)) {
         layOut(dialog, *rotator);
+    } else if (auto* assistant = dynamic_cast<form::FrmAssistant*>(&form)) {
+        layOut(dialog, *assistant);
+        dialog.onEscape = nullptr; // its Cancel stops first what runs
+    } else if (auto* goTo = dynamic_cast<form::FrmGoTo*>(&form)) {
+        layOut(dialog, *goTo);
     } else if (auto* about = dynamic_cast<form::FrmAbout*>(&form)) {
         layOut(dialog, *about);
     } else {

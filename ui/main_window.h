@@ -33,6 +33,7 @@ class MainWindow : public QMainWindow {
 
   private:
     void layOutContent();
+    void addPositionMenus();
     QSize barsSize();
     void orderFocus();
     void nameEngines();

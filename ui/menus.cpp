@@ -52,8 +52,13 @@ void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
         action->setCheckable(true);
         functions->addAction(action);
     }
+    function->addSeparator();
+    entry(function, form.mnuGoTo, "Moves one engine, or both, to a position that is typed in.",
+          Qt::CTRL | Qt::Key_P);
 
     QMenu* settings = addMenu(window, "&Settings", "mnuSettings");
+    entry(settings, form.mnuAssistant, "Leads through outputs, motors, speeds, positions and connections.");
+    settings->addSeparator();
     entry(settings, form.mnuGenSet, "Keys, colours, sounds, and what is saved and loaded.",
           Qt::CTRL | Qt::Key_G);
     entry(settings, form.mnuTunConn, "Which program reports the radio's frequency.", Qt::CTRL | Qt::Key_T);

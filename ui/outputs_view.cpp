@@ -8,6 +8,9 @@ OutputsView::OutputsView(form::Form1& form, Adapters& adapters)
     : Card("Outputs", "The outputs to the coils of both engines.") {
     QHBoxLayout* line = row();
     line->setSpacing(2 * kGrid);
+    QBoxLayout* lines = foldingRow();
+    lines->setSpacing(2 * kGrid);
+    lines->addLayout(line, 2);
     line->addWidget(groupTitle(accessibleName(), toolTip()));
     PushButton* off = adapters.button(
         form.cmdOff,
@@ -34,14 +37,17 @@ OutputsView::OutputsView(form::Form1& form, Adapters& adapters)
     time->addWidget(value);
     time->addWidget(fixedText("Sec.", tip));
     line->addLayout(time, 2);
-    line->addWidget(divider());
+    QHBoxLayout* usb = row();
+    usb->setSpacing(2 * kGrid);
+    lines->addLayout(usb);
+    usb->addWidget(divider());
 
-    line->addWidget(adapters.checkBox(
+    usb->addWidget(adapters.checkBox(
         form.chkUsbOn, {"USB board", "Ticked, the coils are driven through the USB board too.", "Space"},
         "USB Off|USB On"));
-    line->addWidget(adapters.label(form.lblUsb, {"State of the USB board", "State of the USB board."},
-                                   "USB Card 0 disconnected"));
-    body().addLayout(line);
+    usb->addWidget(adapters.label(form.lblUsb, {"State of the USB board", "State of the USB board."},
+                                  "USB Card 0 disconnected"));
+    body().addLayout(lines);
     layOutRamp(form, adapters);
 }
 

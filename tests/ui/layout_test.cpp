@@ -101,6 +101,19 @@ TEST_P(Layout, CutsNoTextOff) {
     EXPECT_GT(texts, 60);
 }
 
+TEST_P(Layout, KeepsBothStopsInReachAndScrollsDownwardsAlone) {
+    for (const char* name : {"cmdAlt", "cmdAltB"}) {
+        QWidget& stop = widget(name);
+        const QRect place(stop.mapTo(&window(), QPoint()), stop.size());
+        EXPECT_TRUE(window().rect().contains(place)) << name;
+        EXPECT_EQ(stop.visibleRegion().boundingRect(), stop.rect()) << name;
+    }
+    const auto& area = *window().findChild<QScrollArea*>();
+    if (GetParam().font == 1) {
+        EXPECT_LE(area.widget()->width(), area.viewport()->width());
+    }
+}
+
 TEST_P(Layout, LetsNoTwoWidgetsOverlapOrLeaveTheirParent) {
     for (QWidget* widget : visible()) {
         QWidget* parent = widget->parentWidget();
@@ -114,21 +127,43 @@ TEST_P(Layout, LetsNoTwoWidgetsOverlapOrLeaveTheirParent) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Looks, Layout,
-                         testing::Values(Look{1, {1280, 720}, 0}, Look{1, {1280, 720}, 1},
-                                         Look{1, {1280, 720}, 2}, Look{1, {1280, 720}, 3},
-                                         Look{1.5, {1280, 720}, 1}, Look{2, {1280, 720}, 3},
-                                         Look{1, {1920, 1080}, 1}, Look{1, {2560, 1440}, 3},
-                                         Look{1.5, {1920, 1080}, 3}, Look{2, {2560, 1440}, 1}));
+INSTANTIATE_TEST_SUITE_P(
+    Looks, Layout,
+    testing::Values(Look{1, {1280, 720}, 0}, Look{1, {1280, 720}, 1}, Look{1, {1280, 720}, 2},
+                    Look{1, {1280, 720}, 3}, Look{1.5, {1280, 720}, 1}, Look{2, {1280, 720}, 3},
+                    Look{1, {1920, 1080}, 1}, Look{1, {2560, 1440}, 3}, Look{1.5, {1920, 1080}, 3},
+                    Look{2, {2560, 1440}, 1}, Look{1, {800, 480}, 1}, Look{1, {800, 480}, 3},
+                    Look{1, {1024, 600}, 2}, Look{1, {1366, 700}, 1}, Look{1, {1366, 700}, 3}));
 
 class WindowSize : public WindowFixture {};
+
+TEST_F(WindowSize, ComesBackFromASmallWindowAsItWas) {
+    const auto places = [this] {
+        QMap<QString, QRect> all;
+        for (const QWidget* child : window().findChildren<QWidget*>()) {
+            if (!child->objectName().isEmpty() && child->isVisible())
+                all[child->objectName()] = QRect(child->mapTo(&window(), QPoint()), child->size());
+        }
+        return all;
+    };
+    const auto before = places();
+    widget("cmdAltB").setFocus();
+    window().resize(800, 480);
+    settle();
+    EXPECT_EQ(QApplication::focusWidget(), &widget("cmdAltB"));
+    EXPECT_NE(places(), before);
+    window().resize(1280, 720);
+    settle();
+    EXPECT_EQ(QApplication::focusWidget(), &widget("cmdAltB"));
+    EXPECT_EQ(places(), before);
+}
 
 TEST_F(WindowSize, OneScreenfulNeedsNoScrolling) {
     for (int function : {form::kCoilTuner, form::kTuneAndLoad, form::kSatelliteRotor}) {
         chooseFunction(function);
         fillWithWideTexts(f());
         settle();
-        auto& area = *dynamic_cast<QScrollArea*>(window().centralWidget());
+        auto& area = *window().findChild<QScrollArea*>();
         EXPECT_EQ(window().size(), QSize(1280, 720));
         EXPECT_LE(area.widget()->height(), area.viewport()->height());
         EXPECT_LE(area.widget()->width(), area.viewport()->width());

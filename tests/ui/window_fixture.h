@@ -50,6 +50,8 @@ class WindowFixture : public Desk {
 
     void openWindow() {
         window_ = std::make_unique<ui::MainWindow>(f(), controller->boxes());
+        window_->setWindowState(Qt::WindowNoState); // whatever the screen
+        window_->resize(1280, 720);
         window_->show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
         settle();

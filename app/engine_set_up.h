@@ -1,0 +1,67 @@
+#pragma once
+
+#include "engine/motion.h"
+#include "form/assistant.h"
+
+#include <string>
+
+namespace app {
+
+/// One engine in the set-up assistant: its motor and its speeds. What is typed in is tried at once, and
+/// stored by the parameters' own entries when the page is left by Next.
+class EngineSetUp {
+  public:
+    /// All arguments outlive this object.
+    EngineSetUp(form::Form1& main, form::AssistantEngine& shown, const engine::Side& side,
+                engine::Motion& motion, form::Timer& trial);
+
+    /// A page opens: fills the entries, with proposals for what is 0, and remembers what it finds.
+    void open();
+    /// The engine has again what the page found. Nothing was stored.
+    void restore() { put(found_); }
+    /// What is wrong with the entries; empty for nothing.
+    std::string fault() const;
+    /// Store the entries, which are valid. They return why one was refused; an empty text if none was.
+    std::string storeMotor();
+    std::string storeSpeeds();
+
+    void cmdOnce_Click();
+    void cmdMove_Click();
+    void cmdCorrect_Click();
+    /// Runs faster and faster, until endTrial.
+    void beginTrial(int direction);
+    /// The button is up: proposes speeds.
+    void endTrial();
+    /// The next shorter period of the trial.
+    void trial_Timer();
+
+    /// Called with what is wrong with an entry that was to be tried; empty for nothing.
+    std::function<void(const std::string&)> tell;
+
+  private:
+    struct Values {
+        int steps, slow, fast; // 0: none
+        float units;
+        bool half;
+    };
+    Values now() const;
+    /// Uses the values without storing them.
+    void put(const Values& values) const;
+    /// The entries; throws runtime::ObjectError with what is wrong.
+    Values typed() const;
+    /// Uses the entries; false, and told, if one is invalid.
+    bool use();
+    /// As a user enters it: by the label's double-click. False if it was refused.
+    static bool enter(const engine::Parameter& parameter, const std::string& text);
+    std::string name() const { return side_.lblEngine.Caption; }
+
+    form::Form1& main_;
+    form::AssistantEngine& shown_;
+    const engine::Side& side_;
+    engine::Motion& motion_;
+    form::Timer& trial_;
+    Values found_{};
+    int period_ = 0; // of the trial under way, in milliseconds; 0: none
+};
+
+} // namespace app
