@@ -1,14 +1,17 @@
 #include "app/controller.h"
 
+#include "app/activity.h"
 #include "app/assistant.h"
 #include "app/auto_outputs_off.h"
 #include "app/error_boundary.h"
 #include "app/functions.h"
 #include "app/help_menu.h"
 #include "app/kept_positions.h"
+#include "app/reasons.h"
 #include "app/shutdown.h"
 #include "app/startup.h"
 #include "app/storage_notice.h"
+#include "app/undo.h"
 #include "app/version.h"
 #include "config/general_settings.h"
 #include "config/hardware_and_links.h"
@@ -18,16 +21,19 @@
 #include "engine/approach.h"
 #include "engine/jog_keys.h"
 #include "engine/motion.h"
+#include "engine/movement.h"
 #include "engine/output_ports.h"
 #include "engine/parameters.h"
 #include "engine/position.h"
 #include "engine/ramp_drive.h"
 #include "engine/stepper.h"
 #include "memory/automatic_recall.h"
+#include "memory/fit_line.h"
 #include "memory/go_to.h"
 #include "memory/memory_slots.h"
 #include "memory/table_recall.h"
 #include "memory/table_window.h"
+#include "radio/frequency_note.h"
 #include "radio/frequency_sources.h"
 #include "radio/tuner_connections.h"
 #include "rotor/rotator_dialog.h"
@@ -71,6 +77,7 @@ struct Controller::Subsystems {
     ErrorBoundary errors{form, boxes, outputs};
     engine::Motion motion{form, boxes};
     engine::Approach approach{form, motion};
+    engine::Movement movement{form, motion, approach};
     engine::Stepper stepper{form, boxes, outputs, motion};
     engine::Parameters parameters{form, boxes, file, motion};
     engine::PositionEntry positionEntry{form, boxes};
@@ -80,6 +87,7 @@ struct Controller::Subsystems {
     memory::AutomaticRecall recall{form, boxes, slots, tableRecall, file, ports.sound};
     memory::TableWindow table{form, boxes, file, ports.storage};
     memory::GoTo goTo{form, boxes, motion, approach};
+    memory::FitLine fit{form, boxes, slots, tableRecall, recall, approach};
     engine::JogKeys keys{form, motion};
     radio::Logger32 logger32{ports.station};
     radio::FrequencySources sources{
@@ -102,6 +110,8 @@ struct Controller::Subsystems {
     Shutdown shutdown{form, boxes, file, outputs, sources};
     StorageNotice storageNotice{form, file, ports.timers};
     KeptPositions positions{form, boxes, file, functions, ports.positions};
+    Activity activity{form, ports.timers};
+    Undo undo{form, motion, positionEntry, slots, functions, configurations};
 };
 
 Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::path& directory)
@@ -112,7 +122,17 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
         motion.releaseJogs();
         positions.keep();
     };
-    form.onEventEnd = [this] { positions.keep(); };
+    form.onEventEnd = [this] {
+        positions.keep();
+        undo.look();
+        activity.look();
+    };
+    activity.show = [this] {
+        movement.show();
+        fit.show();
+        radio::showFrequencyNote(form, sources.chosen());
+        showReasons(form, ports.hardware.get().settings().usb == config::kNone);
+    };
     shutdown.onSaved = [this] { positions.end(); };
     errors.onStopped = [this] {
         motion.stopBoth();
@@ -135,10 +155,7 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
     };
     stepper.isBlocked = [this](const engine::Side& side, bool up) { return rotor.isBlocked(side, up); };
     motion.subResetPressedMem = [this] { slots.subResetPressedMem(); };
-    recall.armOutputsOff = [this] {
-        outputsOff.arm();
-        form.lblRuns.Caption = engine::speedsText(form, engine::Sides(form));
-    };
+    recall.armOutputsOff = [this] { outputsOff.arm(); };
     recall.chosenSource = [this] { return sources.chosen(); };
     recall.subSelTunerProgr = [this] { sources.subSelTunerProgr(); };
     startup.subSelTunerProgr = [this] { sources.subSelTunerProgr(); };
@@ -157,6 +174,7 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
         if (form.intFunzione == form::kSatelliteRotor) trackingServer.use();
     };
     functions.onChange = [this](int function) {
+        fit.forget();
         if (function == form::kSatelliteRotor) {
             trackingServer.use();
             rotor.enter();
@@ -171,6 +189,7 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
         tableRecall.forget();
         positions.start();
     };
+    undo.runningState = [this] { return shutdown.state().records; };
     wireTuner();
     form.mnuGenSet.Click.attach([this] { mnuGenSet_Click(); });
     form.mnuTunConn.Click.attach([this] { mnuTunConn_Click(); });
@@ -195,6 +214,7 @@ void Controller::Subsystems::wireTuner() {
     table.faultOfPlace = [this] { return approach.faultOfPlace(); };
     startup.tableFile = [this] { return table.file(); };
     configurations.saveTable = [this](const auto& name) { table.saveAs(name); };
+    configurations.presentTable = [this] { return table.present(); };
     configurations.loadTable = [this](const auto& name) { return table.replacement(name); };
     form.onAddPosition = [this] { table.cmdTableAdd_Click(); };
     form.onLetterDown = [this](char letter, bool shift) { keys.keyDown(letter, shift); };

@@ -50,7 +50,9 @@ std::string Functions::nameOf(int function) {
 }
 
 void Functions::choose(int function) {
-    if (form_.intFunzione != function) switchOn(function);
+    if (form_.intFunzione == function) return;
+    if (onChoice) onChoice(function);
+    switchOn(function);
 }
 
 void Functions::switchOn(int function) {

@@ -15,6 +15,9 @@ class Functions {
     /// Called with the function that has been switched on.
     std::function<void(int)> onChange;
 
+    /// Called before the function that the user has chosen is switched on.
+    std::function<void(int)> onChoice;
+
     void mnuCoilTuner_Click() { choose(form::kCoilTuner); }
     void mnuAmpli_Click() { choose(form::kTuneAndLoad); }
     void mnuSat_Click() { choose(form::kSatelliteRotor); }

@@ -80,7 +80,6 @@ void Shutdown::save() {
     if (lost.empty()) onSaved();
 }
 
-/// The values saved at exit. If a value does not fit its record, a box reports it and it is left out.
 config::Unit Shutdown::state() {
     config::Unit unit;
     std::vector<config::Record> misfits;

@@ -18,6 +18,10 @@ class Shutdown {
     /// Called when the running state has been saved.
     std::function<void()> onSaved;
 
+    /// The values that are saved only at exit. If one does not fit its record, a box reports it and it is
+    /// left out.
+    config::Unit state();
+
     /// The exit menu: saves the running state and unloads the main window.
     void subSalvaInUscita() { end(); }
     /// The main window unloads: saves the same state. Only the first of the two calls saves.
@@ -28,7 +32,6 @@ class Shutdown {
     void stopTimers();
     void attempt(const std::function<void()>& step, const std::string& otherwise);
     void save();
-    config::Unit state();
 
     form::Form1& form_;
     form::Boxes& boxes_;

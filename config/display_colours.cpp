@@ -15,8 +15,9 @@ form::Colour displayBackground(const form::Form1& form) {
 }
 
 void applyDisplayColour(form::Form1& form, form::Colour colour) {
-    for (form::Label* label : {&form.Label2, &form.Label8, &form.lblAzimut, &form.lblElev, &form.lblUnitA,
-                               &form.lblUnitB, &form.lblAzRx, &form.lblElRx}) {
+    for (form::Label* label :
+         {&form.Label2, &form.Label8, &form.lblAzimut, &form.lblElev, &form.lblUnitA, &form.lblUnitB,
+          &form.lblAzRx, &form.lblElRx, &form.lblTargetA, &form.lblTargetB, &form.lblToGoA, &form.lblToGoB}) {
         label->ForeColor = colour;
     }
 }

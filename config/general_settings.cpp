@@ -70,10 +70,7 @@ bool GeneralSettings::readBacklash(const Backlash& backlash, form::TunerSettings
     }
     settings.*backlash.value = steps;
     const auto units = static_cast<float>(steps * engine::stepDistance(backlash.side));
-    // "mm:" names the unit in front of a position.
-    std::string unit = (&backlash.side == &sides_.a ? main_.lblUnitA : main_.lblUnitB).Caption;
-    if (unit.ends_with(':')) unit.pop_back();
-    backlash.units.Caption = "= " + runtime::formatShown(units) + " " + unit;
+    backlash.units.Caption = "= " + runtime::formatShown(units) + " " + backlash.side.unit();
     return true;
 }
 

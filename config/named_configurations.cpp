@@ -1,6 +1,7 @@
 #include "config/named_configurations.h"
 
 #include "config/records.h"
+#include "runtime/errors.h"
 #include "runtime/file_name.h"
 #include "runtime/text.h"
 
@@ -27,30 +28,53 @@ void NamedConfigurations::setName(const std::string& name) {
 }
 
 void NamedConfigurations::mnuSaveConfig_Click() {
-    const auto name = boxes_.input("Insert a Text (8 characters)", "Configuration Name", "test");
+    const auto name =
+        boxes_.input("Insert a Text (8 characters)", "Configuration Name", "test", kTaggedTextMax);
     if (!name) return;
     // The name is written to the working file before the user chooses a file, and stays there if the user
     // cancels.
     const std::string kept = runtime::firstCharacters(*name, kTaggedTextMax);
     file_.write({taggedTextRecord(record::kConfigName, kept)});
     setName(kept);
-    const auto chosen = boxes_.saveFile(kConfigFilter);
+    const auto chosen = boxes_.saveFile(kConfigFilter, placeFor(kept));
     if (!chosen) return;
     const auto target = runtime::pathOf(*chosen);
     file_.copyTo(target);
     saveTable(tableBeside(target));
+    form_.notice.tell("Configuration " + kept + " saved in " + *chosen);
 }
 
 void NamedConfigurations::mnuLoadConfig_Click() {
-    const auto chosen = boxes_.openFile(kConfigFilter);
+    const auto chosen = boxes_.openFile(kConfigFilter, placeFor(""));
     if (!chosen) return;
     const auto source = runtime::pathOf(*chosen);
-    const std::string bytes = file_.configuration(source);
-    const Unit::Whole table = loadTable(tableBeside(source));
+    const Configuration wanted{file_.configuration(source), loadTable(tableBeside(source)),
+                               runtime::firstCharacters(source.stem().string(), kTaggedTextMax)};
+    std::function<void()> loaded;
+    try {
+        if (onLoad) loaded = onLoad(present());
+    } catch (const runtime::FileError&) { // what could not be read cannot come back
+    }
+    use(wanted);
+    if (loaded) loaded();
+}
+
+Configuration NamedConfigurations::present() {
+    return {file_.bytes(), presentTable(), form_.varConfigName};
+}
+
+void NamedConfigurations::use(const Configuration& configuration, const std::vector<Record>& records) {
     beforeLoad();
-    file_.replaceBy(bytes, {table});
-    setName(runtime::firstCharacters(source.stem().string(), kTaggedTextMax));
+    file_.replaceBy(configuration.bytes, {configuration.table});
+    if (!records.empty()) file_.write(records);
+    setName(configuration.name);
     load();
+}
+
+std::string NamedConfigurations::placeFor(const std::string& name) const {
+    const auto folder = file_.path().parent_path();
+    const bool isFile = !name.empty() && name.find_first_of("/\\") == std::string::npos;
+    return (isFile ? folder / (name + ".cfg") : folder).string();
 }
 
 } // namespace config

@@ -75,6 +75,12 @@ RecordImage RecordFile::read() {
     return RecordImage(held_);
 }
 
+std::string RecordFile::bytes() {
+    read();
+    const std::lock_guard lock(mutex_);
+    return held_;
+}
+
 void RecordFile::load() {
     state_ = State::Unreadable;
     const std::string left = storage_.read(journal_, kJournalMax).value_or("");
@@ -248,10 +254,7 @@ void RecordFile::finish() {
 
 std::string RecordFile::configuration(const Path& source) {
     std::error_code error;
-    if (std::filesystem::equivalent(source, path_, error)) {
-        read();
-        return held_;
-    }
+    if (std::filesystem::equivalent(source, path_, error)) return this->bytes();
     auto bytes = waiting(source);
     if (!bytes) bytes = storage_.read(source, kBytesMax);
     if (!bytes) throw runtime::FileError(quoted(source) + " is not there");

@@ -28,6 +28,8 @@ class RecordFile {
     /// The records in memory. The first call reads the file, and creates an empty file if there is none.
     /// Throws FileError if reading failed; the program never writes to a file that it could not read.
     RecordImage read();
+    /// The same, as the file's bytes.
+    std::string bytes();
     /// Returns when the change is safe against a crash of the program. Throws FileError if it cannot be
     /// written; nothing has changed then.
     void write(std::vector<Record> records) { write(Unit{{}, std::move(records)}); }

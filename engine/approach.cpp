@@ -69,6 +69,21 @@ bool Approach::moveTo(const Side& side, float target) {
     return true;
 }
 
+std::optional<Approach::Way> Approach::way(const Side& side) const {
+    const auto time = motion_.timeToGo(side);
+    if (!time || !side.bolMem) return std::nullopt;
+    Way way{side.sngTarget, std::fabs(double{side.sngTarget} - side.sngPos), *time};
+    if (const auto& end = of(side).target) {
+        const double back = std::fabs(double{*end} - side.sngTarget);
+        way.target = *end;
+        way.distance += back;
+        const double step = stepDistance(side);
+        const std::chrono::milliseconds slow(side.intTickBassa.value());
+        if (step > 0) way.time += std::lround(back / step) * Period(slow);
+    }
+    return way;
+}
+
 bool Approach::leg(const Side& side, float target) {
     const bool started = motion_.moveTo(side, target);
     const bool near = std::fabs(side.sngPos - target) < static_cast<float>(form_.intMemSlowDist.value());

@@ -24,6 +24,15 @@ class Approach {
     /// Steps from the engine's position to `target`, positive upwards; 0 if the engine cannot step.
     static double stepsTo(const Side& side, float target);
 
+    /// What is left of a move.
+    struct Way {
+        float target;    // where the move ends, in user units
+        double distance; // in user units, there and back where the engine passes its target
+        Period time;
+    };
+    /// Empty if the engine stands or has no target. Not for Satellite Rotor.
+    std::optional<Way> way(const Side& side) const;
+
     /// The backlash of engine 1 and engine 2, in steps.
     void setBacklash(int play1, int play2);
     /// Names an engine that did not reach its position from below, as a text for the user; empty if both did.

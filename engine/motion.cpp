@@ -323,14 +323,20 @@ void Motion::stop(const Side& side) {
     }
 }
 
+void Motion::endOfRange(const Side& side) {
+    stop(side);
+    if (onEndOfRange) onEndOfRange(side);
+}
+
 void Motion::reset(const Side& side) {
     if (side.running()) return;
     const std::string question =
         "Declare the present position of " + side.lblEngine.Caption.get() + " to be 0? No engine moves.";
     if (!boxes_.confirm(question, side.cmdReset.Caption)) return;
     if (side.running()) return;
-    (isRotor() ? side.sngPosRotor : side.sngPos) = 0;
+    const float before = std::exchange(isRotor() ? side.sngPosRotor : side.sngPos, 0.0F);
     showPosition(form_, side);
+    if (onReset) onReset(side, before);
 }
 
 void Motion::updateOff() {

@@ -71,6 +71,13 @@ class Motion {
     /// release.
     bool takeReleased(const Side& side) { return std::exchange(own(side).released, false); }
 
+    /// The time until the engine reaches its target; empty if it stands or has no target.
+    std::optional<Period> timeToGo(const Side& side) const {
+        return (side.motor == sides_.a.motor ? ownA_ : ownB_).ramp.timeToGo();
+    }
+    /// The engine has reached an end of its range.
+    void endOfRange(const Side& side);
+
     /// Ends held jogs as if their buttons had been released: a box or a lost focus hides the release.
     void releaseJogs();
 
@@ -85,6 +92,10 @@ class Motion {
     /// Called before an engine stops at its target. Returns what to do right after the stop; empty for
     /// nothing.
     std::function<std::function<void()>(const Side& side)> onArrival;
+    /// Called when an engine has stopped at an end of its range.
+    std::function<void(const Side& side)> onEndOfRange;
+    /// Called when the user has declared a position to be 0 by Reset; `before` is the old value.
+    std::function<void(const Side& side, float before)> onReset;
     /// Called after the user has stopped an engine with Stop; not after a stop by the program.
     std::function<void()> onUserStop;
 

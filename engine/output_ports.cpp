@@ -42,11 +42,19 @@ OutputPorts::OutputPorts(form::Form1& form, form::Boxes& boxes, platform::Printe
 
 void OutputPorts::subBitPorta(form::Int16 stato, form::Int16 bit) {
     const form::Byte dataBit = (bit - 1).value();
+    const int mask = 1 << dataBit.value();
     if (stato == 1) {
         objPorta_.setBit(dataBit.value());
+        portOn_ &= ~mask;
     } else {
+        portOn_ |= mask; // also if the port fails: nobody knows what it holds
         objPorta_.clearBit(dataBit.value());
     }
+    showCoils();
+}
+
+void OutputPorts::showCoils() {
+    form_.shpCoils.FillColor = portOn_ != 0 || usbOn_ != 0 ? form::kRed : form::kBlack;
 }
 
 void OutputPorts::subUsbOnOff(form::Int16 peso, form::Int16 mot) {
@@ -56,6 +64,8 @@ void OutputPorts::subUsbOnOff(form::Int16 peso, form::Int16 mot) {
     const form::Int16 sum = form_.intPesoB + form_.intPesoA;
     if (form_.bolUsbBlocco) return;
     onBoard([&] { board_.writeAllDigital(sum.value()); });
+    usbOn_ = sum.value();
+    showCoils();
 }
 
 bool OutputPorts::ready(const Side& side) {
@@ -136,6 +146,8 @@ void OutputPorts::showUsbOff() {
     form_.chkUsbOn.Caption = "USB Off";
     form_.chkUsbOn.BackColor = form::kGreen;
     form_.bolUsbOn = false;
+    usbOn_ = 0;
+    showCoils();
     form_.rateNotice.Caption = "";
 }
 

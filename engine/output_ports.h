@@ -52,6 +52,7 @@ class OutputPorts {
 
   private:
     void darkenLamps();
+    void showCoils();
     void writeOff(int firstOutput);
     void openUsb();
     void closeUsb();
@@ -66,6 +67,8 @@ class OutputPorts {
     platform::PrinterPort& objPorta_;
     platform::UsbBoard& board_;
     std::string slowDevice_;
+    int portOn_ = 0;    // the outputs of the printer port that energise a coil, a bit each
+    int usbOn_ = 0;     // the byte that the board has
     bool lost_ = false; // the board failed, its outputs are unknown, offWithoutFail has not said so
 };
 

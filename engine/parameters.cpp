@@ -4,6 +4,9 @@
 #include "form/key_filter.h"
 #include "runtime/number.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace engine {
 
 namespace {
@@ -14,6 +17,22 @@ constexpr double kMillisecondsPerSecond = 1000;
 /// Accepts digits. Engine A, the azimuth engine, also accepts ',', '-', '.' and '/'.
 void keepNumberCharacters(int& character) {
     form::keepRange(character, ',', '9');
+}
+
+/// Why a typed character was discarded.
+std::string whyNot(int character, bool fractions) {
+    if (character == form::TextBox::kBackspace) return "type over it, or use Delete";
+    if (!fractions && (character == '.' || character == ',')) return "whole numbers only here";
+    return "only digits here";
+}
+
+/// What a check has made of a number; empty if it was taken as typed.
+std::string correction(const std::string& typed, const std::string& taken) {
+    constexpr double kSame = 1e-6, kRounding = 0.5;
+    const double wanted = runtime::parseNumber(typed);
+    const double away = std::fabs(wanted - runtime::parseNumber(taken));
+    if (away <= kSame * std::max(1.0, std::fabs(wanted))) return {};
+    return (away <= kRounding ? "rounded to " : "limited to ") + taken;
 }
 
 /// A file error may be too long for the label, so the tool tip shows the whole text.
@@ -50,9 +69,12 @@ void Parameters::attach(Entry& entry) {
     form::TextBox& box = entry.parameter.box;
     box.Enabled = false;
     entry.parameter.label.DblClick.attach([this, &entry] { labelDblClick(entry); });
-    const bool fractions = entry.side.takesFractions && &entry.parameter == &entry.side.units;
-    box.KeyPress.attach(fractions ? keepNumberCharacters : form::keepDigits);
+    box.KeyPress.attach([&entry](int& character) { keyPress(entry, character); });
     box.KeyDown.attach([this, &entry, &box](int key) {
+        if (key == form::TextBox::kEscape) {
+            restore(entry);
+            entry.parameter.label.setFocus();
+        }
         if (key != form::TextBox::kEnter) return;
         entry.parameter.label.DblClick.raise();
         if (!box.Enabled) form_.cmdOff.setFocus();
@@ -108,8 +130,10 @@ void Parameters::confirm(Entry& entry) {
         open(entry);
         return;
     }
+    std::string corrected;
     try {
         const Value value = entry.read(text);
+        corrected = correction(text, value.text);
         file_.write({value.record});
         value.apply();
         box.Text = value.text;
@@ -121,18 +145,50 @@ void Parameters::confirm(Entry& entry) {
         return;
     }
     box.Enabled = false;
-    if (entry.side.entryNotice.Caption.get().starts_with(entry.parameter.label.Caption.get())) {
-        showReason(entry.side, "");
-    }
+    say(entry, corrected);
     if (entry.afterwards) entry.afterwards();
 }
 
 void Parameters::refuse(Entry& entry, const std::string& reason) {
-    showReason(entry.side, entry.parameter.label.Caption.get() + ": " + reason);
+    say(entry, reason);
     open(entry);
 }
 
+void Parameters::say(const Entry& entry, const std::string& what) {
+    const std::string& name = entry.parameter.label.Caption;
+    if (!what.empty()) {
+        showReason(entry.side, name + ": " + what);
+    } else if (entry.side.entryNotice.Caption.get().starts_with(name)) {
+        showReason(entry.side, "");
+    }
+}
+
+void Parameters::keyPress(const Entry& entry, int& character) {
+    const bool fractions = entry.side.takesFractions && &entry.parameter == &entry.side.units;
+    const int typed = character;
+    if (fractions) {
+        keepNumberCharacters(character);
+    } else {
+        form::keepDigits(character);
+    }
+    say(entry, character == typed ? std::string() : whyNot(typed, fractions));
+}
+
+void Parameters::restore(Entry& entry) {
+    if (!entry.parameter.box.Enabled) return;
+    entry.parameter.box.Text = entry.before;
+    entry.parameter.box.Enabled = false;
+    say(entry, "unchanged, " + entry.before);
+}
+
 void Parameters::open(Entry& entry) {
+    for (Entry& other : entries_) {
+        if (&other != &entry) restore(other);
+    }
+    if (!entry.parameter.box.Enabled) {
+        entry.before = entry.parameter.box.Text;
+        say(entry, "");
+    }
     entry.parameter.box.Enabled = true;
     entry.parameter.box.setFocus();
     entry.parameter.box.selectAll();

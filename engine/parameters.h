@@ -12,8 +12,8 @@ namespace engine {
 form::Int16 stepPeriod(form::Int16 speed);
 
 /// The four parameters of each engine: a double-click on a label opens the entry beside it, a second one or
-/// Enter confirms it and writes it to "save.cfg". If the check or the file refuses the value, the entry stays
-/// open, the reason is shown beside it, and the old value stays in force.
+/// Enter confirms it and writes it to "save.cfg"; Esc restores the old text. If the check or the file refuses
+/// the value, the entry stays open, the reason is shown beside it, and the old value stays in force.
 class Parameters {
   public:
     Parameters(form::Form1& form, form::Boxes& boxes, config::RecordFile& file, Motion& motion);
@@ -35,6 +35,8 @@ class Parameters {
         std::function<void()> afterwards = {};
         /// Runs at the end of every double-click, whether the value was taken or not.
         std::function<void()> always = {};
+        /// The text in force while another one is typed.
+        std::string before = {};
     };
     void addEntries(const Side& side);
     static Entry speed(const Side& side, bool fast);
@@ -44,8 +46,12 @@ class Parameters {
     void labelDblClick(Entry& entry);
     void confirm(Entry& entry);
     void refuse(Entry& entry, const std::string& reason);
-    /// Lets the user type, with the text selected.
-    static void open(Entry& entry);
+    /// Beside the entries of the engine; an empty text takes back what was said of this one.
+    static void say(const Entry& entry, const std::string& what);
+    /// Lets the user type, with the text selected. Another entry that is open gets its old text back.
+    void open(Entry& entry);
+    static void restore(Entry& entry);
+    static void keyPress(const Entry& entry, int& character);
     void recomputeStepsGiroA(const Side& side);
 
     form::Form1& form_;

@@ -4,6 +4,8 @@
 #include "runtime/number.h"
 #include "runtime/text.h"
 
+#include <utility>
+
 namespace engine {
 
 namespace {
@@ -73,22 +75,12 @@ void PositionEntry::keyDown(form::FrmInsPosition& dialog, int key) {
 void PositionEntry::store(const form::FrmInsPosition& dialog) {
     const std::string text = dialog.txtInt.Text.get() + "." + dialog.txtDec.Text.get();
     const float value = runtime::toSingle(runtime::leadingNumber(text));
-    switch (form_.bytInsPosSel.value()) {
-    case kTunePosition:
-        form_.sngPosA = value;
-        break;
-    case kLoadPosition:
-        form_.sngPosB = value;
-        break;
-    case kAzimuthPosition:
-        form_.sngPosAz = value;
-        break;
-    default:
-        form_.sngPosEl = value;
-        break;
-    }
-    showPosition(form_, sides_.a);
-    showPosition(form_, sides_.b);
+    const int choice = form_.bytInsPosSel.value();
+    const Side& side = choice == kTunePosition || choice == kAzimuthPosition ? sides_.a : sides_.b;
+    const bool rotor = choice == kAzimuthPosition || choice == kElevationPosition;
+    const float before = std::exchange(rotor ? side.sngPosRotor : side.sngPos, value);
+    showPosition(form_, side);
+    if (onDeclared) onDeclared(side, before);
 }
 
 } // namespace engine

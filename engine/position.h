@@ -4,6 +4,8 @@
 #include "form/boxes.h"
 #include "form/dialogs.h"
 
+#include <functional>
+
 namespace engine {
 
 /// Shows the position that the engine has in the present function.
@@ -17,6 +19,9 @@ enum PositionChoice { kTunePosition = 1, kLoadPosition = 2, kAzimuthPosition = 3
 class PositionEntry {
   public:
     PositionEntry(form::Form1& form, form::Boxes& boxes);
+
+    /// Called when the user has declared a position; `before` is the old value.
+    std::function<void(const Side& side, float before)> onDeclared;
 
     void Label2_DblClick() { open(kTunePosition); }
     void Label8_DblClick() { open(kLoadPosition); }

@@ -57,6 +57,10 @@ Period RampCurve::timeFor(std::int64_t steps, std::int64_t level) const {
     return fromSeconds(2 * seconds(peak) - seconds(level)) + even * interval(peak, peak);
 }
 
+Period moveTime(const RampCurve& ramp, std::int64_t steps, std::int64_t level, Period even) {
+    return ramp.flat() ? steps * even : ramp.timeFor(steps, level);
+}
+
 std::int64_t nextLevel(const RampCurve& curve, std::int64_t level, Pace pace,
                        std::optional<std::int64_t> toGo) {
     const std::int64_t down = std::max<std::int64_t>(0, level - 1);

@@ -43,6 +43,10 @@ class RampCurve {
     std::int64_t levels_ = 0;
 };
 
+/// The time of a move of `steps` that begins at `level` and ends at slow. Without a ramp each step takes
+/// `even`.
+Period moveTime(const RampCurve& ramp, std::int64_t steps, std::int64_t level, Period even);
+
 /// The speed that an engine heads for; kStop is slow, before a stop.
 enum class Pace { kSlow, kFast, kStop };
 

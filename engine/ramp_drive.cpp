@@ -13,20 +13,9 @@ std::chrono::milliseconds rampTime(const form::Form1& form) {
     return form.HScroll1.Value.get() * kUnit;
 }
 
-std::string speedsText(const form::Form1& form, const Sides& sides) {
-    const auto speed = [](form::Int16 period) {
-        constexpr double kMillisecondsPerSecond = 1000;
-        return period > 0 ? std::to_string(std::lround(kMillisecondsPerSecond / period.value()))
-                          : std::string("?");
-    };
-    const auto speeds = [&](const Side& side) {
-        return speed(side.intTickBassa) + " to " + speed(side.intTickAlta);
-    };
-    const std::string a = speeds(sides.a);
-    const std::string b = speeds(sides.b);
+std::string rampText(const form::Form1& form) {
     const auto seconds = std::chrono::duration<float>(rampTime(form)).count();
-    return (seconds > 0 ? runtime::formatShown(seconds) + " s; " : "No ramp; ") + a +
-           (a == b ? "" : " and " + b) + " steps/s";
+    return seconds > 0 ? runtime::formatShown(seconds) + " s" : "No ramp";
 }
 
 RampCurve rampOf(const form::Form1& form, const Side& side) {
@@ -72,14 +61,27 @@ void RampDrive::refreshCurve() {
 
 void RampDrive::plan() {
     if (curve_.flat()) return;
-    // After the user has edited the selected speed, Interval still holds the old period. Take the speed whose
-    // period is nearer.
-    const bool fast = 2 * timer().Interval < side_.intTickAlta.value() + side_.intTickBassa.value();
-    const Pace pace = then_ != ThenDo::kGoOn ? Pace::kStop : fast ? Pace::kFast : Pace::kSlow;
-    const std::int64_t next = nextLevel(curve_, level_, pace, stepsToGo());
+    const std::int64_t next = nextLevel(curve_, level_, pace(), stepsToGo());
     interval_ = curve_.interval(level_, next);
     from_ = std::exchange(level_, next);
     timer().setPeriod(interval_);
+}
+
+Pace RampDrive::pace() const {
+    if (then_ != ThenDo::kGoOn) return Pace::kStop;
+    // After the user has edited the selected speed, Interval still holds the old period. Take the speed whose
+    // period is nearer.
+    const bool fast = 2 * timer().Interval < side_.intTickAlta.value() + side_.intTickBassa.value();
+    return fast ? Pace::kFast : Pace::kSlow;
+}
+
+std::optional<Period> RampDrive::timeToGo() const {
+    const auto steps = stepsToGo();
+    if (!steps || !side_.running()) return std::nullopt;
+    const std::chrono::milliseconds even(timer().Interval.get());
+    // At slow the ramp is not used.
+    return moveTime(pace() == Pace::kSlow ? RampCurve() : curve_, std::max<std::int64_t>(0, *steps), level_,
+                    even);
 }
 
 std::optional<std::int64_t> RampDrive::stepsToGo() const {

@@ -3,6 +3,7 @@
 #include "engine/ramp.h"
 #include "engine/side.h"
 
+#include <optional>
 #include <string>
 
 namespace engine {
@@ -27,6 +28,8 @@ class RampDrive {
     /// The selected speed, and so Interval, may have changed while the engine runs.
     void speedChanged();
 
+    /// The time until the target is reached; empty if the engine stands or has no target.
+    std::optional<Period> timeToGo() const;
     /// Whether the engine is faster than slow, so that it must slow down before it stops or reverses.
     bool aboveSlow() const { return level_ > 0; }
     /// Sets what the engine does at slow. Unless `then` is kGoOn, the engine slows down from now on.
@@ -36,6 +39,7 @@ class RampDrive {
 
   private:
     void plan();
+    Pace pace() const;
     void refreshCurve();
     std::optional<std::int64_t> stepsToGo() const;
     form::Timer& timer() const { return side_.forward.Enabled ? side_.forward : side_.backward; }
@@ -52,8 +56,8 @@ class RampDrive {
 
 /// The time from slow to fast that HScroll1 sets.
 std::chrono::milliseconds rampTime(const form::Form1& form);
-/// The slow and fast speeds as they really run, and the time of the ramp: "0.40 s; 100 to 1000 steps/s".
-std::string speedsText(const form::Form1& form, const Sides& sides);
+/// The time of the ramp: "0.40 s".
+std::string rampText(const form::Form1& form);
 /// The ramp of an engine, from its speeds and HScroll1.
 RampCurve rampOf(const form::Form1& form, const Side& side);
 

@@ -73,6 +73,7 @@ Side sideA(form::Form1& form) {
                 .intTickAlta = form.intTickAltaA,
                 .intTickBassa = form.intTickBassaA,
                 .intVelRot = form.intVelRotA,
+                .halfSteps = form.halfStepsA,
                 .bolVelAlta = form.bolVelAltaA,
                 .bolManual = form.bolManualA,
                 .forward = form.Timer1,
@@ -97,6 +98,11 @@ Side sideA(form::Form1& form) {
                 .steps = {form.lblMemSteps, form.txtSteps, record::kStepsA},
                 .units = {form.lblMMGiro, form.txtMMGiro, record::kUnitsA},
                 .entryNotice = form.entryNoticeA,
+                .lblUnit = form.lblUnitA,
+                .lblTarget = form.lblTargetA,
+                .lblToGo = form.lblToGoA,
+                .bar = form.barA,
+                .lblStep = form.lblStepA,
             }};
 }
 
@@ -124,6 +130,7 @@ Side sideB(form::Form1& form) {
                 .intTickAlta = form.intTickAltaB,
                 .intTickBassa = form.intTickBassaB,
                 .intVelRot = form.intVelRotB,
+                .halfSteps = form.halfStepsB,
                 .bolVelAlta = form.bolVelAltaB,
                 .bolManual = form.bolManualB,
                 .forward = form.Timer4,
@@ -148,7 +155,18 @@ Side sideB(form::Form1& form) {
                 .steps = {form.lblMemStepsB, form.txtStepsB, record::kStepsB},
                 .units = {form.lblMMGiroB, form.txtMMGiroB, record::kUnitsB},
                 .entryNotice = form.entryNoticeB,
+                .lblUnit = form.lblUnitB,
+                .lblTarget = form.lblTargetB,
+                .lblToGo = form.lblToGoB,
+                .bar = form.barB,
+                .lblStep = form.lblStepB,
             }};
+}
+
+std::string Side::unit() const {
+    std::string unit = lblUnit.Caption;
+    if (unit.ends_with(':')) unit.pop_back();
+    return unit;
 }
 
 std::chrono::nanoseconds Sides::untilStep() const {

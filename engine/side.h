@@ -3,6 +3,7 @@
 #include "form/form1.h"
 
 #include <array>
+#include <string>
 
 namespace engine {
 
@@ -59,6 +60,7 @@ struct Names {
     form::Int16& intTickAlta;
     form::Int16& intTickBassa;
     form::Int16& intVelRot;
+    std::int64_t& halfSteps;
     bool& bolVelAlta;
     bool& bolManual;
 
@@ -85,11 +87,18 @@ struct Names {
     Parameter steps;
     Parameter units;
     form::Label& entryNotice;
+    form::Label& lblUnit;
+    form::Label& lblTarget;
+    form::Label& lblToGo;
+    form::Bar& bar;
+    form::Label& lblStep;
 };
 
 /// One engine.
 struct Side : Differences, Names {
     bool running() const { return forward.Enabled || backward.Enabled; }
+    /// The unit of the position: "mm".
+    std::string unit() const;
     form::Timer& timer(int direction) const { return direction == form::kForward ? forward : backward; }
     /// Whether steps in this direction lead to larger positions. If units or steps per revolution are
     /// negative, backward steps do.

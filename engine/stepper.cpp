@@ -39,7 +39,7 @@ void Stepper::tick(const Side& side, int direction) {
     if (!ready) return;
     side.timer(direction == form::kForward ? form::kBackward : form::kForward).Enabled = false;
     if (atLimit(side, direction)) {
-        motion_.stop(side);
+        motion_.endOfRange(side);
         return;
     }
     // The index and the step count advance whether or not the coils were written.
@@ -98,10 +98,13 @@ void Stepper::move(const Side& side, int direction) {
     float& position = isRotor() ? side.sngPosRotor : side.sngPos;
     position = runtime::toSingle(direction == form::kForward ? double{position} + distance
                                                              : double{position} - distance);
+    constexpr int kHalfStepsOfFull = 2;
+    side.halfSteps +=
+        (direction == form::kForward ? kHalfStepsOfFull : -kHalfStepsOfFull) / side.bytMolt.value();
     showPosition(form_, side);
     if (motion_.onStep) motion_.onStep(side, direction);
     if (atEndOfRun(side, direction)) {
-        motion_.stop(side);
+        motion_.endOfRange(side);
     } else if (atTarget(side, direction)) {
         motion_.arrive(side);
     } else {

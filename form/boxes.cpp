@@ -40,19 +40,19 @@ bool Boxes::confirm(const std::string& text, const std::string& title) {
 }
 
 std::optional<std::string> Boxes::input(const std::string& prompt, const std::string& title,
-                                        const std::string& proposed) {
+                                        const std::string& proposed, std::size_t longest) {
     const Opened opened(*this);
-    return dialogs_.input(prompt, title, proposed);
+    return dialogs_.input(prompt, title, proposed, longest);
 }
 
-std::optional<std::string> Boxes::openFile(const std::string& filter) {
+std::optional<std::string> Boxes::openFile(const std::string& filter, const std::string& proposed) {
     const Opened opened(*this);
-    return dialogs_.openFile(filter);
+    return dialogs_.openFile(filter, proposed);
 }
 
-std::optional<std::string> Boxes::saveFile(const std::string& filter) {
+std::optional<std::string> Boxes::saveFile(const std::string& filter, const std::string& proposed) {
     const Opened opened(*this);
-    return dialogs_.saveFile(filter);
+    return dialogs_.saveFile(filter, proposed);
 }
 
 std::optional<std::uint32_t> Boxes::chooseColour(std::uint32_t initial, const std::string& title) {

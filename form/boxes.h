@@ -16,9 +16,9 @@ class Boxes {
     void critical(const std::string& text, const std::string& title);
     bool confirm(const std::string& text, const std::string& title);
     std::optional<std::string> input(const std::string& prompt, const std::string& title,
-                                     const std::string& proposed);
-    std::optional<std::string> openFile(const std::string& filter);
-    std::optional<std::string> saveFile(const std::string& filter);
+                                     const std::string& proposed, std::size_t longest = 0);
+    std::optional<std::string> openFile(const std::string& filter, const std::string& proposed = {});
+    std::optional<std::string> saveFile(const std::string& filter, const std::string& proposed = {});
     std::optional<std::uint32_t> chooseColour(std::uint32_t initial, const std::string& title);
     /// Shows a dialog until it is unloaded.
     void showModal(Form& form);

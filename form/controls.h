@@ -156,6 +156,13 @@ class Shape : public Control {
     Property<Colour> FillColor{*this, kBlack};
 };
 
+/// A thin bar: how much of a way is done.
+class Bar : public Control {
+  public:
+    using Control::Control;
+    Property<int> Value{*this, 0}; // per cent
+};
+
 class Menu : public Control {
   public:
     Menu(Form& form, std::string name, std::string caption)

@@ -4,6 +4,8 @@
 #include "form/timer.h"
 #include "runtime/checked.h"
 
+#include <cstdint>
+
 namespace form {
 
 using runtime::Byte;
@@ -35,12 +37,13 @@ struct EnginePanel {
     bool bolHalfStepA = false, bolHalfStepB = false;
     Byte bytMoltA = 1, bytMoltB = 1; // 1 in full step, 2 in half step
     Int16 intDirA, intDirB;
-    Int16 intFaseA, intFaseB;               // 1 to 4
-    Int16 intFaseHalfA, intFaseHalfB;       // 1 to 8
-    Int16 intUltFaseA, intUltFaseB;         // last full-step phase written
-    Int16 intUltFaseHalfA, intUltFaseHalfB; // last half-step phase written
-    Int32 lngContaStep;                     // steps of both engines together
-    bool bolAvvisoReset = false;            // a change of step mode warns about the position
+    Int16 intFaseA, intFaseB;                    // 1 to 4
+    Int16 intFaseHalfA, intFaseHalfB;            // 1 to 8
+    Int16 intUltFaseA, intUltFaseB;              // last full-step phase written
+    Int16 intUltFaseHalfA, intUltFaseHalfB;      // last half-step phase written
+    Int32 lngContaStep;                          // steps of both engines together
+    std::int64_t halfStepsA = 0, halfStepsB = 0; // made since the start, forward minus backward
+    bool bolAvvisoReset = false;                 // a change of step mode warns about the position
 
     // Targets of a recall.
     bool bolMemA = false, bolMemB = false; // running towards the target
@@ -84,6 +87,11 @@ struct EnginePanel {
     Label lblUnitA{form_, "lblUnitA"}, lblUnitB{form_, "lblUnitB"};
     Label lblUsoA{form_, "lblUsoA"}, lblUsoB{form_, "lblUsoB"}; // what moves the engine: a label, "Manual"
 
+    // What an engine does now, beside its position.
+    Label lblTargetA{form_, "lblTargetA"}, lblTargetB{form_, "lblTargetB"}; // the direction, and the target
+    Label lblToGoA{form_, "lblToGoA"}, lblToGoB{form_, "lblToGoB"};         // seconds, or "end of range"
+    Bar barA{form_, "barA"}, barB{form_, "barB"};                           // of the way to the target
+
     Button cmdAv{form_, "cmdAv", "Run >"}, cmdInd{form_, "cmdInd", "< Run"};
     Button cmdAvB{form_, "cmdAvB", "Run >"}, cmdIndB{form_, "cmdIndB", "< Run"};
     Button cmdAvMan{form_, "cmdAvMan", ">>"}, cmdIndMan{form_, "cmdIndMan", "<<"};
@@ -108,13 +116,16 @@ struct EnginePanel {
     TextBox txtSteps{form_, "txtSteps", "0"}, txtStepsB{form_, "txtStepsB", "0"};
     TextBox txtMMGiro{form_, "txtMMGiro", "0"}, txtMMGiroB{form_, "txtMMGiroB", "0"};
 
+    Label lblStepA{form_, "lblStepA"}, lblStepB{form_, "lblStepB"}; // what follows from the parameters
     Label entryNoticeA{form_, "entryNoticeA"},
         entryNoticeB{form_, "entryNoticeB"}; // why an entry was refused
 
+    Shape shpCoils{form_, "shpCoils"}; // red while a coil is energised
+    Label lblOffIn{form_, "lblOffIn"}; // the time until the outputs go off
     Button cmdOff{form_, "cmdOff", "Out Off"};
     CheckBox chkUsbOn{form_, "chkUsbOn", "USB Off"};
     Label lblUsb{form_, "lblUsb", "USB Card 0 disconnected"};
-    Label lblRuns{form_, "lblRuns"};       // the speeds as they run, and the time of the ramp
+    Label lblRuns{form_, "lblRuns"};       // the time of the ramp
     Label rateNotice{form_, "rateNotice"}; // measured step rates, if the outputs slow the engines
 };
 

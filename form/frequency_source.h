@@ -15,9 +15,9 @@ constexpr std::size_t kKeyCharacters = 2;
 class FrequencySource {
   public:
     /// `program` is the value of record 64, `status` the name in the status bar, `display` the label where
-    /// the frequency shows.
-    FrequencySource(int program, const char* status, Label& display)
-        : number(program), name(status), label(display) {}
+    /// the frequency shows, in `units`.
+    FrequencySource(int program, const char* status, Label& display, const char* units)
+        : number(program), name(status), label(display), unit(units) {}
     FrequencySource(const FrequencySource&) = delete;
     FrequencySource& operator=(const FrequencySource&) = delete;
     virtual ~FrequencySource() = default;
@@ -25,6 +25,7 @@ class FrequencySource {
     const int number;
     const char* const name;
     Label& label;
+    const char* const unit; // "kHz"
 
     /// Connects, at once or later. The state shows in lblAutoMemConn.
     virtual void connect() = 0;
@@ -45,6 +46,11 @@ class FrequencySource {
     /// Seconds for which the frequency has not been confirmed although it should have been; 0 for a link that
     /// reports each change.
     virtual double age() const { return 0; }
+    /// Older than a program that still reports would let it become.
+    bool isOld() const {
+        constexpr double kReportsEvery = 12; // seconds; N1MM Logger repeats itself every ten
+        return age() >= kReportsEvery;
+    }
     /// Whether the transceiver transmits; false if the program does not report it.
     virtual bool transmitting() const { return false; }
 };

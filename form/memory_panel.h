@@ -5,6 +5,7 @@
 #include "runtime/checked.h"
 
 #include <array>
+#include <functional>
 
 namespace form {
 
@@ -28,6 +29,9 @@ struct MemoryPanel {
     /// Stored positions of memory n (1 to 10) as texts in the format "000.00"; empty when never stored.
     std::string& strMemPosA(int n) { return posA_.at(static_cast<std::size_t>(n - 1)); }
     std::string& strMemPosB(int n) { return posB_.at(static_cast<std::size_t>(n - 1)); }
+
+    /// The user's commands for memory n beside recalling and storing.
+    std::function<void(int n)> onRenameMemory, onClearMemory;
 
     std::string strMemLabel;       // the label typed last
     runtime::Int16 intMemConfirm;  // the answer of the last confirmation, 1 = OK

@@ -13,6 +13,7 @@ enum FrequencyProgram { kNoProgram = 0, kHamRadioDeluxe = 1, kLogger32 = 2, kN1m
 struct RadioPanel {
     RadioPanel(Form& form, platform::DdeLinks& links) : form_(form), lblFreqRx(form, "lblFreqRx", links) {
         cmdAutoMemConn.BackColor = kGreen;
+        cmdGoOn.Visible = false;
     }
 
   private:
@@ -30,6 +31,9 @@ struct RadioPanel {
     Label lblFreqN1MM{form_, "lblFreqN1MM"};             // N1MM Logger: kHz
     Label lblFreqHamlib{form_, "lblFreqHamlib"};         // Hamlib: kHz
     Button cmdAutoMemConn{form_, "cmdAutoMemConn", "0"}; // "0" disconnected, "I" connected
+    Label lblFreqNote{form_, "lblFreqNote"};             // unit, band and age of the frequency
+    Label lblFit{form_, "lblFit"};                       // whether the antenna fits the frequency
+    Button cmdGoOn{form_, "cmdGoOn", "Go on"};           // with a recall that did not arrive
     Label lblAutoMemConn{form_, "lblAutoMemConn", "Connect"};
 };
 

@@ -31,6 +31,7 @@ struct ShellPanel {
         framSat.Visible = false;
         framInvite.Visible = false;
         lblClock.Visible = false;
+        mnuUndo.Enabled = mnuRedo.Enabled = false;
     }
 
   private:
@@ -66,6 +67,7 @@ struct ShellPanel {
     Menu mnuLoadConfig{form_, "mnuLoadConfig", "&Load Config…"};
     Menu mnuSaveConfig{form_, "mnuSaveConfig", "&Save Config…"};
     Menu mnuUscita{form_, "mnuUscita", "E&xit"};
+    Menu mnuUndo{form_, "mnuUndo", "&Undo"}, mnuRedo{form_, "mnuRedo", "&Redo"};
     Menu mnuCoilTuner{form_, "mnuCoilTuner", "&Coil Tuner"};
     Menu mnuAmpli{form_, "mnuAmpli", "&Tune && Load"};
     Menu mnuSat{form_, "mnuSat", "&Satellite Rotor"};

@@ -15,7 +15,6 @@ namespace {
 
 constexpr std::int64_t kHertzPerKilohertz = 1000;
 constexpr double kHertzPerMegahertz = 1e6;
-constexpr const char* kSemiAuto = "Semi Auto";
 
 constexpr std::array<std::pair<std::string_view, std::string_view>, 12> kBands = {{
     {"29", "10"},
@@ -152,22 +151,35 @@ void AutomaticRecall::semiAuto() {
 
 int AutomaticRecall::memoryToRecall() {
     if (form_.chkExact.ticked()) {
-        const int nearest = nearestMemory();
+        const int nearest = nearestMemory(form_.frequencyNow);
         return nearest > 0 && isInUse(nearest) ? 0 : nearest;
     }
     for (int n = 1; n <= form::Form1::kMemories; ++n) {
-        if (!isInUse(n) && matches(n)) return n;
+        if (!isInUse(n) && matches(n, form_.strFreqKey)) return n;
     }
     return 0;
 }
 
-int AutomaticRecall::nearestMemory() {
-    if (!form_.frequencyNow) return 0;
+std::vector<int> AutomaticRecall::fitting(const form::FrequencySource& source) {
+    std::vector<int> memories;
+    if (form_.chkExact.ticked()) {
+        if (const int nearest = nearestMemory(source.hertz()); nearest > 0) memories.push_back(nearest);
+        return memories;
+    }
+    const std::string key = form_.chkBandMode.ticked() ? bandName(source.key()) : source.key();
+    for (int n = 1; n <= form::Form1::kMemories; ++n) {
+        if (matches(n, key)) memories.push_back(n);
+    }
+    return memories;
+}
+
+int AutomaticRecall::nearestMemory(const std::optional<std::int64_t>& frequency) {
+    if (!frequency) return 0;
     int nearest = 0;
     double distance = static_cast<double>(form_.tuner.exactKilohertz * kHertzPerKilohertz);
     for (int n = 1; n <= form::Form1::kMemories; ++n) {
         const double hertz = runtime::leadingNumber(form_.lblFr[n].Caption.get()) * kHertzPerMegahertz;
-        const double away = std::fabs(hertz - static_cast<double>(*form_.frequencyNow));
+        const double away = std::fabs(hertz - static_cast<double>(*frequency));
         if (away > distance || (away == distance && nearest > 0) || !slots_.isStored(n)) continue;
         nearest = n;
         distance = away;
@@ -180,12 +192,12 @@ bool AutomaticRecall::isInUse(int n) {
     return form_.lblUsoA.Caption == label && form_.lblUsoB.Caption == label;
 }
 
-bool AutomaticRecall::matches(int n) {
+bool AutomaticRecall::matches(int n, const std::string& key) {
     const std::string& label = form_.lblFr[n].Caption;
     // A memory without a label cannot be found by frequency, not even by one that reads as 0.
     if (label.empty() || !slots_.isStored(n)) return false;
     return runtime::leadingNumber(runtime::firstCharacters(label, form::kKeyCharacters)) ==
-           std::fabs(runtime::leadingNumber(form_.strFreqKey));
+           std::fabs(runtime::leadingNumber(key));
 }
 
 void AutomaticRecall::tmrBandCh_Timer() {

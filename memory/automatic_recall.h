@@ -10,6 +10,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace memory {
 
@@ -37,6 +38,12 @@ class AutomaticRecall {
     void semiAuto();
     void HScrMemSpeedCh_Change();
 
+    /// The memories that belong to the source's frequency, as the modes stand; automatic recall takes the
+    /// first that is not in use.
+    std::vector<int> fitting(const form::FrequencySource& source);
+    /// The caption of lblAutoMemOnOff while the user tunes by hand.
+    static constexpr const char* kSemiAuto = "Semi Auto";
+
     /// Arms or disarms the automatic outputs-off, once a tick.
     std::function<void()> armOutputsOff;
     /// Brings the chosen source to the front and names it in the status bar.
@@ -56,12 +63,12 @@ class AutomaticRecall {
     void recallStep(const form::FrequencySource* source);
     /// The memory that belongs to the frequency and is not in use; 0 for none.
     int memoryToRecall();
-    int nearestMemory();
+    int nearestMemory(const std::optional<std::int64_t>& frequency);
     /// Whether what the user tunes by hand is left alone.
     bool staysSemiAuto();
     /// Whether a recall that is due has to wait.
     bool waits(const form::FrequencySource* source);
-    bool matches(int n);
+    bool matches(int n, const std::string& key);
     bool isInUse(int n);
     void subAllarme();
 

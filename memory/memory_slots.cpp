@@ -36,6 +36,8 @@ MemorySlots::MemorySlots(form::Form1& form, form::Boxes& boxes, config::RecordFi
         form_.Option[n].Click.attach([this, n] { Option_Click(n); });
         show(n, "");
     }
+    form_.onRenameMemory = [this](int n) { rename(n); };
+    form_.onClearMemory = [this](int n) { clear(n); };
 }
 
 bool MemorySlots::isStored(int n) {
@@ -63,18 +65,51 @@ void MemorySlots::lblMem_DblClick(int n) {
     if (!confirmed) return;
 
     // Cancel gives an empty label, and storing goes on.
-    const auto answer = boxes_.input("Insert a label for this memory", "Memory label (Max 10 characters)",
-                                     form_.lblFr[n].Caption);
-    form_.strMemLabel = runtime::firstCharacters(answer.value_or(""), kLabelMax);
-    const std::string posA = runtime::formatStored(form_.sngPosA);
-    const std::string posB = runtime::formatStored(form_.sngPosB);
+    form_.strMemLabel = askLabel(form_.lblFr[n].Caption).value_or("");
+    const Contents before = contents(n);
+    put(n, {runtime::formatStored(form_.sngPosA), runtime::formatStored(form_.sngPosB), form_.strMemLabel});
+    changed(n, before, "stored");
+}
+
+Contents MemorySlots::contents(int n) {
+    return {form_.strMemPosA(n), form_.strMemPosB(n), file_.read().text(config::record::kMemoryLabel + n)};
+}
+
+void MemorySlots::put(int n, const Contents& contents) {
     // On disk first: what the window shows and recalls is what is stored.
-    file_.write({config::textRecord(config::record::kMemoryPosA + n, posA),
-                 config::textRecord(config::record::kMemoryPosB + n, posB),
-                 config::textRecord(config::record::kMemoryLabel + n, form_.strMemLabel)});
-    form_.strMemPosA(n) = posA;
-    form_.strMemPosB(n) = posB;
-    show(n, form_.strMemLabel);
+    file_.write({config::textRecord(config::record::kMemoryPosA + n, contents.posA),
+                 config::textRecord(config::record::kMemoryPosB + n, contents.posB),
+                 config::textRecord(config::record::kMemoryLabel + n, contents.label)});
+    form_.strMemPosA(n) = contents.posA;
+    form_.strMemPosB(n) = contents.posB;
+    show(n, contents.label);
+    if (selected_ == n && !isStored(n)) select(0);
+}
+
+void MemorySlots::changed(int n, const Contents& before, const char* how) {
+    if (onChange) onChange(n, before, "Memory " + std::to_string(n) + " " + how);
+}
+
+void MemorySlots::rename(int n) {
+    const Contents before = contents(n);
+    const auto label = askLabel(before.label);
+    if (!label || *label == before.label) return;
+    put(n, {before.posA, before.posB, *label});
+    changed(n, before, "renamed");
+}
+
+void MemorySlots::clear(int n) {
+    if (!isStored(n)) return;
+    const Contents before = contents(n);
+    put(n, {});
+    changed(n, before, "cleared");
+}
+
+std::optional<std::string> MemorySlots::askLabel(const std::string& proposed) {
+    const auto answer = boxes_.input("Insert a label for this memory", "Memory label (Max 10 characters)",
+                                     proposed, kLabelMax);
+    if (!answer) return std::nullopt;
+    return runtime::firstCharacters(*answer, kLabelMax);
 }
 
 void MemorySlots::show(int n, const std::string& label) {
@@ -116,15 +151,20 @@ void MemorySlots::subResetPressedMem() {
 
 bool MemorySlots::recall(int n) {
     if (standsBelowZero(form_, boxes_, false)) return false;
-    const float targetA = runtime::parseSingle(form_.strMemPosA(n));
-    const float targetB = runtime::parseSingle(form_.strMemPosB(n));
+    const Recalled place = recalled(n);
     // Both engines go, or none.
-    if (!approach_.canMoveTo(sides_.a, targetA) || !approach_.canMoveTo(sides_.b, targetB)) return false;
-    approach_.moveTo(sides_.a, targetA);
-    approach_.moveTo(sides_.b, targetB);
-    form_.lblUsoA.Caption = form_.lblFr[n].Caption;
-    form_.lblUsoB.Caption = form_.lblFr[n].Caption;
+    if (!approach_.canMoveTo(sides_.a, place.a) || !approach_.canMoveTo(sides_.b, place.b)) return false;
+    approach_.moveTo(sides_.a, place.a);
+    approach_.moveTo(sides_.b, place.b);
+    form_.lblUsoA.Caption = place.label;
+    form_.lblUsoB.Caption = place.label;
+    if (onRecall) onRecall(place);
     return true;
+}
+
+Recalled MemorySlots::recalled(int n) {
+    return {n, form_.lblFr[n].Caption, runtime::parseSingle(form_.strMemPosA(n)),
+            runtime::parseSingle(form_.strMemPosB(n))};
 }
 
 void MemorySlots::subAzzeraLabel() {
@@ -143,12 +183,14 @@ void MemorySlots::fastStore() {
         const std::string posA = runtime::formatStored(form_.sngPosA);
         const std::string posB = runtime::formatStored(form_.sngPosB);
         if (posA == form_.strMemPosA(n) && posB == form_.strMemPosB(n)) return;
+        const Contents before = contents(n);
         file_.write({config::textRecord(config::record::kMemoryPosA + n, posA),
                      config::textRecord(config::record::kMemoryPosB + n, posB)});
         form_.strMemPosA(n) = posA;
         form_.strMemPosB(n) = posB;
         showToolTip(n, form_.lblFr[n].Caption);
         subAlarmMemUp();
+        changed(n, before, "stored by fast store");
         return;
     }
 }

@@ -5,7 +5,23 @@
 #include "form/boxes.h"
 #include "platform/sound.h"
 
+#include <functional>
+#include <optional>
+#include <string>
+
 namespace memory {
+
+/// Positions that a recall sends the engines to.
+struct Recalled {
+    int memory = 0;    // 1 to 10; 0 for the frequency table
+    std::string label; // what the window shows as in use
+    float a = 0, b = 0;
+};
+
+/// What a memory holds, as its three records have it; empty texts for one that was never stored.
+struct Contents {
+    std::string posA, posB, label;
+};
 
 /// The ten memories: storing, recalling, and the fast store.
 class MemorySlots {
@@ -15,6 +31,15 @@ class MemorySlots {
 
     /// Stores memory n (1 to 10) after a confirmation; asks for its label.
     void lblMem_DblClick(int n);
+    /// Asks for another label of memory n; Cancel keeps the old one.
+    void rename(int n);
+    /// Memory n becomes one that was never stored.
+    void clear(int n);
+    Contents contents(int n);
+    /// Writes the three records of memory n, and shows it.
+    void put(int n, const Contents& contents);
+    /// Called when the user has changed memory n; `what` names the change.
+    std::function<void(int n, const Contents& before, const std::string& what)> onChange;
     /// Recalls memory n (1 to 10), and selects it. A memory that cannot be recalled is not selected. The
     /// memories hold positions of the tuner functions: in Satellite Rotor neither this nor storing acts.
     void Option_Click(int n);
@@ -29,6 +54,11 @@ class MemorySlots {
     /// both texts are stored already.
     void fastStore();
 
+    /// What a recall of memory n goes to. Precondition: it is stored.
+    Recalled recalled(int n);
+    /// Called when a recall has begun.
+    std::function<void(const Recalled&)> onRecall;
+
     /// A memory that was never stored has no positions, and cannot be recalled.
     bool isStored(int n);
     /// Tool tip, label and selectability of memory n as its texts say. `label` is the whole label.
@@ -37,8 +67,11 @@ class MemorySlots {
   private:
     bool recall(int n);
     void select(int n);
+    /// The label that the user types, at most what is kept of it; empty for Cancel.
+    std::optional<std::string> askLabel(const std::string& proposed);
     void showToolTip(int n, const std::string& label);
     void subAlarmMemUp();
+    void changed(int n, const Contents& before, const char* how);
     bool isRotor() const { return form_.intFunzione == form::kSatelliteRotor; }
 
     form::Form1& form_;

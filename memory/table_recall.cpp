@@ -1,7 +1,6 @@
 #include "memory/table_recall.h"
 
 #include "memory/frequency_table.h"
-#include "memory/memory_slots.h"
 #include "runtime/number.h"
 
 #include <cmath>
@@ -43,6 +42,7 @@ bool TableRecall::subHiResMem() {
     const std::string shown = runtime::shortestText(megahertz).substr(0, kInUseCharacters);
     form_.lblUsoA.Caption = shown;
     form_.lblUsoB.Caption = shown;
+    if (onRecall) onRecall({0, shown, static_cast<float>(positions->a), static_cast<float>(positions->b)});
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include "engine/approach.h"
 #include "form/boxes.h"
 #include "form/form1.h"
+#include "memory/memory_slots.h"
 
 #include <cstdint>
 #include <optional>
@@ -22,6 +23,9 @@ class TableRecall {
     bool isDue() const { return form_.frequencyNow && form_.frequencyNow != recalled_; }
     /// The next call recalls even at the same frequency.
     void forget() { recalled_.reset(); }
+
+    /// Called when a recall has begun.
+    std::function<void(const Recalled&)> onRecall;
 
   private:
     void move(const engine::Side& side, double target);

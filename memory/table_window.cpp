@@ -198,6 +198,10 @@ void TableWindow::saveAs(const std::filesystem::path& file) {
     storage_.rename(part, file);
 }
 
+config::Unit::Whole TableWindow::present() const {
+    return {kTableFile, tableText(main_.hiResMem)};
+}
+
 config::Unit::Whole TableWindow::replacement(const std::filesystem::path& file) {
     return {kTableFile, readFile(file)};
 }

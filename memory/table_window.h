@@ -32,6 +32,7 @@ class TableWindow {
     void saveAs(const std::filesystem::path& file);
     /// The table of such a file in the place of "HiResMem.txt"; empty where there is none. Throws
     /// runtime::FileError.
+    config::Unit::Whole present() const;
     config::Unit::Whole replacement(const std::filesystem::path& file);
 
     /// Curve and least move are to be kept.

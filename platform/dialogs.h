@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -16,13 +17,14 @@ class Dialogs {
     virtual ~Dialogs() = default;
     /// True when the user answered OK.
     virtual bool message(const std::string& text, const std::string& title, Icon icon, Buttons buttons) = 0;
-    /// The text entered; empty if the user cancelled. `proposed` is preset and selected.
+    /// The text entered; empty if the user cancelled. `proposed` is preset and selected. No more than
+    /// `longest` characters can be typed; 0 for any number.
     virtual std::optional<std::string> input(const std::string& prompt, const std::string& title,
-                                             const std::string& proposed) = 0;
+                                             const std::string& proposed, std::size_t longest) = 0;
     /// The chosen path; empty if the user cancelled. `filter` is "description|pattern": "Config File
-    /// (*.cfg)|*.cfg".
-    virtual std::optional<std::string> openFile(const std::string& filter) = 0;
-    virtual std::optional<std::string> saveFile(const std::string& filter) = 0;
+    /// (*.cfg)|*.cfg". `proposed` is a folder, or a file in it; empty for none.
+    virtual std::optional<std::string> openFile(const std::string& filter, const std::string& proposed) = 0;
+    virtual std::optional<std::string> saveFile(const std::string& filter, const std::string& proposed) = 0;
     /// The chosen colour, blue-green-red (255 is pure red); empty if the user cancelled.
     virtual std::optional<std::uint32_t> chooseColour(std::uint32_t initial, const std::string& title) = 0;
 };

@@ -12,7 +12,7 @@ void linkToHamRadioDeluxe(form::LinkLabel& label) {
 }
 
 HamRadioDeluxe::HamRadioDeluxe(form::Form1& form)
-    : FrequencySource(form::kHamRadioDeluxe, "HRD", form.lblFreqRx), form_(form) {
+    : FrequencySource(form::kHamRadioDeluxe, "HRD", form.lblFreqRx, "MHz"), form_(form) {
     form_.lblFreqRx.LinkOpen.attach([this] { showConnected(form_, "Connected"); });
     form_.lblFreqRx.LinkError.attach([this] { showState(form_, "Error"); });
     form_.lblFreqRx.LinkClose.attach([this] { lblFreqRx_LinkClose(); });

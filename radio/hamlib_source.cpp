@@ -20,7 +20,7 @@ std::string kilohertzText(const RigReading& reading) {
 }
 
 HamlibSource::HamlibSource(form::Form1& form, Connect connect)
-    : FrequencySource(form::kHamlib, "Hamlib", form.lblFreqHamlib), form_(form),
+    : FrequencySource(form::kHamlib, "Hamlib", form.lblFreqHamlib, "kHz"), form_(form),
       connect_(std::move(connect)) {}
 
 void HamlibSource::connect() {

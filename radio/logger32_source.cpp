@@ -7,7 +7,8 @@
 namespace radio {
 
 Logger32Source::Logger32Source(form::Form1& form, Logger32& logger32)
-    : FrequencySource(form::kLogger32, "Logger 32", form.lblLog32DataM), form_(form), logger32_(logger32) {}
+    : FrequencySource(form::kLogger32, "Logger 32", form.lblLog32DataM, "MHz"), form_(form),
+      logger32_(logger32) {}
 
 void Logger32Source::connect() {
     showConnected(form_, "Connected");

@@ -11,7 +11,8 @@
 namespace radio {
 
 N1mmSource::N1mmSource(form::Form1& form, platform::UdpSockets& sockets)
-    : FrequencySource(form::kN1mmLogger, "N1MM Logger", form.lblFreqN1MM), form_(form), sockets_(sockets) {}
+    : FrequencySource(form::kN1mmLogger, "N1MM Logger", form.lblFreqN1MM, "kHz"), form_(form),
+      sockets_(sockets) {}
 
 void N1mmSource::connect() {
     release();

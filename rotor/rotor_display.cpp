@@ -59,10 +59,12 @@ std::string Rotor::toGoText() const {
     if (!place) return "";
     const auto left = [](double to, const engine::Side& side) { return std::fabs(to - side.sngPosRotor); };
     const auto seconds = [&](double degrees, const engine::Side& side) {
-        const engine::RampCurve ramp = engine::rampOf(form_, side);
-        if (ramp.flat()) return degrees / speedOf(side);
         const auto steps = static_cast<std::int64_t>(std::ceil(degrees / stepOf(side)));
-        return std::chrono::duration<double>(ramp.timeFor(steps, 0)).count();
+        const std::chrono::duration<double> step(stepOf(side) / speedOf(side));
+        return std::chrono::duration<double>(
+                   engine::moveTime(engine::rampOf(form_, side), steps, 0,
+                                    std::chrono::duration_cast<engine::Period>(step)))
+            .count();
     };
     const double azimuth = left(place->azimuth, sides_.a);
     const double elevation = left(place->elevation, sides_.b);

@@ -10,6 +10,7 @@
 #include "ui/line_edit.h"
 #include "ui/push_button.h"
 #include "ui/slider.h"
+#include "ui/thin_bar.h"
 #include "ui/toggles.h"
 
 #include <QAction>
@@ -41,6 +42,7 @@ class Adapters {
     LineEdit* textBox(form::TextBox& control, const Words& words, const QString& reserve);
     QComboBox* comboBox(form::ComboBox& control, const Words& words);
     Lamp* lamp(form::Shape& control, const Words& words);
+    ThinBar* bar(form::Bar& control, const Words& words);
     TableGridView* tableGrid(form::TableGrid& control, const Words& words);
     void display(form::Shape& control, Display& widget, const Words& words);
     /// The control only shows and hides the group; the layout sets the look and the texts.

@@ -31,6 +31,11 @@ QColor readableOn(const QColor& background) {
     return luminance(background) > kEven ? Qt::black : Qt::white;
 }
 
+QColor amberText(const QPalette& palette) {
+    const bool dark = readableOn(palette.color(QPalette::Active, QPalette::Window)) == QColor(Qt::white);
+    return dark ? screenColour(form::kAmber, palette) : QColor(0x9A, 0x5B, 0x00);
+}
+
 QColor mixed(const QColor& base, const QColor& other, double share) {
     const auto mix = [share](float a, float b) {
         return static_cast<float>(static_cast<double>(a) * (1 - share) + static_cast<double>(b) * share);

@@ -17,6 +17,8 @@ QColor screenColour(form::Colour colour, const QPalette& palette);
 
 /// Black or white, whichever can be read on this background.
 QColor readableOn(const QColor& background);
+/// Amber as a text on the window.
+QColor amberText(const QPalette& palette);
 /// `share` (0 to 1) of `other` in `base`.
 QColor mixed(const QColor& base, const QColor& other, double share);
 

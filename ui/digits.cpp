@@ -178,6 +178,15 @@ void Display::placeReceived(Digits& received, CaptionLabel& caption) {
     receivedCaption_->setParent(this);
 }
 
+void Display::placeMovement(CaptionLabel& target, CaptionLabel& toGo, QWidget& bar) {
+    target_ = &target;
+    toGo_ = &toGo;
+    bar_ = &bar;
+    for (QWidget* part : {static_cast<QWidget*>(target_), static_cast<QWidget*>(toGo_), bar_}) {
+        part->setParent(this);
+    }
+}
+
 void Display::resizeEvent(QResizeEvent* /*event*/) {
     arrange();
 }
@@ -192,7 +201,7 @@ bool Display::event(QEvent* event) {
 void Display::arrange() {
     if (!unit_ || size().isEmpty()) return;
     unit_->setFixedSize(unit_->sizeHint());
-    const int side = unit_->width() + 2 * kMargin;
+    const int side = std::max(unit_->width(), target_->sizeHint().width()) + 2 * kMargin;
     const bool receiving = received_ && received_->isVisibleTo(this);
     int baseline = 0;
     if (receiving) {
@@ -207,7 +216,21 @@ void Display::arrange() {
         placeNumber(*angle_, rect().adjusted(side, 0, -side, 0));
         baseline = placeNumber(*position_, rect().adjusted(side, 0, -side, 0));
     }
+    arrangeMovement();
     unit_->move(kMargin, baseline - (unit_->height() + unit_->fontMetrics().capHeight()) / 2);
+}
+
+/// Beside the position; in Satellite Rotor its place is taken.
+void Display::arrangeMovement() {
+    const int left = position_->geometry().right() + kMargin / 2;
+    const int middle = height() / 2;
+    const int line = target_->sizeHint().height();
+    const bool tuner = !(received_ && received_->isVisibleTo(this));
+    const int room = tuner ? width() - kMargin / 2 - left : 0;
+    target_->setGeometry(left, middle - line, room, tuner ? line : 0);
+    toGo_->setGeometry(left, middle, room, tuner ? line : 0);
+    constexpr int kBar = 3;
+    bar_->setGeometry(kMargin, height() - kMargin / 2 + 1, width() - 2 * kMargin, kBar);
 }
 
 /// Centres a number of full length in the area; returns where its digits stand.

@@ -42,6 +42,8 @@ class Display : public QWidget {
     void setFill(const QColor& colour);
     /// The numbers lie on top of each other, the unit before them.
     void place(Digits& position, Digits& angle, CaptionLabel& unit);
+    /// Right of the position: the target over the time to go; the bar below.
+    void placeMovement(CaptionLabel& target, CaptionLabel& toGo, QWidget& bar);
     /// Right of the angle while the angle is visible, under its caption.
     void placeReceived(Digits& received, CaptionLabel& caption);
 
@@ -55,12 +57,16 @@ class Display : public QWidget {
 
   private:
     void arrange();
+    void arrangeMovement();
     static int placeNumber(Digits& digits, const QRect& area);
 
     QColor fill_;
     Digits* position_ = nullptr;
     Digits* angle_ = nullptr;
     CaptionLabel* unit_ = nullptr;
+    CaptionLabel* target_ = nullptr;
+    CaptionLabel* toGo_ = nullptr;
+    QWidget* bar_ = nullptr;
     Digits* received_ = nullptr;
     CaptionLabel* receivedCaption_ = nullptr;
 };

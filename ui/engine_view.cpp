@@ -1,7 +1,9 @@
 #include "ui/engine_view.h"
 
+#include <QEvent>
 #include <QKeyEvent>
 #include <QShortcut>
+#include <QStackedLayout>
 
 namespace ui {
 
@@ -13,7 +15,37 @@ constexpr double kUnitSize = 1.5;
 constexpr double kStopSize = 2.0;
 constexpr double kJogSize = 1.7;
 constexpr const char* kSpace = "Space";
-constexpr const char* kOpenKey = "Enter";
+constexpr const char* kOpenKey = "Enter or F2";
+
+/// Shows a pencil beside a parameter while the pointer or the focus is on it. The label owns this object.
+class PencilOnHover : public QObject {
+  public:
+    PencilOnHover(QWidget& label, LineEdit& box) : QObject(&label), label_(label), box_(box) {
+        label.installEventFilter(this);
+        box.installEventFilter(this);
+    }
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        switch (event->type()) {
+        case QEvent::Enter:
+        case QEvent::FocusIn:
+            box_.setPencil(true);
+            break;
+        case QEvent::Leave:
+        case QEvent::FocusOut:
+            box_.setPencil(event->type() == QEvent::Leave && label_.hasFocus());
+            break;
+        default:
+            break;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+  private:
+    QWidget& label_;
+    LineEdit& box_;
+};
 
 } // namespace
 
@@ -28,6 +60,9 @@ EngineControls engineA(form::Form1& f) {
         .angle = f.lblAzimut,
         .received = f.lblAzRx,
         .unit = f.lblUnitA,
+        .target = f.lblTargetA,
+        .toGo = f.lblToGoA,
+        .bar = f.barA,
         .runBackward = f.cmdInd,
         .jogBackward = f.cmdIndMan,
         .stop = f.cmdAlt,
@@ -43,6 +78,7 @@ EngineControls engineA(form::Form1& f) {
         .slowSpeed = {f.lblBassaA, f.txtBassaVelA},
         .steps = {f.lblMemSteps, f.txtSteps},
         .units = {f.lblMMGiro, f.txtMMGiro},
+        .step = f.lblStepA,
         .entryNotice = f.entryNoticeA,
         .slowKey = "F4",
         .fastKey = "F5",
@@ -61,6 +97,9 @@ EngineControls engineB(form::Form1& f) {
         .angle = f.lblElev,
         .received = f.lblElRx,
         .unit = f.lblUnitB,
+        .target = f.lblTargetB,
+        .toGo = f.lblToGoB,
+        .bar = f.barB,
         .runBackward = f.cmdIndB,
         .jogBackward = f.cmdBIndMan,
         .stop = f.cmdAltB,
@@ -76,6 +115,7 @@ EngineControls engineB(form::Form1& f) {
         .slowSpeed = {f.lblBassaB, f.txtBassaVelB},
         .steps = {f.lblMemStepsB, f.txtStepsB},
         .units = {f.lblMMGiroB, f.txtMMGiroB},
+        .step = f.lblStepB,
         .entryNotice = f.entryNoticeB,
         .slowKey = "F8",
         .fastKey = "F9",
@@ -96,10 +136,12 @@ EngineView::EngineView(const EngineControls& engine, Adapters& adapters)
     body().addWidget(settings_);
     setCompact(false);
     for (form::Control* control : std::initializer_list<form::Control*>{
-             &engine_.name, &engine_.use, &engine_.display, &engine_.position, &engine_.angle,
-             &engine_.received, &engine_.unit, &engine_.runBackward, &engine_.jogBackward, &engine_.stop,
-             &engine_.jogForward, &engine_.runForward, &engine_.slow, &engine_.fast, &engine_.stepMode,
-             &engine_.reset, &engine_.jogChoice, &engine_.otherSpeed}) {
+             &engine_.name,        &engine_.use,       &engine_.display,    &engine_.position,
+             &engine_.angle,       &engine_.received,  &engine_.unit,       &engine_.runBackward,
+             &engine_.jogBackward, &engine_.stop,      &engine_.jogForward, &engine_.runForward,
+             &engine_.slow,        &engine_.fast,      &engine_.stepMode,   &engine_.reset,
+             &engine_.target,      &engine_.toGo,      &engine_.bar,        &engine_.step,
+             &engine_.entryNotice, &engine_.jogChoice, &engine_.otherSpeed}) {
         named_.push_back(control);
     }
     named_.insert(named_.end(), engine_.lamps.begin(), engine_.lamps.end());
@@ -169,6 +211,7 @@ void EngineView::layOutDisplay() {
         adapters_.label(engine_.unit, {"Unit of %1", "The unit of the position of %1."}, "mm:|dots:|deg:");
     unit->setFont(scaledFont(unit->font(), kUnitSize));
     display->place(*position, *angle, *unit);
+    layOutMovement(*display);
     Digits* received = adapters_.digits(
         engine_.received, {"Received %1", "%1 received from the tracking program, offset added."}, false);
     CaptionLabel* target = fixedText("Target", "What the tracking program sends, offset added.");
@@ -181,6 +224,17 @@ void EngineView::layOutDisplay() {
     };
     colours.redrawSoon();
     body().addWidget(display, 3);
+}
+
+void EngineView::layOutMovement(Display& display) {
+    CaptionLabel* target = adapters_.label(
+        engine_.target, {"Target of %1", "The direction in which %1 runs, and where it will stop."},
+        "▸ -998.76");
+    CaptionLabel* toGo = adapters_.label(
+        engine_.toGo, {"Time to go of %1", "How long %1 needs to its target, or that its range ends here."},
+        "999 min");
+    ThinBar* bar = adapters_.bar(engine_.bar, {"Way of %1", "How much of its way %1 has made."});
+    display.placeMovement(*target, *toGo, *bar);
 }
 
 void EngineView::layOutMotion() {
@@ -275,11 +329,7 @@ void EngineView::layOutSpeeds(QBoxLayout& place) {
     QHBoxLayout* others = row(engine_.mirrored);
     speeds->addLayout(others, 1);
     // Right above the entries, in room that is free anyway.
-    CaptionLabel* refused = adapters_.label(
-        engine_.entryNotice,
-        {"Refused entry of %1", "Why the last entry was not taken: the old value holds."}, "");
-    refused->setAlignment((engine_.mirrored ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
-    others->addWidget(refused, 1);
+    others->addWidget(notices(), 1);
     others->addWidget(adapters_.checkBox(
         engine_.stepMode,
         {"Half steps of %1", "Ticked, %1 makes half steps: finer, and half as fast.", kSpace},
@@ -289,6 +339,27 @@ void EngineView::layOutSpeeds(QBoxLayout& place) {
         {"Reset %1", "Declares the position of %1 to be 0 while it stands: no engine moves.", kSpace},
         "Reset 1|Reset Tn|Reset Ld|Reset Az|Reset El"));
     place.addLayout(speeds);
+}
+
+/// One place for two: what became of an entry, else what follows from the parameters.
+QWidget* EngineView::notices() {
+    CaptionLabel* step = adapters_.label(
+        engine_.step,
+        {"Steps of %1", "What follows from the parameters of %1: a step takes whole milliseconds."},
+        "0.05 mm a step, 100 to 200 steps/s");
+    CaptionLabel* entry =
+        adapters_.label(engine_.entryNotice, {"Entry of %1", "What became of the last entry."}, "");
+    step->setTone(CaptionLabel::Tone::Quiet);
+    for (CaptionLabel* label : {step, entry})
+        label->setAlignment((engine_.mirrored ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
+    auto* place = new QWidget;
+    auto* pile = new QStackedLayout(place);
+    pile->addWidget(step);
+    pile->addWidget(entry);
+    adapters_.of(engine_.entryNotice).onDrawn = [this, pile, step, entry] {
+        pile->setCurrentWidget(engine_.entryNotice.Caption.get().empty() ? step : entry);
+    };
+    return place;
 }
 
 void EngineView::layOutParameters(QBoxLayout& place) {
@@ -323,10 +394,11 @@ QLayout* EngineView::parameter(const EngineControls::Parameter& parameter, const
     Words boxWords = words;
     boxWords.name += ", entry";
     boxWords.tip += " Double-click to change it.";
-    boxWords.key = "Enter confirms";
+    boxWords.key = "Enter confirms, Esc restores";
     LineEdit* box = adapters_.textBox(parameter.box, boxWords, "00000");
     box->setQuiet(true);
     box->onOpen = [&parameter = parameter.label] { parameter.DblClick.fire(); };
+    new PencilOnHover(*label, *box);
     QHBoxLayout* pair = row();
     pair->setSpacing(0);
     pair->addWidget(label);

@@ -23,6 +23,9 @@ struct EngineControls {
     form::Label& angle;
     form::Label& received;
     form::Label& unit;
+    form::Label& target;
+    form::Label& toGo;
+    form::Bar& bar;
     form::Button& runBackward;
     form::Button& jogBackward;
     form::Button& stop;
@@ -35,6 +38,7 @@ struct EngineControls {
     form::Label& otherSpeed; // of the direction that Fast and Slow do not act on
     form::Button& reset;
     Parameter fastSpeed, slowSpeed, steps, units;
+    form::Label& step;        // what follows from the parameters
     form::Label& entryNotice; // why an entry was refused
     const char* slowKey;
     const char* fastKey;
@@ -62,9 +66,11 @@ class EngineView : public Card {
   private:
     void layOutHeader();
     void layOutDisplay();
+    void layOutMovement(Display& display);
     void layOutMotion();
     void layOutJogChoice();
     void layOutSpeeds(QBoxLayout& place);
+    QWidget* notices();
     void layOutParameters(QBoxLayout& place);
     QLayout* parameter(const EngineControls::Parameter& parameter, const Words& words,
                        const QString& captions);

@@ -65,10 +65,25 @@ bool isTyping(const QKeyEvent& event) {
            (altGr || !(event.modifiers() & command));
 }
 
+void drawPencil(QPainter& painter, const QRectF& room, const QPalette& palette) {
+    const QColor ink = quietText(palette);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(ink, 2.5, Qt::SolidLine, Qt::FlatCap));
+    painter.drawLine(room.topRight() + QPointF(-1, 1), room.bottomLeft() + QPointF(3, -3));
+    painter.setPen(QPen(ink, 1));
+    painter.drawLine(room.bottomLeft() + QPointF(3, -3), room.bottomLeft() + QPointF(0.5, -0.5));
+}
+
 } // namespace
 
 LineEdit::LineEdit(QWidget* parent) : QLineEdit(parent) {
     setAcceptDrops(false);
+}
+
+void LineEdit::setPencil(bool pencil) {
+    if (pencil_ == pencil) return;
+    pencil_ = pencil;
+    update();
 }
 
 void LineEdit::setBackground(std::optional<QColor> background) {
@@ -196,6 +211,7 @@ void LineEdit::paintEvent(QPaintEvent* event) {
     const QRect room = rect().adjusted(kPadding / 2, 0, -1, 0);
     painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                      fontMetrics().elidedText(text(), Qt::ElideRight, room.width()));
+    if (pencil_) drawPencil(painter, QRectF(width() - kPadding - 2, height() / 2.0 - 5, 10, 10), palette());
 }
 
 } // namespace ui

@@ -23,6 +23,8 @@ class LineEdit : public QLineEdit {
 
     /// Text that is not being edited is shown without a frame.
     void setQuiet(bool quiet) { quiet_ = quiet; }
+    /// While it is quiet: a pencil shows that it can be edited.
+    void setPencil(bool pencil);
     void setBackground(std::optional<QColor> background);
     void reserve(const QString& samples);
     QSize sizeHint() const override;
@@ -44,6 +46,7 @@ class LineEdit : public QLineEdit {
     bool quietNow() const { return quiet_ && !isEnabled(); }
 
     bool quiet_ = false;
+    bool pencil_ = false;
     QString samples_;
 };
 

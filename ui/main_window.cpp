@@ -161,8 +161,8 @@ void MainWindow::orderFocus() {
     for (int n = 1; n <= form::Form1::kMemories; ++n) {
         then({&form_.Option[n], &form_.lblMem[n]});
     }
-    then({&form_.cmdAutoMemConn, &form_.chkAutoMemOnOff, &form_.chkBandMode, &form_.chkExact, &form_.chkHRM,
-          &form_.chkFastMemory, &form_.HScrMemSpeedCh});
+    then({&form_.cmdAutoMemConn, &form_.cmdGoOn, &form_.chkAutoMemOnOff, &form_.chkBandMode, &form_.chkExact,
+          &form_.chkHRM, &form_.chkFastMemory, &form_.HScrMemSpeedCh});
     then({&form_.cmdConnect, &form_.chkOpenCom, &form_.chkRotOnOff, &form_.cmdPark, &form_.txtPointAz,
           &form_.txtPointEl, &form_.cmdPoint, &form_.cmdCalibrate, &form_.cmdUndoCalibrate, &form_.HScOffsetA,
           &form_.HScOffsetB, &form_.HScroll2, &form_.HScroll4, &form_.HScroll6, &form_.HScroll5,

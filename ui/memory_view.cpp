@@ -1,7 +1,10 @@
 #include "ui/memory_view.h"
 
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QPainter>
 #include <QShortcut>
+#include <QToolButton>
 
 namespace ui {
 
@@ -10,6 +13,7 @@ namespace {
 constexpr double kLabelSize = 1.15;
 constexpr const char* kPositionSamples = "-000.00|Elevation|Engine 2|MMMMMMMM";
 constexpr double kCorner = 6;
+constexpr int kFinger = 32; // logical pixels that a finger hits
 
 CaptionLabel* positionText(const QString& text) {
     CaptionLabel* label = fixedText(text);
@@ -18,14 +22,15 @@ CaptionLabel* positionText(const QString& text) {
     return label;
 }
 
-QHBoxLayout* columns(QWidget* first, QWidget* number, QWidget* label, QWidget* a, QWidget* b) {
+QHBoxLayout* columns(QWidget* first, QWidget* number, QWidget* label, QWidget* a, QWidget* b, QWidget* menu) {
     QHBoxLayout* layout = row();
-    layout->setContentsMargins(kGrid / 2, 0, kGrid, 0);
+    layout->setContentsMargins(kGrid / 2, 0, 0, 0);
     layout->addWidget(first);
     layout->addWidget(number);
     layout->addWidget(label, 1);
     layout->addWidget(a);
     layout->addWidget(b);
+    layout->addWidget(menu);
     return layout;
 }
 
@@ -37,11 +42,14 @@ class MemoryView::Row : public QWidget {
     Row(int number, form::Form1& form, Adapters& adapters);
 
     OptionDot* dot() const { return dot_; }
+    QSize sizeHint() const override { return QWidget::sizeHint().expandedTo({0, kFinger}); }
 
   protected:
+    void contextMenuEvent(QContextMenuEvent* event) override { openMenu(event->globalPos()); }
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    void openMenu(const QPoint& place);
     void showPositions();
 
     int n_;
@@ -73,7 +81,20 @@ MemoryView::Row::Row(int number, form::Form1& form, Adapters& adapters) : n_(num
     positionB_ = positionText({});
     positionA_->setObjectName("strMemPosA" + n);
     positionB_->setObjectName("strMemPosB" + n);
-    setLayout(columns(dot_, number_, label, positionA_, positionB_));
+    dot_->setMinimumWidth(kFinger);
+    dot_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    auto* menu = new QToolButton;
+    menu->setObjectName("memoryMenu" + n);
+    menu->setText(QStringLiteral("⋮"));
+    menu->setAutoRaise(true);
+    menu->setFocusPolicy(Qt::NoFocus); // the menu key opens the same menu
+    menu->setAccessibleName("Menu of memory " + n);
+    menu->setToolTip("Recall, store, rename or clear memory " + n + ".");
+    menu->setFixedWidth(kFinger);
+    menu->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Ignored);
+    QObject::connect(menu, &QToolButton::clicked, menu,
+                     [this, menu] { openMenu(menu->mapToGlobal(menu->rect().bottomLeft())); });
+    setLayout(columns(dot_, number_, label, positionA_, positionB_, menu));
     // Whenever a memory changes, so does the tool tip of its option.
     adapters.of(form.Option[number]).onDrawn = [this] { showPositions(); };
 }
@@ -87,7 +108,25 @@ void MemoryView::Row::showPositions() {
     const QString tip = plainTip(shown(form_.Option[n_].ToolTip));
     positionA_->setToolTip(tip);
     positionB_->setToolTip(tip);
+    if (!form_.Option[n_].Enabled)
+        dot_->setToolTip("Empty. Double-click the number to store both positions here.");
     update();
+}
+
+void MemoryView::Row::openMenu(const QPoint& place) {
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const bool stored = form_.Option[n_].Enabled;
+    const auto entry = [&](const char* text, bool enabled, auto act) {
+        QAction* action = menu->addAction(text);
+        action->setEnabled(enabled);
+        connect(action, &QAction::triggered, this, act);
+    };
+    entry("&Recall", stored, [this] { form_.Option[n_].userClick(); });
+    entry("&Store here…", true, [this] { form_.lblMem[n_].DblClick.fire(); });
+    entry("Re&name…", stored, [this] { form_.guard([this] { form_.onRenameMemory(n_); }); });
+    entry("&Clear", stored, [this] { form_.guard([this] { form_.onClearMemory(n_); }); });
+    menu->popup(place);
 }
 
 void MemoryView::Row::paintEvent(QPaintEvent* /*event*/) {
@@ -113,7 +152,7 @@ MemoryView::MemoryView(form::Form1& form, Adapters& adapters)
     auto* heading = new QWidget;
     CaptionLabel* title = groupTitle(accessibleName(), toolTip());
     QHBoxLayout* headings = row();
-    headings->setContentsMargins(0, 0, kGrid, 0);
+    headings->setContentsMargins(0, 0, kFinger + kGrid, 0);
     headings->addWidget(title, 1);
     headings->addWidget(engineA_);
     headings->addWidget(engineB_);

@@ -40,6 +40,12 @@ void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
     entry(file, form.mnuUscita, "Switches the outputs off, saves and ends the program.",
           Qt::CTRL | Qt::Key_Q);
 
+    QMenu* edit = addMenu(window, "&Edit", "mnuEdit");
+    entry(edit, form.mnuUndo,
+          "Takes back the last change of a position, a memory, the function or the configuration.",
+          Qt::CTRL | Qt::Key_Z);
+    entry(edit, form.mnuRedo, "Makes it again.", Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
+
     QMenu* function = addMenu(window, "Fu&nction", "mnuFunction");
     auto* functions = new QActionGroup(&window);
     functions->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);

@@ -18,7 +18,14 @@ OutputsView::OutputsView(form::Form1& form, Adapters& adapters)
     auto* shortcut = new QShortcut(QKeySequence(Qt::Key_F12), off);
     shortcut->setAutoRepeat(false);
     QObject::connect(shortcut, &QShortcut::activated, off, &QPushButton::click);
+    line->addWidget(adapters.lamp(
+        form.shpCoils, {"Coils", "Glows while a coil of either engine is energised: the motor gets warm."}));
+    off->guardSpace();
     line->addWidget(off);
+    CaptionLabel* offIn = adapters.label(
+        form.lblOffIn, {"Outputs off in", "The time until the outputs go off."}, "off in 32 s");
+    offIn->setTone(CaptionLabel::Tone::Quiet);
+    line->addWidget(offIn);
     line->addWidget(divider());
 
     line->addWidget(adapters.checkBox(
@@ -62,12 +69,9 @@ void OutputsView::layOutRamp(form::Form1& form, Adapters& adapters) {
     CaptionLabel* value = adapters.label(form.lblAccCurve, {"Ramp, value", tip}, "000");
     value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     line->addWidget(value);
-    CaptionLabel* runs = adapters.label(
-        form.lblRuns,
-        {"Speeds that run", "The slow and fast speeds as they really run: a step takes whole milliseconds."},
-        "2.00 s; 1000 to 1000 and 1000 to 1000 steps/s");
+    CaptionLabel* runs = adapters.label(form.lblRuns, {"Time of the ramp", tip}, "No ramp");
     runs->setTone(CaptionLabel::Tone::Quiet);
-    line->addWidget(runs, 2);
+    line->addWidget(runs);
     body().addLayout(line);
 }
 

@@ -84,6 +84,7 @@ void PushButton::paintEvent(QPaintEvent* /*event*/) {
 }
 
 void PushButton::mousePressEvent(QMouseEvent* event) {
+    focusedByCode_ = false;
     QPushButton::mousePressEvent(event);
     if (event->button() == Qt::LeftButton) hold();
 }
@@ -94,6 +95,10 @@ void PushButton::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void PushButton::keyPressEvent(QKeyEvent* event) {
+    if (guardsSpace_ && focusedByCode_ && event->key() == Qt::Key_Space) {
+        event->ignore();
+        return;
+    }
     QPushButton::keyPressEvent(event);
     if (event->key() == Qt::Key_Space && !event->isAutoRepeat()) hold();
 }
@@ -101,6 +106,14 @@ void PushButton::keyPressEvent(QKeyEvent* event) {
 void PushButton::keyReleaseEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Space && !event->isAutoRepeat()) letGo();
     QPushButton::keyReleaseEvent(event);
+}
+
+void PushButton::focusInEvent(QFocusEvent* event) {
+    // Another window's focus comes and goes for other reasons: they change nothing.
+    const Qt::FocusReason reason = event->reason();
+    if (reason == Qt::OtherFocusReason) focusedByCode_ = true;
+    if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason) focusedByCode_ = false;
+    QPushButton::focusInEvent(event);
 }
 
 void PushButton::focusOutEvent(QFocusEvent* event) {

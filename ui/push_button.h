@@ -18,6 +18,8 @@ class PushButton : public QPushButton {
     /// The real release will not come: report a release now.
     void lose();
 
+    /// Space does nothing after code has given the button the focus, until the user tabs to it or clicks it.
+    void guardSpace() { guardsSpace_ = true; }
     /// The button's own background; without a colour it follows the palette.
     void setBackground(std::optional<QColor> background);
     void reserve(const QString& samples) { samples_ = samples; }
@@ -30,6 +32,7 @@ class PushButton : public QPushButton {
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -41,6 +44,7 @@ class PushButton : public QPushButton {
 
     Kind kind_;
     bool held_ = false;
+    bool guardsSpace_ = false, focusedByCode_ = false;
     QString samples_;
     std::optional<QColor> background_;
 };

@@ -40,6 +40,7 @@ RadioView::RadioView(form::Form1& form, Adapters& adapters)
     heading->addWidget(bandChanged);
     body().addLayout(heading);
     layOutFrequency(form, adapters);
+    layOutFit(form, adapters);
     layOutRecall(form, adapters);
 }
 
@@ -71,11 +72,34 @@ void RadioView::layOutFrequency(form::Form1& form, Adapters& adapters) {
     QObject::connect(shortcut, &QShortcut::activated, connect, &QPushButton::click);
 
     QHBoxLayout* line = row();
+    CaptionLabel* note = adapters.label(
+        form.lblFreqNote, {"Unit and band", "Unit and band of the frequency, and its age if it is old."},
+        "MHz, 160 m, 99 s ago");
+    note->setTone(CaptionLabel::Tone::Quiet);
     line->addWidget(frequencies);
+    line->addWidget(note);
     line->addStretch(1);
     line->addWidget(connect);
     line->addWidget(state);
     body().addLayout(line, 2);
+}
+
+void RadioView::layOutFit(form::Form1& form, Adapters& adapters) {
+    CaptionLabel* fit = adapters.label(
+        form.lblFit,
+        {"Whether the antenna fits", "Whether the antenna fits the frequency, and what it waits for."},
+        "Memory 10, 14.020, fits, not recalled|not connected to N1MM Logger: F10");
+    fit->setFont(scaledFont(fit->font(), kStateSize, QFont::DemiBold));
+    PushButton* goOn =
+        adapters.button(form.cmdGoOn, {"Go on", "Goes on with the recall that was stopped.", "Space"});
+    goOn->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    QSizePolicy keepsPlace = goOn->sizePolicy();
+    keepsPlace.setRetainSizeWhenHidden(true);
+    goOn->setSizePolicy(keepsPlace);
+    QHBoxLayout* line = row();
+    line->addWidget(fit, 1);
+    line->addWidget(goOn);
+    body().addLayout(line);
 }
 
 void RadioView::layOutRecall(form::Form1& form, Adapters& adapters) {

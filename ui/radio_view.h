@@ -13,6 +13,7 @@ class RadioView : public Card {
 
   private:
     void layOutFrequency(form::Form1& form, Adapters& adapters);
+    void layOutFit(form::Form1& form, Adapters& adapters);
     void layOutRecall(form::Form1& form, Adapters& adapters);
 };
 

@@ -15,6 +15,17 @@ class LampAdapter : public WidgetAdapter {
     Lamp& widget_;
 };
 
+class BarAdapter : public WidgetAdapter {
+  public:
+    BarAdapter(form::Bar& bar, ThinBar& widget, const Words& words, Redraw& redraw)
+        : WidgetAdapter(bar, widget, words, redraw), bar_(bar), widget_(widget) {}
+
+  private:
+    void drawOwn() override { widget_.setShare(bar_.Value / 100.0); }
+    form::Bar& bar_;
+    ThinBar& widget_;
+};
+
 class DisplayAdapter : public WidgetAdapter {
   public:
     DisplayAdapter(form::Shape& shape, Display& widget, const Words& words, Redraw& redraw)
@@ -59,6 +70,12 @@ class StatusBarAdapter : public WidgetAdapter {
 Lamp* Adapters::lamp(form::Shape& control, const Words& words) {
     auto* widget = new Lamp;
     add<LampAdapter>(control, control, *widget, words);
+    return widget;
+}
+
+ThinBar* Adapters::bar(form::Bar& control, const Words& words) {
+    auto* widget = new ThinBar;
+    add<BarAdapter>(control, control, *widget, words);
     return widget;
 }
 

@@ -15,7 +15,9 @@ class LabelAdapter : public WidgetAdapter {
     void drawOwn() override {
         const QString text = shown(label_.Caption);
         if (widget_.text() != text) widget_.setText(text);
-        widget_.setColours(ownColour(label_.ForeColor), ownColour(label_.BackColor));
+        const bool amber = label_.ForeColor == form::kAmber;
+        widget_.setColours(amber ? amberText(widget_.palette()) : ownColour(label_.ForeColor),
+                           ownColour(label_.BackColor));
     }
     form::Label& label_;
     CaptionLabel& widget_;

@@ -4,6 +4,7 @@
 #include <QColorDialog>
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTextDocument>
 #include <iostream>
@@ -43,8 +44,13 @@ struct Filter {
     QString name, pattern;
 };
 
-void prepare(QFileDialog& dialog, const Filter& filter) {
+void prepare(QFileDialog& dialog, const Filter& filter, const std::string& proposed) {
     dialog.setNameFilter(filter.name);
+    if (!proposed.empty()) {
+        const QFileInfo place(QFile::decodeName(QByteArray::fromStdString(proposed)));
+        dialog.setDirectory(place.isDir() ? place.filePath() : place.path());
+        if (!place.isDir()) dialog.selectFile(place.fileName());
+    }
     if (withoutScreen()) dialog.setOption(QFileDialog::DontUseNativeDialog);
 }
 
@@ -80,35 +86,37 @@ bool Dialogs::message(const std::string& text, const std::string& title, platfor
 }
 
 std::optional<std::string> Dialogs::input(const std::string& prompt, const std::string& title,
-                                          const std::string& proposed) {
+                                          const std::string& proposed, std::size_t longest) {
     if (displayGone_) return std::nullopt;
     QInputDialog dialog(windowInFront());
     dialog.setWindowTitle(QString::fromStdString(title));
     const QString text = QString::fromStdString(prompt);
     dialog.setLabelText(Qt::mightBeRichText(text) ? text.toHtmlEscaped() : text);
     dialog.setTextValue(QString::fromStdString(proposed));
+    auto* line = dialog.findChild<QLineEdit*>();
+    if (line && longest > 0) line->setMaxLength(static_cast<int>(longest));
     // Wide enough for its title.
     dialog.resize(dialog.fontMetrics().averageCharWidth() * 56, dialog.sizeHint().height());
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     return dialog.textValue().toStdString();
 }
 
-std::optional<std::string> Dialogs::openFile(const std::string& filter) {
+std::optional<std::string> Dialogs::openFile(const std::string& filter, const std::string& proposed) {
     if (displayGone_) return std::nullopt;
     QFileDialog dialog(windowInFront());
-    prepare(dialog, Filter(filter));
+    prepare(dialog, Filter(filter), proposed);
     dialog.setFileMode(QFileDialog::ExistingFile);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
     return nativePath(dialog.selectedFiles().constFirst());
 }
 
-std::optional<std::string> Dialogs::saveFile(const std::string& filter) {
+std::optional<std::string> Dialogs::saveFile(const std::string& filter, const std::string& proposed) {
     if (displayGone_) return std::nullopt;
     const Filter wanted(filter);
     QFileDialog dialog(windowInFront());
-    prepare(dialog, wanted);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
+    prepare(dialog, wanted, proposed);
     // The question comes below, for the final file name.
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {

@@ -22,17 +22,20 @@ bool Dialogs::message(const std::string& text, const std::string& title, platfor
 }
 
 std::optional<std::string> Dialogs::input(const std::string& prompt, const std::string& title,
-                                          const std::string& proposed) {
+                                          const std::string& proposed, std::size_t longest) {
+    lastLongest = longest;
     lastInput = {prompt, title};
     lastProposed = proposed;
     return take(textAnswers);
 }
 
-std::optional<std::string> Dialogs::openFile(const std::string& /*filter*/) {
+std::optional<std::string> Dialogs::openFile(const std::string& /*filter*/, const std::string& proposed) {
+    lastPlace = proposed;
     return take(fileAnswers);
 }
 
-std::optional<std::string> Dialogs::saveFile(const std::string& /*filter*/) {
+std::optional<std::string> Dialogs::saveFile(const std::string& /*filter*/, const std::string& proposed) {
+    lastPlace = proposed;
     return take(fileAnswers);
 }
 

@@ -23,9 +23,9 @@ class Dialogs : public platform::Dialogs {
     bool message(const std::string& text, const std::string& title, platform::Icon icon,
                  platform::Buttons buttons) override;
     std::optional<std::string> input(const std::string& prompt, const std::string& title,
-                                     const std::string& proposed) override;
-    std::optional<std::string> openFile(const std::string& filter) override;
-    std::optional<std::string> saveFile(const std::string& filter) override;
+                                     const std::string& proposed, std::size_t longest) override;
+    std::optional<std::string> openFile(const std::string& filter, const std::string& proposed) override;
+    std::optional<std::string> saveFile(const std::string& filter, const std::string& proposed) override;
     std::optional<std::uint32_t> chooseColour(std::uint32_t initial, const std::string& title) override;
 
     /// Answers for the boxes to come, of each kind in order.
@@ -40,6 +40,9 @@ class Dialogs : public platform::Dialogs {
     /// What the last input box asked, and proposed.
     Message lastInput;
     std::string lastProposed;
+    std::size_t lastLongest = 0;
+    /// The place that the last file box proposed.
+    std::string lastPlace;
 
   private:
     std::vector<Message> messages_;

@@ -224,7 +224,7 @@ TEST(PlatformDialogs, MessagesAreAnsweredAndNeverMarkup) {
 TEST(PlatformDialogs, AnInputReplacesTheProposedText) {
     qt_ports::Dialogs dialogs;
     std::optional<std::string> answer;
-    const auto ask = [&] { answer = dialogs.input("Insert a label", "Memory label", "7.050"); };
+    const auto ask = [&] { answer = dialogs.input("Insert a label", "Memory label", "7.050", 10); };
     withDialog(ask, [](QWidget& dialog) {
         EXPECT_EQ(dynamic_cast<QInputDialog&>(dialog).textValue(), "7.050");
         QTest::keyClicks(QApplication::focusWidget(), "40 m");
@@ -241,7 +241,7 @@ TEST(PlatformDialogs, ASavedFileGetsItsExtensionAndReplacesNoneUnasked) {
     ASSERT_TRUE(existing.open(QIODevice::WriteOnly));
     qt_ports::Dialogs dialogs;
     std::optional<std::string> answer;
-    const auto save = [&] { answer = dialogs.saveFile("Config File (*.cfg)|*.cfg"); };
+    const auto save = [&] { answer = dialogs.saveFile("Config File (*.cfg)|*.cfg", ""); };
     const auto choose = [&](QWidget& dialog, const char* name) {
         auto& files = dynamic_cast<QFileDialog&>(dialog);
         EXPECT_EQ(files.nameFilters(), QStringList{"Config File (*.cfg)"});

@@ -1,0 +1,94 @@
+#include "engine/movement.h"
+
+#include "runtime/number.h"
+#include "runtime/text.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace engine {
+
+namespace {
+
+constexpr const char* kUp = "▸";
+constexpr const char* kDown = "◂";
+
+/// With four digits that count.
+std::string shortText(double value) {
+    if (value <= 0) return "0";
+    const double scale = std::pow(10, 3 - std::floor(std::log10(value)));
+    return runtime::shortestText(std::round(value * scale) / scale);
+}
+
+std::string speedText(form::Int16 period) {
+    constexpr double kMillisecondsPerSecond = 1000;
+    return std::to_string(std::lround(kMillisecondsPerSecond / period.value()));
+}
+
+} // namespace
+
+std::string timeText(double seconds) {
+    constexpr double kMinute = 60;
+    constexpr double kRounding = 1e-3;
+    const double whole = std::ceil(seconds - kRounding);
+    if (whole < 2 * kMinute) return std::to_string(std::lround(whole)) + " s";
+    return std::to_string(std::lround(std::ceil(seconds / kMinute))) + " min";
+}
+
+StepText stepText(const Side& side) {
+    const bool slow = side.intTickBassa > 0;
+    const bool fast = side.intTickAlta > 0;
+    std::string zero;
+    if (!slow && !fast)
+        zero = side.slow.label.Caption.get() + " and " + side.fast.label.Caption.get() + " are";
+    if (side.sngMMGiro == 0) zero = side.units.label.Caption.get() + " is";
+    if (side.intSteps == 0) zero = side.steps.label.Caption.get() + " is";
+    if (!zero.empty()) return {zero + " 0: it cannot run", false};
+    std::string speeds = speedText(slow ? side.intTickBassa : side.intTickAlta);
+    if (slow && fast && side.intTickBassa != side.intTickAlta) speeds += " to " + speedText(side.intTickAlta);
+    return {shortText(stepDistance(side)) + " " + side.unit() + " a step, " + speeds + " steps/s", true};
+}
+
+Movement::Movement(form::Form1& form, Motion& motion, const Approach& approach)
+    : form_(form), approach_(approach), sides_(form) {
+    motion.onEndOfRange = [this](const Side& side) {
+        if (form_.intFunzione != form::kSatelliteRotor) {
+            engines_.at(static_cast<std::size_t>(side.motor - 1)).end = side.sngPos;
+        } else if (side.bolManual) {
+            form_.notice.tell(side.lblEngine.Caption.get() + " is at the end of its range");
+        }
+    };
+}
+
+void Movement::show() {
+    form_.lblRuns.Caption = rampText(form_);
+    for (const Side* side : {&sides_.a, &sides_.b}) {
+        show(*side);
+        const StepText step = stepText(*side);
+        side->lblStep.Caption = step.text;
+        side->lblStep.ForeColor = step.ok ? form::kWindowText : form::kAmber;
+    }
+}
+
+void Movement::show(const Side& side) {
+    Engine& engine = engines_.at(static_cast<std::size_t>(side.motor - 1));
+    const bool runs = side.running() && form_.intFunzione != form::kSatelliteRotor;
+    if (runs || engine.end != side.sngPos) engine.end.reset();
+    const auto way = runs ? approach_.way(side) : std::nullopt;
+    side.bar.Visible = way.has_value();
+    std::string target, toGo = engine.end ? "end of range" : "";
+    if (runs) target = side.ascends(side.forward.Enabled ? form::kForward : form::kBackward) ? kUp : kDown;
+    if (way) {
+        if (engine.target != way->target) engine.whole = way->distance;
+        target += " " + runtime::formatShown(way->target);
+        toGo = timeText(std::chrono::duration<double>(way->time).count());
+        constexpr double kAll = 100;
+        const double left = engine.whole > 0 ? std::min(1.0, way->distance / engine.whole) : 0;
+        side.bar.Value = static_cast<int>(std::lround(kAll * (1 - left)));
+    }
+    engine.target = way ? std::optional(way->target) : std::nullopt;
+    side.lblTarget.Caption = target;
+    side.lblToGo.Caption = toGo;
+}
+
+} // namespace engine

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QWidget>
+
+namespace ui {
+
+/// A thin line that grows to the right.
+class ThinBar : public QWidget {
+  public:
+    /// 0 to 1.
+    void setShare(double share);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    double share_ = 0;
+};
+
+} // namespace ui
