@@ -9,12 +9,6 @@ namespace app {
 
 namespace {
 
-std::string unitOf(const form::Label& label) {
-    std::string unit = label.Caption;
-    if (unit.ends_with(':')) unit.pop_back();
-    return unit;
-}
-
 constexpr double kHertzPerMegahertz = 1e6;
 
 } // namespace
@@ -23,9 +17,8 @@ void Assistant::look() {
     dialog_.lblOutputs.Caption = "Outputs: " + main_.StatusBar1.Panels(form::kPanelOutputs).get();
     for (Engine* engine : {&a_, &b_}) {
         const engine::Side& side = engine->side;
-        const form::Label& unit = engine == &a_ ? main_.lblUnitA : main_.lblUnitB;
         engine->shown.lblPosition.Caption =
-            runtime::formatShown(isRotor() ? side.sngPosRotor : side.sngPos) + " " + unitOf(unit);
+            runtime::formatShown(isRotor() ? side.sngPosRotor : side.sngPos) + " " + side.unit();
     }
     const int n = memory();
     const bool stored = !main_.strMemPosA(n).empty();

@@ -12,12 +12,6 @@ namespace memory {
 
 namespace {
 
-std::string unitOf(const form::Label& label) {
-    std::string unit = label.Caption;
-    if (unit.ends_with(':')) unit.pop_back();
-    return unit;
-}
-
 void keepNumber(int& character) {
     const bool digit = character >= '0' && character <= '9';
     const bool sign = character == '-' || character == '.' || character == ',';
@@ -36,8 +30,8 @@ void GoTo::mnuGoTo_Click() {
     dialog.onError = form_.onError;
     dialog.lblGoToA.Caption = form_.lblEngineA.Caption;
     dialog.lblGoToB.Caption = form_.lblEngineB.Caption;
-    dialog.lblGoToUnitA.Caption = unitOf(form_.lblUnitA);
-    dialog.lblGoToUnitB.Caption = unitOf(form_.lblUnitB);
+    dialog.lblGoToUnitA.Caption = sides_.a.unit();
+    dialog.lblGoToUnitB.Caption = sides_.b.unit();
     for (form::TextBox* box : {&dialog.txtGoToA, &dialog.txtGoToB}) {
         box->MaxLength = 7;
         box->KeyPress.attach(keepNumber);

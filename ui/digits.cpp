@@ -238,7 +238,7 @@ int Display::placeNumber(Digits& digits, const QRect& area) {
     const QSize room(area.width(), area.height() - kMargin);
     const QFontMetricsF metrics(digitFont(digits.font(), Digits::fontHeight(digits.font(), room)));
     const int full = static_cast<int>(digitWidth(metrics) * (kCells - 1 + kPointShare)) + kMargin;
-    digits.setFixedSize(std::min(area.width(), full), room.height());
+    digits.setFixedSize(std::clamp(area.width(), 0, full), std::max(0, room.height()));
     digits.move(area.center() - digits.rect().center());
     return area.center().y() + static_cast<int>(metrics.capHeight()) / 2;
 }

@@ -281,13 +281,13 @@ void EngineView::layOutJogChoice() {
         "<< slow|>> fast");
     other->setTone(CaptionLabel::Tone::Quiet);
     other->setAlignment(Qt::AlignCenter);
-    auto* column = new QVBoxLayout(jogChoice_);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(kGrid / 2);
-    column->addStretch(1);
-    column->addWidget(choice);
-    column->addWidget(other);
-    column->addStretch(1);
+    jogLine_ = new QVBoxLayout(jogChoice_);
+    jogLine_->setContentsMargins(0, 0, 0, 0);
+    jogLine_->setSpacing(kGrid / 2);
+    jogLine_->addStretch(1);
+    jogLine_->addWidget(choice);
+    jogLine_->addWidget(other);
+    jogLine_->addStretch(1);
 }
 
 bool EngineView::eventFilter(QObject* watched, QEvent* event) {
@@ -301,6 +301,10 @@ bool EngineView::eventFilter(QObject* watched, QEvent* event) {
 
 void EngineView::setCompact(bool compact) {
     fold(*settings_, compact);
+    const int side = compact ? kGrid : 2 * kGrid, edge = kGrid + kGrid / 2;
+    body().setContentsMargins(side, edge, side, edge);
+    motion_->setSpacing(compact ? kGrid / 2 : kGrid);
+    jogLine_->setDirection(compact ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
     // Beside the jog buttons if there is room, else beside the speeds; outside in either case.
     QBoxLayout* place = compact ? speeds_ : motion_;
     place->insertWidget(engine_.mirrored && !compact ? 0 : -1, jogChoice_);

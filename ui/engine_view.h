@@ -82,6 +82,7 @@ class EngineView : public Card {
     QWidget* settings_;
     QWidget* jogChoice_;
     PushButton* stop_ = nullptr;
+    QBoxLayout* jogLine_ = nullptr;
     QBoxLayout *motion_ = nullptr, *speeds_ = nullptr; // the places of jogChoice_
     std::vector<form::Control*> named_;
 };

@@ -81,6 +81,11 @@ void MainLayout::arrange() {
     cards_.invitation->setVisible(inviting_);
     zones_->setVisible(!inviting_);
     top_->setVisible(compact_ && !inviting_);
+    // The sizes that layouts and their items remember are those of the other arrangement.
+    for (QWidget* widget : findChildren<QWidget*>())
+        widget->updateGeometry();
+    for (QLayout* layout : findChildren<QLayout*>())
+        layout->invalidate();
     // Moving a widget has taken the focus from it.
     if (focus) focus->setFocus();
 }

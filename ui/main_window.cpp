@@ -168,7 +168,7 @@ void MainWindow::orderFocus() {
           &form_.HScOffsetB, &form_.HScroll2, &form_.HScroll4, &form_.HScroll6, &form_.HScroll5,
           &form_.HScroll3});
     then({&form_.cmdOff, &form_.chkAutoCmdOff, &form_.hScrCmdOff, &form_.chkUsbOn, &form_.HScroll1});
-    findChild<QWidget*>(shown(form_.cmdAlt.name()))->setFocus();
+    if (!form_.framInvite.Visible) findChild<QWidget*>(shown(form_.cmdAlt.name()))->setFocus();
 }
 
 void MainWindow::stopBoth() {

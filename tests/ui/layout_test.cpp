@@ -238,6 +238,19 @@ TEST_F(Reach, EveryControlIsNamedAndExplained) {
     }
 }
 
+TEST_F(Reach, WhateverTakesTheFocusIsNamed) {
+    for (const QSize& size : {QSize(1280, 720), QSize(800, 480)}) {
+        window().resize(size);
+        for (int function : {form::kCoilTuner, form::kSatelliteRotor}) {
+            chooseFunction(function);
+            for (const QWidget* widget : window().findChildren<QWidget*>()) {
+                const bool reached = widget->isVisible() && widget->focusPolicy() != Qt::NoFocus;
+                EXPECT_FALSE(reached && widget->accessibleName().isEmpty()) << nameOf(*widget);
+            }
+        }
+    }
+}
+
 TEST_F(Reach, TabVisitsEveryControlThatTakesTheFocus) {
     for (int function : {form::kCoilTuner, form::kSatelliteRotor}) {
         chooseFunction(function);
