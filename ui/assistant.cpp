@@ -42,6 +42,7 @@ class Pages : public QObject {
   private:
     void turnTo(QWidget* page) {
         pile_->setCurrentWidget(page);
+        page->setGeometry(place_->rect());
         for (const auto& [engine, name] : names_)
             name->setText(shown(engine->lblName.Caption));
         for (QWidget* widget : page->findChildren<QWidget*>()) {
@@ -64,7 +65,9 @@ class Pages : public QObject {
     }
     PushButton* button(form::Button& control, const QString& name, const QString& tip,
                        const QString& key = "Space", const QString& samples = {}) {
-        return adapters_.button(control, {name, tip, key}, samples);
+        PushButton* made = adapters_.button(control, {name, tip, key}, samples);
+        made->setAutoDefault(false); // Enter goes on to the next page
+        return made;
     }
     LineEdit* entry(form::TextBox& control, const QString& name, const QString& tip) {
         return adapters_.textBox(control, {name, tip, "Tab"}, "0000000");
@@ -183,33 +186,29 @@ QWidget* Pages::motor() {
     auto* page = new QWidget;
     column(page)->addLayout(forBoth([this](QVBoxLayout& body, form::AssistantEngine& engine,
                                            const QString& of) {
-        QHBoxLayout* turn = row();
-        turn->addWidget(fixedText("steps/r"));
-        turn->addWidget(entry(engine.txtStepsR, "Steps per revolution" + of,
-                              "Full steps of one revolution: 200 for a motor of 1.8 degrees."));
-        turn->addStretch(1);
-        turn->addWidget(
-            adapters_.checkBox(engine.chkHalf, {"Half steps" + of, "Finer, and half as fast.", "Space"}));
-        body.addLayout(turn);
-        QHBoxLayout* units = row();
-        units->addWidget(label(engine.lblUnitsR, "Unit per revolution" + of, "dots/r|units/r"));
-        units->addWidget(entry(engine.txtUnitsR, "Units per revolution" + of,
-                               "How far one revolution moves, in units of the position."));
-        units->addStretch(1);
-        units->addWidget(button(engine.cmdOnce, "Turn once" + of, "Turns the motor by one revolution."));
-        body.addLayout(units);
-        QHBoxLayout* asked = row();
-        asked->addWidget(fixedText("asked for"));
-        asked->addWidget(entry(engine.txtAsked, "Asked for" + of, "How far to move, for a measurement."));
-        asked->addStretch(1);
-        asked->addWidget(button(engine.cmdMove, "Move" + of, "Moves by what is asked for."));
-        body.addLayout(asked);
-        QHBoxLayout* measured = row();
-        measured->addWidget(fixedText("measured"));
-        measured->addWidget(entry(engine.txtMeasured, "Measured" + of, "How far it really moved."));
-        measured->addStretch(1);
-        measured->addWidget(button(engine.cmdCorrect, "Correct" + of, "Corrects the units per revolution."));
-        body.addLayout(measured);
+        auto* grid = new QGridLayout;
+        grid->setSpacing(kGrid);
+        grid->setColumnStretch(2, 1);
+        const auto line = [&](QWidget* name, form::TextBox& box, const QString& called, const char* tip,
+                              QWidget* beside) {
+            const int at = grid->rowCount();
+            grid->addWidget(name, at, 0);
+            grid->addWidget(entry(box, called + of, tip), at, 1);
+            grid->addWidget(beside, at, 3);
+        };
+        line(fixedText("steps/r"), engine.txtStepsR, "Steps per revolution",
+             "Full steps of one revolution: 200 for a motor of 1.8 degrees.",
+             adapters_.checkBox(engine.chkHalf, {"Half steps" + of, "Finer, and half as fast.", "Space"}));
+        CaptionLabel* unit = label(engine.lblUnitsR, "Unit per revolution" + of, "dots/r|units/r");
+        unit->setTone(CaptionLabel::Tone::Quiet);
+        line(unit, engine.txtUnitsR, "Units per revolution",
+             "How far one revolution moves, in units of the position.",
+             button(engine.cmdOnce, "Turn once" + of, "Turns the motor by one revolution."));
+        line(fixedText("asked for"), engine.txtAsked, "Asked for", "How far to move, for a measurement.",
+             button(engine.cmdMove, "Move" + of, "Moves by what is asked for."));
+        line(fixedText("measured"), engine.txtMeasured, "Measured", "How far it really moved.",
+             button(engine.cmdCorrect, "Correct" + of, "Corrects the units per revolution."));
+        body.addLayout(grid);
         CaptionLabel* corrected =
             label(engine.lblCorrected, "Correction" + of, "10 becomes 12, a whole number here");
         corrected->setTone(CaptionLabel::Tone::Accent);

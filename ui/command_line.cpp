@@ -27,8 +27,7 @@ std::filesystem::path path(const QString& text) {
 /// In the order of the help.
 struct Words {
     const QCommandLineOption directory{
-        "directory",
-        "Folder that holds save.cfg and twinstep.ini (default: the current folder).", "DIR"};
+        "directory", "Folder that holds save.cfg and twinstep.ini (default: the current folder).", "DIR"};
     const QCommandLineOption userData{"user-data", "Keep save.cfg and twinstep.ini in your data folder, "
                                                    "mostly ~/.local/share/twinstep, made when missing; the "
                                                    "entry in the desktop's menu does so."};

@@ -26,7 +26,8 @@ namespace ui {
 
 namespace {
 
-constexpr QSize kSmallest(800, 480), kUsual(1280, 720);
+/// With its frame the smallest window fits a screen of 800x480.
+constexpr QSize kSmallest(780, 420), kUsual(1280, 720);
 /// Where the "New Value" dialog stands from the window's corner, given in twips, of which 15 make a pixel.
 QPoint newValuePlace(bool engineB) {
     constexpr int kTwipsPerPixel = 15;

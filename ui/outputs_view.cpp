@@ -54,6 +54,7 @@ OutputsView::OutputsView(form::Form1& form, Adapters& adapters)
         "USB Off|USB On"));
     usb->addWidget(adapters.label(form.lblUsb, {"State of the USB board", "State of the USB board."},
                                   "USB Card 0 disconnected"));
+    usb->addStretch(1);
     body().addLayout(lines);
     layOutRamp(form, adapters);
 }
