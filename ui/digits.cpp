@@ -192,8 +192,8 @@ void Display::resizeEvent(QResizeEvent* /*event*/) {
 }
 
 bool Display::event(QEvent* event) {
-    // One of the numbers has been shown or hidden.
-    if (event->type() == QEvent::LayoutRequest) arrange();
+    // One of the numbers has been shown or hidden, maybe while nothing of the display was to be seen.
+    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Show) arrange();
     return QWidget::event(event);
 }
 
