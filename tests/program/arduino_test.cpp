@@ -45,12 +45,11 @@ struct Arduino : Guarded {
 } // namespace
 
 TEST_F(Arduino, AKillLeavesNoCoilOn) {
-    const char* wanted = std::getenv("TWINSTEP_KILLS"); // a hundred, to be sure
-    const auto kills = static_cast<std::size_t>(wanted ? std::atoi(wanted) : 25);
+    constexpr std::size_t kKills = 100;
     std::mt19937 random(1);
     std::vector<double> took;
     Stalls stalls;
-    while (took.size() < kills) {
+    while (took.size() < kKills) {
         DrivenProgram program(port, arguments());
         ASSERT_TRUE(runs(program)) << program.errors();
         const auto [watchdog, standBy] = program.watchdogs();
@@ -73,7 +72,7 @@ TEST_F(Arduino, AKillLeavesNoCoilOn) {
         ASSERT_THAT(board.faults(), IsEmpty());
     }
     std::sort(took.begin(), took.end());
-    std::cout << kills << " kills, ms from the kill until the outputs were off, median and longest: "
+    std::cout << kKills << " kills, ms from the kill until the outputs were off, median and longest: "
               << took[took.size() / 2] << ", " << took.back() << '\n';
 }
 

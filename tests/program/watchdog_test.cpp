@@ -189,15 +189,18 @@ TEST_F(Guarded, AKilledWatchdogIsReplaced) {
         const pid_t killed = standsBy ? second : first;
         const pid_t left = standsBy ? first : second;
         ::kill(killed, SIGKILL);
-        // The dead one has been reaped, and the new one, which is younger than the one that was left, has
-        // started and guards.
+        ASSERT_TRUE(comesTrue([&] { return childrenOf(program.pid()) == std::vector{left}; }));
+        EXPECT_FALSE(port.isOff()) << "the engines go on meanwhile";
+        // Nobody is started to stand by as long as an engine runs.
+        ASSERT_EQ(program.ask("click cmdAlt") + program.ask("click cmdAltB"), "donedone");
+        // The new one, which is younger than the one that was left, has started and guards.
         ASSERT_TRUE(comesTrue([&, &older = first, &younger = second] {
             std::tie(older, younger) = program.watchdogs();
             return older == left && younger != killed && filesOf(younger) == onlyThePort;
         }));
+        ASSERT_TRUE(program.runs(port, true));
     }
     EXPECT_EQ(program.ask("box"), "none");
-    EXPECT_FALSE(port.isOff()) << "the engines go on meanwhile";
     program.signal(SIGKILL);
     EXPECT_EQ(orphanEnds(first), 0);
     EXPECT_EQ(orphanEnds(second), 0);

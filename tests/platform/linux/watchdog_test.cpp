@@ -261,9 +261,11 @@ TEST_F(WatchdogTest, OneThatCannotBeReplacedIsMissedWheneverAnEngineStarts) {
 
     std::filesystem::copy_file(TWINSTEP_WATCHDOG, program);
     watchdog.beat(true);
-    EXPECT_TRUE(replaced(0));
     EXPECT_TRUE(EventLoop::until([this] { return trips == 1; })) << "it does not know that an engine runs";
     EXPECT_TRUE(port.isOff());
+    EXPECT_THAT(guards(), SizeIs(1)) << "nobody is started to stand by as long as an engine runs";
+    watchdog.beat(false);
+    EXPECT_TRUE(replaced(0));
 }
 
 TEST_F(WatchdogTest, OneThatDiesAgainAndAgainIsGivenUp) {
