@@ -120,6 +120,15 @@ void ChosenPort::setBit(int bit) {
 }
 
 void ChosenPort::endPattern() {
+    // A board that has not been ready yet has not been sent any pattern; look reports its failure, which must
+    // not end the program's start half-way.
+    if (node_ && works_ && !ready_) {
+        try {
+            return behind_->endPattern();
+        } catch (const runtime::ObjectError&) {
+            return;
+        }
+    }
     call([this] { behind_->endPattern(); });
 }
 

@@ -6,6 +6,7 @@
 #include "tests/program/driven_program.h"
 
 #include <gmock/gmock.h>
+#include <grp.h>
 #include <sys/file.h>
 
 using namespace std::chrono_literals;
@@ -88,4 +89,20 @@ TEST_F(FirmataPort, ADeviceThatCannotBeHadIsNamed) {
     const linux_ports::FileDescriptor other(::open(board.device().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
     ASSERT_EQ(::flock(other.get(), LOCK_EX | LOCK_NB), 0);
     EXPECT_THAT(why(board.device()), HasSubstr("in use by another program"));
+
+    // Without the right, as an ordinary user, in a process of its own.
+    const std::string device = folder.path() / "ttyACM1";
+    std::ofstream(device).close();
+    const group* owner = ::getgrnam("dialout");
+    ASSERT_TRUE(owner && ::chown(device.c_str(), 0, owner->gr_gid) == 0) << "needs root";
+    std::filesystem::permissions(device, std::filesystem::perms::none);
+    std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const bool ordinary = ::setuid(65534) == 0;
+        ::_exit(ordinary && why(device).find("sudo adduser $USER dialout") != std::string::npos ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
 }
