@@ -6,11 +6,9 @@
 #include "tests/platform/windows/pump.h"
 #include "tests/platform/windows/subject.h"
 
-#include <array>
 #include <chrono>
 #include <gtest/gtest.h>
 #include <iostream>
-#include <tlhelp32.h>
 
 namespace {
 
@@ -19,54 +17,6 @@ using Clock = std::chrono::steady_clock;
 
 constexpr LONG kCoilOn = 0xFE;
 constexpr LONG kOff = 0xFF;
-
-/// The process of a watchdog; 0 if there is none.
-DWORD watchdogProcess() {
-    const Handle all(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
-    PROCESSENTRY32W entry{};
-    entry.dwSize = sizeof entry;
-    for (BOOL more = Process32FirstW(all.get(), &entry); more; more = Process32NextW(all.get(), &entry)) {
-        if (std::wstring_view(static_cast<const wchar_t*>(entry.szExeFile)) == L"twinstep-watchdog.exe")
-            return entry.th32ProcessID;
-    }
-    return 0;
-}
-
-/// This program once more, as the controller of a port whose coil is on; see runSubject.
-class Subject {
-  public:
-    explicit Subject(const std::string& end) {
-        FakeDevices::instance().port = kOff;
-        FakeDevices::instance().wasLit = 0;
-        std::array<wchar_t, MAX_PATH> self{};
-        GetModuleFileNameW(nullptr, self.data(), static_cast<DWORD>(self.size()));
-        std::wstring line = L"subject --subject=" + std::wstring(end.begin(), end.end());
-        STARTUPINFOW start{};
-        start.cb = sizeof start;
-        PROCESS_INFORMATION started{};
-        if (!CreateProcessW(self.data(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
-                            &started))
-            throw std::runtime_error("the subject did not start");
-        CloseHandle(started.hThread);
-        process_ = Handle(started.hProcess);
-    }
-    Subject(const Subject&) = delete;
-    Subject& operator=(const Subject&) = delete;
-    /// Waits until its watchdog writes no more.
-    ~Subject() {
-        terminate();
-        WaitForSingleObject(process_.get(), INFINITE);
-        EXPECT_TRUE(pumpUntil([] { return watchdogProcess() == 0; }));
-    }
-    bool coilWasOn() const {
-        return pumpUntil([] { return FakeDevices::instance().wasLit != 0; });
-    }
-    void terminate() const { TerminateProcess(process_.get(), 1); }
-    bool runs() const { return WaitForSingleObject(process_.get(), 0) == WAIT_TIMEOUT; }
-
-  private:
-    Handle process_;
-};
 
 bool goesOff(const std::string& what) {
     const auto begun = Clock::now();
@@ -114,6 +64,7 @@ TEST(Watchdog, IsReplacedWhereItEnds) {
 } // namespace
 
 int runSubject(const std::string& end) {
+    if (end == "serial") return runSerialSubject();
     windows_ports::Watchdog watchdog;
     windows_ports::DirectPort port(0x378);
     watchdog.guardPortAddress(0x378, kOff);
