@@ -46,10 +46,12 @@ class FrequencySource {
     /// Seconds for which the frequency has not been confirmed although it should have been; 0 for a link that
     /// reports each change.
     virtual double age() const { return 0; }
+    /// Seconds since the program last reported the frequency.
+    virtual double silence() const { return age(); }
     /// Older than a program that still reports would let it become.
     bool isOld() const {
-        constexpr double kReportsEvery = 12; // seconds; N1MM Logger repeats itself every ten
-        return age() >= kReportsEvery;
+        constexpr double kPatience = 2; // seconds
+        return age() >= kPatience;
     }
     /// Whether the transceiver transmits; false if the program does not report it.
     virtual bool transmitting() const { return false; }

@@ -61,7 +61,7 @@ void FitLine::readSource(Fit& fit, const form::FrequencySource* source) {
     const auto hertz = source->hertz();
     fit.source = hertz ? Fit::Source::kHeard : Fit::Source::kSilent;
     if (hertz) fit.megahertz = runtime::shortestText(megahertzOf(*hertz));
-    if (source->isOld()) fit.age = engine::timeText(source->age());
+    if (source->isOld()) fit.age = engine::timeText(source->silence());
 }
 
 void FitLine::readMotion(Fit& fit) {

@@ -45,7 +45,7 @@ void showFrequencyNote(form::Form1& form, const form::FrequencySource* source) {
     if (hertz) {
         note = source->unit;
         if (const std::string band = amateurBand(*hertz); !band.empty()) note += ", " + band;
-        if (source->isOld()) note += ", " + engine::timeText(source->age()) + " ago";
+        if (source->isOld()) note += ", " + engine::timeText(source->silence()) + " ago";
     }
     form.lblFreqNote.Caption = note;
     if (source) source->label.Enabled = hertz && !source->isOld();

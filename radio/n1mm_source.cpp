@@ -41,10 +41,14 @@ void N1mmSource::received(const std::string& datagram) {
     transmitting_ = n1mmTransmitting(datagram).value_or(transmitting_);
 }
 
+double N1mmSource::silence() const {
+    constexpr double kSecondsPerPoll = form::Form1::kPollMilliseconds / 1000.0;
+    return silentPolls_ * kSecondsPerPoll;
+}
+
 double N1mmSource::age() const {
     constexpr double kRepeat = 10; // seconds
-    constexpr double kSecondsPerPoll = form::Form1::kPollMilliseconds / 1000.0;
-    return std::max(silentPolls_ * kSecondsPerPoll - kRepeat, 0.0);
+    return std::max(silence() - kRepeat, 0.0);
 }
 
 bool N1mmSource::hasFrequency() const {

@@ -19,6 +19,7 @@ class N1mmSource : public form::FrequencySource {
     std::optional<std::int64_t> hertz() const override { return hertz_; }
     /// N1MM Logger sends each change at once, and repeats what has not changed every 10 s.
     double age() const override;
+    double silence() const override;
     bool transmitting() const override { return transmitting_; }
     void poll() override { ++silentPolls_; }
 
