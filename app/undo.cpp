@@ -37,7 +37,7 @@ Undo::Undo(form::Form1& form, engine::Motion& motion, engine::PositionEntry& ent
         stored(n, before, what);
     };
     functions_.onChoice = [this](int function) { functionChosen(function); };
-    configurations_.onLoad = [this](const config::Configuration& before) { return loading(before); };
+    configurations_.onLoad = [this](const auto& before, const auto& use) { loading(before, use); };
     form_.mnuUndo.Click.attach([this] { go(undo_, redo_, true); });
     form_.mnuRedo.Click.attach([this] { go(redo_, undo_, false); });
 }
@@ -56,6 +56,18 @@ void Undo::add(Step step) {
     if (undo_.size() > kMost) undo_.erase(undo_.begin());
     redo_.clear();
     show();
+}
+
+void Undo::change(const std::function<void()>& body) {
+    struct Changing {
+        explicit Changing(bool& flag) : flag_(flag) { flag_ = true; }
+        Changing(const Changing&) = delete;
+        Changing& operator=(const Changing&) = delete;
+        ~Changing() { flag_ = false; }
+        bool& flag_;
+    };
+    const Changing changing(changing_);
+    body();
 }
 
 void Undo::show() {
@@ -102,7 +114,7 @@ void Undo::functionChosen(int function) {
          .counts = {true, true}});
 }
 
-std::function<void()> Undo::loading(const config::Configuration& before) {
+void Undo::loading(const config::Configuration& before, const std::function<void()>& use) {
     struct Whole {
         config::Configuration configuration;
         std::vector<config::Record> state;
@@ -118,7 +130,10 @@ std::function<void()> Undo::loading(const config::Configuration& before) {
         restore(other->standing);
         *other = std::move(now);
     };
-    return [this, go] { add({.what = "Load Config", .go = go, .loads = true}); };
+    change([&] {
+        use();
+        add({.what = "Load Config", .go = go, .loads = true});
+    });
 }
 
 Undo::Standing Undo::standing() const {
@@ -160,19 +175,21 @@ void Undo::go(std::vector<Step>& from, std::vector<Step>& to, bool back) {
     }
     const Step step = from.back();
     try {
-        step.go(back);
+        change([&] {
+            step.go(back);
+            from.pop_back();
+            to.push_back(step);
+        });
     } catch (const runtime::FileError& error) {
         form_.notice.tell("Not done: " + std::string(error.what()));
         return;
     }
-    from.pop_back();
-    to.push_back(step);
     show();
     form_.notice.tell((back ? "Taken back: " : "Made again: ") + step.what);
 }
 
 void Undo::look() {
-    if (std::exchange(units_, units()) == units_) return;
+    if (changing_ || std::exchange(units_, units()) == units_) return;
     std::string dropped;
     const bool undo = dropUncounted(undo_, dropped);
     if (dropUncounted(redo_, dropped) || undo) {

@@ -52,11 +52,11 @@ class Undo {
     };
 
     void add(Step step);
+    void change(const std::function<void()>& body);
     void declared(const engine::Side& side, float before, const std::string& what);
     void stored(int n, const memory::Contents& before, const std::string& what);
     void functionChosen(int function);
-    /// Returns what adds the step.
-    std::function<void()> loading(const config::Configuration& before);
+    void loading(const config::Configuration& before, const std::function<void()>& use);
     void go(std::vector<Step>& from, std::vector<Step>& to, bool back);
     bool dropUncounted(std::vector<Step>& steps, std::string& dropped) const;
     void show();
@@ -71,6 +71,7 @@ class Undo {
     engine::Sides sides_;
     std::vector<Step> undo_, redo_;
     AllUnits units_{};
+    bool changing_ = false; // a step is being made: the units are not those of the steps yet
 };
 
 } // namespace app

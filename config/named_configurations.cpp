@@ -5,6 +5,8 @@
 #include "runtime/file_name.h"
 #include "runtime/text.h"
 
+#include <optional>
+
 namespace config {
 
 namespace {
@@ -50,13 +52,16 @@ void NamedConfigurations::mnuLoadConfig_Click() {
     const auto source = runtime::pathOf(*chosen);
     const Configuration wanted{file_.configuration(source), loadTable(tableBeside(source)),
                                runtime::firstCharacters(source.stem().string(), kTaggedTextMax)};
-    std::function<void()> loaded;
+    std::optional<Configuration> before;
     try {
-        if (onLoad) loaded = onLoad(present());
+        before = present();
     } catch (const runtime::FileError&) { // what could not be read cannot come back
     }
-    use(wanted);
-    if (loaded) loaded();
+    if (before && onLoad) {
+        onLoad(*before, [&] { use(wanted); });
+    } else {
+        use(wanted);
+    }
 }
 
 Configuration NamedConfigurations::present() {

@@ -40,8 +40,8 @@ class NamedConfigurations {
     std::function<config::Unit::Whole(const std::filesystem::path& file)> loadTable;
     /// The frequency table in use.
     std::function<config::Unit::Whole()> presentTable;
-    /// Called before the user's choice takes the place of `before`. Returns what to do when it has.
-    std::function<std::function<void()>(const Configuration& before)> onLoad;
+    /// Called when the user has chosen a configuration; `use` puts it in the place of `before`.
+    std::function<void(const Configuration& before, const std::function<void()>& use)> onLoad;
     /// Called to run the whole start-up load.
     std::function<void()> load;
 

@@ -40,6 +40,7 @@ TEST_F(MovementTest, CountsTheRampAndTheBacklash) {
     EXPECT_EQ(f().lblToGoA.Caption, "10 s");
     clock.advance(12'000);
     EXPECT_NEAR(f().sngPosA, 100, 0.06);
+    f().HScroll1.set(0);
     settings.sections["engine-1"]["backlash"] = "100"; // 5 mm
     startTuner();
     f().sngPosA = 50;
