@@ -63,7 +63,11 @@ struct Controller::Subsystems {
     std::unique_ptr<radio::Rigctld> connectRig(const std::string& place,
                                                std::function<void(const radio::RigReading&)> told);
     void loadSettings();
+    void wireWindow();
+    void wireEngines();
     void wireTuner();
+    void wireRotor();
+    void wireConfigurations();
     /// Writes the tuner's settings and uses them. Throws runtime::FileError.
     void keepTuner(const form::TunerSettings& settings);
 
@@ -117,6 +121,14 @@ struct Controller::Subsystems {
 Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::path& directory)
     : ports(outside), file(outside.storage, directory / "save.cfg") {
     form.StatusBar1.Panels(form::kPanelOutputs) = ports.hardware.get().outputsName();
+    wireWindow();
+    wireEngines();
+    wireTuner();
+    wireRotor();
+    wireConfigurations();
+}
+
+void Controller::Subsystems::wireWindow() {
     boxes.onOpening = [this] {
         keys.releaseAll();
         motion.releaseJogs();
@@ -134,6 +146,16 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
         showReasons(form, ports.hardware.get().settings().usb == config::kNone);
     };
     shutdown.onSaved = [this] { positions.end(); };
+    form.mnuGenSet.Click.attach([this] { mnuGenSet_Click(); });
+    form.mnuTunConn.Click.attach([this] { mnuTunConn_Click(); });
+    form.mnuSatConn.Click.attach([this] { mnuSatConn_Click(); });
+    form.mnuRotator.Click.attach([this] { mnuRotator_Click(); });
+    form.mnuTvnServer.Click.attach([this] { mnuTvnServer_Click(); });
+    form.mnuHardware.Click.attach([this] { mnuHardware_Click(); });
+    form.mnuAssistant.Click.attach([this] { mnuAssistant_Click(); });
+}
+
+void Controller::Subsystems::wireEngines() {
     errors.onStopped = [this] {
         motion.stopBoth();
         rotor.stopFollowing();
@@ -155,15 +177,9 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
     };
     stepper.isBlocked = [this](const engine::Side& side, bool up) { return rotor.isBlocked(side, up); };
     motion.subResetPressedMem = [this] { slots.subResetPressedMem(); };
-    recall.armOutputsOff = [this] { outputsOff.arm(); };
-    recall.chosenSource = [this] { return sources.chosen(); };
-    recall.subSelTunerProgr = [this] { sources.subSelTunerProgr(); };
-    startup.subSelTunerProgr = [this] { sources.subSelTunerProgr(); };
-    configurations.beforeLoad = [this] {
-        sources.disconnect();
-        rotor.stopFollowing();
-        motion.stopBoth();
-    };
+}
+
+void Controller::Subsystems::wireRotor() {
     shutdown.leaveTracking = [this] {
         rotctld.leave();
         rotor.leave();
@@ -183,6 +199,16 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
             shutdown.leaveTracking();
         }
     };
+}
+
+void Controller::Subsystems::wireConfigurations() {
+    configurations.presentTable = [this] { return table.present(); };
+    configurations.loadTable = [this](const auto& name) { return table.replacement(name); };
+    configurations.beforeLoad = [this] {
+        sources.disconnect();
+        rotor.stopFollowing();
+        motion.stopBoth();
+    };
     configurations.load = [this] {
         startup.Form_Load();
         table.loaded();
@@ -190,17 +216,13 @@ Controller::Subsystems::Subsystems(const Ports& outside, const std::filesystem::
         positions.start();
     };
     undo.runningState = [this] { return shutdown.state().records; };
-    wireTuner();
-    form.mnuGenSet.Click.attach([this] { mnuGenSet_Click(); });
-    form.mnuTunConn.Click.attach([this] { mnuTunConn_Click(); });
-    form.mnuSatConn.Click.attach([this] { mnuSatConn_Click(); });
-    form.mnuRotator.Click.attach([this] { mnuRotator_Click(); });
-    form.mnuTvnServer.Click.attach([this] { mnuTvnServer_Click(); });
-    form.mnuHardware.Click.attach([this] { mnuHardware_Click(); });
-    form.mnuAssistant.Click.attach([this] { mnuAssistant_Click(); });
 }
 
 void Controller::Subsystems::wireTuner() {
+    recall.armOutputsOff = [this] { outputsOff.arm(); };
+    recall.chosenSource = [this] { return sources.chosen(); };
+    recall.subSelTunerProgr = [this] { sources.subSelTunerProgr(); };
+    startup.subSelTunerProgr = [this] { sources.subSelTunerProgr(); };
     const auto keep = [this] {
         try {
             keepTuner(form.tuner);
@@ -213,9 +235,6 @@ void Controller::Subsystems::wireTuner() {
     table.notify = [this](const std::string& what) { form.notice.tell(what); };
     table.faultOfPlace = [this] { return approach.faultOfPlace(); };
     startup.tableFile = [this] { return table.file(); };
-    configurations.saveTable = [this](const auto& name) { table.saveAs(name); };
-    configurations.presentTable = [this] { return table.present(); };
-    configurations.loadTable = [this](const auto& name) { return table.replacement(name); };
     form.onAddPosition = [this] { table.cmdTableAdd_Click(); };
     form.onLetterDown = [this](char letter, bool shift) { keys.keyDown(letter, shift); };
     form.onLetterUp = [this](char letter) { keys.keyUp(letter); };

@@ -20,8 +20,17 @@ std::filesystem::path tableBeside(std::filesystem::path configuration) {
 
 NamedConfigurations::NamedConfigurations(form::Form1& form, form::Boxes& boxes, RecordFile& file)
     : form_(form), boxes_(boxes), file_(file) {
-    form_.mnuSaveConfig.Click.attach([this] { mnuSaveConfig_Click(); });
-    form_.mnuLoadConfig.Click.attach([this] { mnuLoadConfig_Click(); });
+    form_.mnuSaveConfig.Click.attach([this] { tellFailure([this] { mnuSaveConfig_Click(); }); });
+    form_.mnuLoadConfig.Click.attach([this] { tellFailure([this] { mnuLoadConfig_Click(); }); });
+}
+
+/// A file that cannot be read or written is no reason to stop an engine.
+void NamedConfigurations::tellFailure(const std::function<void()>& step) {
+    try {
+        step();
+    } catch (const runtime::FileError& error) {
+        boxes_.critical(std::string(error.what()) + ".", "Error!");
+    }
 }
 
 void NamedConfigurations::setName(const std::string& name) {
@@ -41,9 +50,8 @@ void NamedConfigurations::mnuSaveConfig_Click() {
     const auto chosen = boxes_.saveFile(kConfigFilter, placeFor(kept));
     if (!chosen) return;
     const auto target = runtime::pathOf(*chosen);
-    file_.copyTo(target);
-    saveTable(tableBeside(target));
-    form_.notice.tell("Configuration " + kept + " saved in " + *chosen);
+    file_.copyTo(target, {{tableBeside(target), presentTable().bytes}},
+                 "Configuration " + kept + " saved in " + *chosen);
 }
 
 void NamedConfigurations::mnuLoadConfig_Click() {

@@ -34,9 +34,8 @@ class NamedConfigurations {
 
     /// Disconnects the frequency source and stops both engines before another configuration is loaded.
     std::function<void()> beforeLoad;
-    /// The frequency table travels with a configuration, as a text file beside it: writes it there, and reads
-    /// it from there. Both throw runtime::FileError.
-    std::function<void(const std::filesystem::path& file)> saveTable;
+    /// The frequency table travels with a configuration, as a text file beside it: reads it from there.
+    /// Throws runtime::FileError.
     std::function<config::Unit::Whole(const std::filesystem::path& file)> loadTable;
     /// The frequency table in use.
     std::function<config::Unit::Whole()> presentTable;
@@ -46,6 +45,7 @@ class NamedConfigurations {
     std::function<void()> load;
 
   private:
+    void tellFailure(const std::function<void()>& step);
     /// The folder of the settings, with a file of this name unless it is empty.
     std::string placeFor(const std::string& name) const;
     void setName(const std::string& name);

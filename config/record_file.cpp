@@ -308,22 +308,44 @@ void RecordFile::startAnew(const Unit& unit) {
     load();
 }
 
-void RecordFile::copyTo(const Path& file) {
+void RecordFile::copyTo(const Path& file, std::vector<Copy> others, const std::string& done) {
     read();
     std::error_code error;
     if (std::filesystem::equivalent(path_, file, error)) return;
-    const Path target = destination(file);
+    others.push_back({file, held_});
+    writeCopies(others, done);
+}
+
+void RecordFile::writeCopies(const std::vector<Copy>& copies, const std::string& done) {
     // Any other name may be taken, by the user or by a copy that is on its way.
-    const Path part = withEnding(target, ("." + std::to_string(std::random_device()()) + ".part").c_str());
-    storage_.create(part, held_);
-    later([this, part, target] {
+    const std::string ending = "." + std::to_string(std::random_device()()) + ".part";
+    std::vector<std::pair<Path, Path>> moves;
+    const auto clear = [this](const auto& left) {
+        for (const auto& [part, target] : left)
+            attempt([&, &file = part] { storage_.remove(file); }, "");
+    };
+    try {
+        for (const Copy& copy : copies) {
+            const Path target = destination(copy.file);
+            moves.emplace_back(withEnding(target, ending.c_str()), target);
+            storage_.create(moves.back().first, copy.bytes);
+        }
+    } catch (const runtime::FileError&) {
+        clear(moves);
+        throw;
+    }
+    later([this, moves, done, clear] {
         const auto bring = [&] {
-            storage_.sync(part);
-            storage_.rename(part, target);
-            storage_.sync(target);
+            for (const auto& [part, target] : moves)
+                storage_.sync(part);
+            for (const auto& [part, target] : moves)
+                storage_.rename(part, target);
+            for (const auto& [part, target] : moves)
+                storage_.sync(target);
+            if (!done.empty()) tell(done);
         };
         attempt(bring, "");
-        attempt([&] { storage_.remove(part); }, ""); // left by a failed attempt
+        clear(moves); // left by a failed attempt
     });
 }
 

@@ -42,9 +42,15 @@ class RecordFile {
     std::string configuration(const std::filesystem::path& source);
     /// Replaces this file by `bytes`, keeps the old file as "save.cfg.bak", and writes `files` beside them.
     void replaceBy(const std::string& bytes, const std::vector<Unit::Whole>& files = {});
-    /// Copies the file to `file`; an old one of that name stays until the copy is complete. Throws
-    /// FileError if the copy cannot be written.
-    void copyTo(const std::filesystem::path& file);
+    struct Copy {
+        std::filesystem::path file;
+        std::string bytes;
+    };
+    /// Copies the file to `file`, with others beside it: all or none. Old ones of these names stay until all
+    /// copies are complete; then the notice is `done`. Throws FileError if a copy cannot be written.
+    void copyTo(const std::filesystem::path& file, std::vector<Copy> others = {},
+                const std::string& done = {});
+    void writeCopies(const std::vector<Copy>& copies, const std::string& done);
     /// From now on nothing is written: the program has saved for the last time.
     void seal() { sealed_ = true; }
 
@@ -75,7 +81,9 @@ class RecordFile {
     void flush();
     void putInPlace(const std::string& bytes);
     void putWhole(const std::filesystem::path& file, std::string_view bytes);
-    std::filesystem::path beside(const std::string& name) const { return path_.parent_path() / runtime::pathOf(name); }
+    std::filesystem::path beside(const std::string& name) const {
+        return path_.parent_path() / runtime::pathOf(name);
+    }
     void attempt(const std::function<void()>& step, const std::string& otherwise);
     void tell(const std::string& words);
 

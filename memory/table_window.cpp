@@ -190,14 +190,6 @@ form::FrequencyTable TableWindow::file() {
     return {};
 }
 
-void TableWindow::saveAs(const std::filesystem::path& file) {
-    std::filesystem::path part = file;
-    part += ".part";
-    storage_.remove(part);
-    storage_.create(part, tableText(main_.hiResMem));
-    storage_.rename(part, file);
-}
-
 config::Unit::Whole TableWindow::present() const {
     return {kTableFile, tableText(main_.hiResMem)};
 }
@@ -224,7 +216,7 @@ void TableWindow::exportTable() {
     const auto path = boxes_.saveFile(kTextFiles);
     if (!path) return;
     try {
-        saveAs(runtime::pathOf(*path));
+        file_.writeCopies({{runtime::pathOf(*path), tableText(main_.hiResMem)}}, "");
         say("Exported to " + *path);
     } catch (const runtime::FileError& error) {
         say(std::string("Not exported: ") + error.what());

@@ -28,8 +28,6 @@ class TableWindow {
 
     /// The entries of "HiResMem.txt"; empty, with a notice where it is none, when there are none.
     form::FrequencyTable file();
-    /// The table as a text file of this name. Throws runtime::FileError.
-    void saveAs(const std::filesystem::path& file);
     /// The table of such a file in the place of "HiResMem.txt"; empty where there is none. Throws
     /// runtime::FileError.
     config::Unit::Whole present() const;

@@ -28,7 +28,7 @@ WindowPlace::WindowPlace(QWidget& window, platform::Settings& settings)
 WindowPlace::~WindowPlace() {
     if (window_.geometry() == before_ && window_.windowState() == stateBefore_) return;
     try {
-        settings_.write(kSection, {{kPlace, window_.saveGeometry().toHex().toStdString()}});
+        settings_.write({{kSection, {{kPlace, window_.saveGeometry().toHex().toStdString()}}}});
     } catch (const runtime::FileError&) {
         // A place that is lost is no loss; the file has its own messages.
     }
