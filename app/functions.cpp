@@ -92,7 +92,8 @@ void Functions::showFrames(bool rotor) {
         control->Visible = rotor;
     }
     for (form::Control* control : std::initializer_list<form::Control*>{
-             &form_.lblUsoA, &form_.lblUsoB, &form_.framTuner, &form_.Label2, &form_.Label8}) {
+             &form_.lblUsoA, &form_.lblUsoB, &form_.framTuner, &form_.Label2, &form_.Label8,
+             &form_.lblTargetA, &form_.lblTargetB, &form_.lblToGoA, &form_.lblToGoB}) {
         control->Visible = !rotor;
     }
 }

@@ -220,15 +220,14 @@ void Display::arrange() {
     unit_->move(kMargin, baseline - (unit_->height() + unit_->fontMetrics().capHeight()) / 2);
 }
 
-/// Beside the position; in Satellite Rotor its place is taken.
+/// Beside the position, which Satellite Rotor does not show.
 void Display::arrangeMovement() {
     const int left = position_->geometry().right() + kMargin / 2;
     const int middle = height() / 2;
     const int line = target_->sizeHint().height();
-    const bool tuner = !(received_ && received_->isVisibleTo(this));
-    const int room = tuner ? width() - kMargin / 2 - left : 0;
-    target_->setGeometry(left, middle - line, room, tuner ? line : 0);
-    toGo_->setGeometry(left, middle, room, tuner ? line : 0);
+    const int room = std::max(0, width() - kMargin / 2 - left);
+    target_->setGeometry(left, middle - line, room, line);
+    toGo_->setGeometry(left, middle, room, line);
     constexpr int kBar = 3;
     bar_->setGeometry(kMargin, height() - kMargin / 2 + 1, width() - 2 * kMargin, kBar);
 }

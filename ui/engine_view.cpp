@@ -330,10 +330,10 @@ void EngineView::layOutSpeeds(QBoxLayout& place) {
                                  "MMMM"),
                 engine_.fastKey));
     speeds->addLayout(pair);
-    QHBoxLayout* others = row(engine_.mirrored);
-    speeds->addLayout(others, 1);
     // Right above the entries, in room that is free anyway.
-    others->addWidget(notices(), 1);
+    speeds->addWidget(notices(), 1);
+    QHBoxLayout* others = row(engine_.mirrored);
+    speeds->addLayout(others);
     others->addWidget(adapters_.checkBox(
         engine_.stepMode,
         {"Half steps of %1", "Ticked, %1 makes half steps: finer, and half as fast.", kSpace},

@@ -22,6 +22,16 @@ CaptionLabel* positionText(const QString& text) {
     return label;
 }
 
+QToolButton* menuButton() {
+    auto* button = new QToolButton;
+    button->setText(QStringLiteral("⋮"));
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::NoFocus); // the menu key opens the same menu
+    button->setMinimumWidth(kFinger);
+    button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Ignored);
+    return button;
+}
+
 QHBoxLayout* columns(QWidget* first, QWidget* number, QWidget* label, QWidget* a, QWidget* b, QWidget* menu) {
     QHBoxLayout* layout = row();
     layout->setContentsMargins(kGrid / 2, 0, 0, 0);
@@ -83,15 +93,10 @@ MemoryView::Row::Row(int number, form::Form1& form, Adapters& adapters) : n_(num
     positionB_->setObjectName("strMemPosB" + n);
     dot_->setMinimumWidth(kFinger);
     dot_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
-    auto* menu = new QToolButton;
+    QToolButton* menu = menuButton();
     menu->setObjectName("memoryMenu" + n);
-    menu->setText(QStringLiteral("⋮"));
-    menu->setAutoRaise(true);
-    menu->setFocusPolicy(Qt::NoFocus); // the menu key opens the same menu
     menu->setAccessibleName("Menu of memory " + n);
     menu->setToolTip("Recall, store, rename or clear memory " + n + ".");
-    menu->setFixedWidth(kFinger);
-    menu->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Ignored);
     QObject::connect(menu, &QToolButton::clicked, menu,
                      [this, menu] { openMenu(menu->mapToGlobal(menu->rect().bottomLeft())); });
     setLayout(columns(dot_, number_, label, positionA_, positionB_, menu));
@@ -152,10 +157,16 @@ MemoryView::MemoryView(form::Form1& form, Adapters& adapters)
     auto* heading = new QWidget;
     CaptionLabel* title = groupTitle(accessibleName(), toolTip());
     QHBoxLayout* headings = row();
-    headings->setContentsMargins(0, 0, kFinger + kGrid, 0);
+    headings->setContentsMargins(0, 0, 0, 0);
     headings->addWidget(title, 1);
     headings->addWidget(engineA_);
     headings->addWidget(engineB_);
+    QToolButton* room = menuButton(); // for the rows' buttons
+    QSizePolicy keepsPlace = room->sizePolicy();
+    keepsPlace.setRetainSizeWhenHidden(true);
+    room->setSizePolicy(keepsPlace);
+    headings->addWidget(room);
+    room->hide();
     heading->setLayout(headings);
     body().addWidget(heading);
     body().addSpacing(kGrid / 2);

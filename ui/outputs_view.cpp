@@ -25,7 +25,6 @@ OutputsView::OutputsView(form::Form1& form, Adapters& adapters)
     CaptionLabel* offIn = adapters.label(
         form.lblOffIn, {"Outputs off in", "The time until the outputs go off."}, "off in 32 s");
     offIn->setTone(CaptionLabel::Tone::Quiet);
-    line->addWidget(offIn);
     line->addWidget(divider());
 
     line->addWidget(adapters.checkBox(
@@ -47,6 +46,7 @@ OutputsView::OutputsView(form::Form1& form, Adapters& adapters)
     QHBoxLayout* usb = row();
     usb->setSpacing(2 * kGrid);
     lines->addLayout(usb);
+    usb->addWidget(offIn);
     usb->addWidget(divider());
 
     usb->addWidget(adapters.checkBox(

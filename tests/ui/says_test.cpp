@@ -86,6 +86,7 @@ TEST_F(Says, AMemorysMenuRecallsRenamesAndClears) {
     choose("Clear");
     EXPECT_EQ(text("strMemPosA4"), "–");
     EXPECT_FALSE(widget("Option4").isEnabled());
+    QApplication::setActiveWindow(&window()); // the menu had it
     QTest::keyClick(&window(), Qt::Key_Z, Qt::ControlModifier);
     settle();
     EXPECT_EQ(text("lblFr4"), "14.020");
