@@ -82,6 +82,7 @@ void MainLayout::arrange() {
     cards_.invitation->setVisible(inviting_);
     zones_->setVisible(!inviting_);
     top_->setVisible(compact_ && !inviting_);
+    cards_.memories->setCompact(compact_);
     cards_.left->setMinimumHeight(compact_ ? kLeftHeight : 0);
     // The sizes that layouts and their items remember are those of the other arrangement.
     for (QWidget* widget : findChildren<QWidget*>())

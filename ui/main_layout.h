@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/engine_view.h"
+#include "ui/memory_view.h"
 #include "ui/zoom.h"
 
 #include <QGridLayout>
@@ -15,6 +16,7 @@ class MainLayout : public QWidget {
     struct Cards {
         EngineView* engineA;
         EngineView* engineB;
+        MemoryView* memories;
         QWidget* left;  // memories or sky
         QWidget* right; // radio or satellite
         QWidget* outputs;

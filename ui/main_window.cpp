@@ -96,6 +96,7 @@ void MainWindow::layOutContent() {
     auto* sky = new SkyView(form_);
     const MainLayout::Cards cards{.engineA = new EngineView(engineA(form_), adapters_),
                                   .engineB = new EngineView(engineB(form_), adapters_),
+                                  .memories = memories_,
                                   .left = oneOf(memories_, sky),
                                   .right =
                                       oneOf(new RadioView(form_, adapters_), new RotorView(form_, adapters_)),

@@ -176,12 +176,18 @@ MemoryView::MemoryView(form::Form1& form, Adapters& adapters)
     for (int n = 1; n <= form::Form1::kMemories; ++n) {
         auto* line = new Row(n, form, adapters);
         body().addWidget(line, 1);
+        rows_.push_back(line);
         dots.push_back(line->dot());
     }
     for (std::size_t i = 0; i < dots.size(); ++i) {
         dots[i]->setNeighbours(previous, i + 1 < dots.size() ? dots[i + 1] : nullptr);
         previous = dots[i];
     }
+}
+
+void MemoryView::setCompact(bool compact) {
+    for (Row* line : rows_)
+        line->setMinimumHeight(compact ? kFinger : 0);
 }
 
 void MemoryView::nameEngines(const QString& a, const QString& b) {
