@@ -162,6 +162,7 @@ TEST_F(UndoTest, LoadConfigGoesBackWithThePositions) {
     f().mnuSaveConfig.Click.fire();
     EXPECT_EQ(dialogs.lastLongest, 8U);
     EXPECT_EQ(dialogs.lastPlace, loop);
+    clock.advance(500);
     EXPECT_EQ(notice(), "Configuration loop saved in " + loop);
     storeMemory(1, 30, 40, "14.020");
     enter(f().lblMMGiro, f().txtMMGiro, "5");
