@@ -87,7 +87,8 @@ void NamedConfigurations::use(const Configuration& configuration, const std::vec
 std::string NamedConfigurations::placeFor(const std::string& name) const {
     const auto folder = file_.path().parent_path();
     const bool isFile = !name.empty() && name.find_first_of("/\\") == std::string::npos;
-    return (isFile ? folder / (name + ".cfg") : folder).string();
+    const std::u8string place = (isFile ? folder / runtime::pathOf(name + ".cfg") : folder).u8string();
+    return {place.begin(), place.end()};
 }
 
 } // namespace config

@@ -47,7 +47,7 @@ struct Filter {
 void prepare(QFileDialog& dialog, const Filter& filter, const std::string& proposed) {
     dialog.setNameFilter(filter.name);
     if (!proposed.empty()) {
-        const QFileInfo place(QFile::decodeName(QByteArray::fromStdString(proposed)));
+        const QFileInfo place(QString::fromStdString(proposed));
         dialog.setDirectory(place.isDir() ? place.filePath() : place.path());
         if (!place.isDir()) dialog.selectFile(place.fileName());
     }
