@@ -74,7 +74,8 @@ void Movement::show(const Side& side) {
     Engine& engine = engines_.at(static_cast<std::size_t>(side.motor - 1));
     const bool runs = side.running() && form_.intFunzione != form::kSatelliteRotor;
     if (runs || engine.end != side.sngPos) engine.end.reset();
-    const auto way = runs ? approach_.way(side) : std::nullopt;
+    std::optional<Approach::Way> way;
+    if (runs) way = approach_.way(side);
     side.bar.Visible = way.has_value();
     std::string target, toGo = engine.end ? "end of range" : "";
     if (runs) target = side.ascends(side.forward.Enabled ? form::kForward : form::kBackward) ? kUp : kDown;
