@@ -130,23 +130,21 @@ int Motion::directionTo(const Side& side, float target) const {
     return side.ascends(form::kForward) == (here < target) ? form::kForward : form::kBackward;
 }
 
-std::string Motion::missing(const Side& side) {
-    if (period(side, false) <= 0 && period(side, true) <= 0)
-        return side.slow.label.Caption.get() + " or " + side.fast.label.Caption.get() + " speed";
-    if (side.intSteps == 0) return side.steps.label.Caption;
-    if (side.sngMMGiro == 0) return side.units.label.Caption;
+std::string Motion::whyNotStart(const Side& side) const {
+    if (std::string why = notReady ? notReady() : std::string(); !why.empty()) return why;
+    if (period(side, false) <= 0 && period(side, true) <= 0) {
+        return "enter its " + side.slow.label.Caption.get() + " or " + side.fast.label.Caption.get() +
+               " speed";
+    }
+    if (side.intSteps == 0) return "enter its " + side.steps.label.Caption.get();
+    if (side.sngMMGiro == 0) return "enter its " + side.units.label.Caption.get();
     return {};
 }
 
 bool Motion::canStart(const Side& side) {
-    if (const std::string why = notReady ? notReady() : std::string(); !why.empty()) {
-        form_.notice.tell(side.lblEngine.Caption.get() + " does not start: " + why);
-        return false;
-    }
-    const std::string parameter = missing(side);
-    if (parameter.empty()) return true;
-    form_.notice.tell(side.lblEngine.Caption.get() + " does not start: enter its " + parameter);
-    return false;
+    const std::string why = whyNotStart(side);
+    if (!why.empty()) form_.notice.tell(side.lblEngine.Caption.get() + " does not start: " + why);
+    return why.empty();
 }
 
 bool Motion::start(const Side& side, int direction, bool recall) {

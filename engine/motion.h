@@ -30,14 +30,15 @@ class Motion {
     /// chosen. A further increment in the same direction is added to the one under way. Returns false like
     /// `run`.
     bool jog(const Side& side, int direction);
-    /// Moves by `distance` (positive), rounded to whole steps, in units of the position. Returns false like `run`.
+    /// Moves by `distance` (positive), rounded to whole steps, in units of the position. Returns false like
+    /// `run`.
     bool moveBy(const Side& side, int direction, double distance);
     /// Whether the engine is moving by an increment, which ends by itself.
     bool movesByIncrement(const Side& side) { return own(side).goal.has_value(); }
     /// Whether moveTo can start or has nothing to do; if false, the notice gives the reason.
     bool canMoveTo(const Side& side, float target);
-    /// The name of a parameter without which the engine cannot run; empty if nothing is missing.
-    static std::string missing(const Side& side);
+    /// Why the engine cannot start, as words for the notice; empty if it can.
+    std::string whyNotStart(const Side& side) const;
     /// Stops at once, without a ramp. The outputs keep the last pattern.
     void stop(const Side& side);
     /// Ends a jog or a move: with a ramp the engine slows down first.

@@ -159,7 +159,7 @@ bool Rotor::carryOut(const engine::Side& side, const Order& order) {
         return false;
     }
     bool& refuses = refuses_.at(static_cast<std::size_t>(side.motor - 1));
-    if (refuses && !engine::Motion::missing(side).empty()) return false;
+    if (refuses && !motion_.whyNotStart(side).empty()) return false;
     refuses = !motion_.moveTo(side, runtime::toSingle(order.target));
     if (refuses) return false;
     standing_ = {};

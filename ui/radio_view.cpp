@@ -119,7 +119,7 @@ void RadioView::layOutRecall(form::Form1& form, Adapters& adapters) {
         0, 0);
     grid->addWidget(state(form.lblAutoMemOnOff,
                           {"Recall mode", "Whether memories are recalled by the radio or by hand."},
-                          "Manual|Auto"),
+                          "Manual|Semi Auto"),
                     0, 1);
     grid->addWidget(
         adapters.checkBox(form.chkBandMode,
