@@ -339,8 +339,24 @@ TEST_F(RotorTest, AnAxisThatCannotStartIsNamedOnceAndKeepsNothingWaiting) {
     clock.advance(400);
     expectAt(50, 0);
     EXPECT_FALSE(f().plan.goal);
+    // Nor does an output that is not ready yet.
+    port.setStarting("the board is starting");
+    f().intTickAltaB = f().intTickBassaB = 10;
+    send(50, 20);
+    follow();
+    EXPECT_TRUE(says("the board is starting"));
+    f().notice.tell("read me");
+    clock.advance(1000);
+    EXPECT_EQ(f().notice.Caption, "read me");
+    port.setStarting("");
+    clock.advance(1000);
+    EXPECT_GT(f().sngPosEl, 1);
+    follow(); // no longer
+    standAt(50, 0);
+    f().intTickAltaB = f().intTickBassaB = 0;
     // One speed is enough, and no news at each look.
     f().intTickAltaB = 10;
+    send(50, 20);
     f().notice.tell("read me");
     follow();
     clock.advance(1000);
