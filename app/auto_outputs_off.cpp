@@ -31,11 +31,12 @@ void AutoOutputsOff::tmrAutoOff_Timer() {
     form_.tmrAutoOff.Enabled = false;
     // If an engine has started since the last poll, its coils stay on.
     if (sides_.anyRunning()) return;
+    const bool energised = form_.shpCoils.FillColor == form::kRed;
     failed_ = true;
     form_.cmdOff.Click.raise();
     failed_ = false;
     form_.bolAutoOffFire = true;
-    if (!form_.chkAutoMemOnOff.ticked() && form_.chkFastMemory.ticked()) slots_.fastStore();
+    if (!form_.chkAutoMemOnOff.ticked() && form_.chkFastMemory.ticked()) slots_.fastStore(energised);
 }
 
 void AutoOutputsOff::chkAutoCmdOff_Click() {

@@ -126,15 +126,15 @@ std::optional<std::string> faultOfAllowed(const std::string& text) {
 } // namespace
 
 const std::array<HardwareField, 9> kHardwareFields = {{
-    {"port", &HardwareSettings::port, faultOfPort},
-    {"coils-on", &HardwareSettings::coilsOn, faultOfCoilsOn},
-    {"usb", &HardwareSettings::usb, faultOfUsb},
-    {"n1mm-listen", &HardwareSettings::n1mmListen, faultOfListenAddress},
-    {"tracking-server", &HardwareSettings::trackingServer, faultOfHost},
-    {"bridge", &HardwareSettings::bridge, faultOfEndpoint},
-    {"rigctld", &HardwareSettings::rigctld, faultOfEndpoint},
-    {"rotctld", &HardwareSettings::rotctld, faultOfRotctld},
-    {"rotctld-allow", &HardwareSettings::rotctldAllow, faultOfAllowed},
+    {"port", "Outputs", &HardwareSettings::port, faultOfPort},
+    {"coils-on", "Coils on at", &HardwareSettings::coilsOn, faultOfCoilsOn},
+    {"usb", "USB board", &HardwareSettings::usb, faultOfUsb},
+    {"n1mm-listen", "N1MM Logger, listen at", &HardwareSettings::n1mmListen, faultOfListenAddress},
+    {"tracking-server", "Tracking server", &HardwareSettings::trackingServer, faultOfHost},
+    {"bridge", "Bridge", &HardwareSettings::bridge, faultOfEndpoint},
+    {"rigctld", "rigctld", &HardwareSettings::rigctld, faultOfEndpoint},
+    {"rotctld", "rotctld, listen at", &HardwareSettings::rotctld, faultOfRotctld},
+    {"rotctld-allow", "rotctld, allowed", &HardwareSettings::rotctldAllow, faultOfAllowed},
 }};
 
 std::optional<std::uint16_t> ioAddress(std::string_view port) {
@@ -225,11 +225,11 @@ std::optional<std::vector<std::string>> addressList(std::string_view text) {
 std::optional<std::string> faultOf(const HardwareSettings& settings) {
     for (const HardwareField& field : kHardwareFields) {
         if (const auto fault = field.fault(settings.*field.value))
-            return std::string(field.name) + ": " + *fault;
+            return std::string(field.title) + ": " + *fault;
     }
     const auto rotctld = listenEndpoint(settings.rotctld);
     if (rotctld && isReachable(rotctld->host) && addressList(settings.rotctldAllow)->empty()) {
-        return "rotctld: other computers can reach " + settings.rotctld +
+        return "rotctld, listen at: other computers can reach " + settings.rotctld +
                "; enter those that may turn the antenna as \"rotctld, allowed\" (--rotctld-allow)";
     }
     return std::nullopt;

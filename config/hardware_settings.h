@@ -81,17 +81,18 @@ inline bool isReachable(std::string_view address) {
     return !address.starts_with("127.");
 }
 
-/// One setting: its name in "twinstep.ini" and on the command line, its member, and its check. The check
-/// returns the fault as words that follow the name; empty if the text is valid.
+/// One setting: its name in "twinstep.ini" and on the command line, its title in the window, its member, and
+/// its check. The check returns the fault as words that follow the name; empty if the text is valid.
 struct HardwareField {
     const char* name;
+    const char* title;
     std::string platform::HardwareSettings::*value;
     std::optional<std::string> (*fault)(const std::string& text);
 };
 
 extern const std::array<HardwareField, 9> kHardwareFields;
 
-/// The first fault of the settings, preceded by the setting's name: "n1mm-listen: ...". Also reports settings
+/// The first fault of the settings, preceded by the setting's title: "Bridge: ...". Also reports settings
 /// that do not go together.
 std::optional<std::string> faultOf(const platform::HardwareSettings& settings);
 

@@ -177,12 +177,14 @@ void MemorySlots::subAzzeraLabel() {
     }
 }
 
-void MemorySlots::fastStore() {
+void MemorySlots::fastStore(bool energised) {
     for (int n = 1; n <= form::Form1::kMemories; ++n) {
         if (!form_.Option[n].Value) continue;
         const std::string posA = runtime::formatStored(form_.sngPosA);
         const std::string posB = runtime::formatStored(form_.sngPosB);
-        if (posA == form_.strMemPosA(n) && posB == form_.strMemPosB(n)) return;
+        const bool differs = posA != form_.strMemPosA(n) || posB != form_.strMemPosB(n);
+        // The countdown goes on while the outputs are off.
+        if (!differs && !energised) return;
         const Contents before = contents(n);
         file_.write({config::textRecord(config::record::kMemoryPosA + n, posA),
                      config::textRecord(config::record::kMemoryPosB + n, posB)});
@@ -190,7 +192,7 @@ void MemorySlots::fastStore() {
         form_.strMemPosB(n) = posB;
         showToolTip(n, form_.lblFr[n].Caption);
         subAlarmMemUp();
-        changed(n, before, "stored by fast store");
+        if (differs) changed(n, before, "stored by fast store");
         return;
     }
 }

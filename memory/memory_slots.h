@@ -51,8 +51,8 @@ class MemorySlots {
     /// no memory is in use. Azimuth and elevation stay.
     void subAzzeraLabel();
     /// Stores the positions into the selected memory, if there is one; its label stays. Does nothing when
-    /// both texts are stored already.
-    void fastStore();
+    /// both texts are stored already and no coil was energised until now.
+    void fastStore(bool energised);
 
     /// What a recall of memory n goes to. Precondition: it is stored.
     Recalled recalled(int n);

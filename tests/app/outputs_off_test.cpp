@@ -118,6 +118,9 @@ TEST_F(OutputsOffTest, FastStoreKeepsThePositionsOfTheSelectedMemoryOnce) {
     f().sngPosA = 12.35F;
     clock.advance(5000);
     EXPECT_EQ(sound.played, std::vector<std::string>{"memup.wav"});
+    leaveACoilOn();
+    clock.advance(10000);
+    EXPECT_EQ(sound.played.size(), 2U) << "once for each time that the outputs go off";
     EXPECT_EQ(f().Option[2].ToolTip, "14.020 (012.35-001.00)");
     auto records = file.read();
     EXPECT_EQ(records.text(2), "012.35");
