@@ -80,6 +80,7 @@ std::string SettingsFile::edited(const QString& file, const std::map<std::string
 }
 
 void SettingsFile::write(const std::map<std::string, Texts>& sections) {
+    checkPlain(path_);
     checkLock(path_);
     // QSettings flushes what it writes: it edits a copy in the folder that is no disk.
     QTemporaryFile copy(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) + "/XXXXXX.ini");
