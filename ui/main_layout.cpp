@@ -8,8 +8,8 @@ namespace ui {
 namespace {
 
 constexpr int kEnginesStretch = 5, kZonesStretch = 4;
-constexpr int kLeftHeight = 32 * kGrid; // in a small window, for the sky
-constexpr double kTopShare = 0.4;       // of a small window, for the engines
+constexpr int kSkyHeight = 32 * kGrid; // in a small window
+constexpr double kTopShare = 0.4;      // of a small window, for the engines
 
 /// Moving a widget to another parent has hidden it.
 void put(QGridLayout& grid, QWidget* widget, int line, int column, int columns = 1) {
@@ -83,7 +83,7 @@ void MainLayout::arrange() {
     zones_->setVisible(!inviting_);
     top_->setVisible(compact_ && !inviting_);
     cards_.memories->setCompact(compact_);
-    cards_.left->setMinimumHeight(compact_ ? kLeftHeight : 0);
+    cards_.sky->setMinimumHeight(compact_ ? kSkyHeight : 0);
     // The sizes that layouts and their items remember are those of the other arrangement.
     for (QWidget* widget : findChildren<QWidget*>())
         widget->updateGeometry();

@@ -17,6 +17,7 @@ class MainLayout : public QWidget {
         EngineView* engineA;
         EngineView* engineB;
         MemoryView* memories;
+        QWidget* sky;
         QWidget* left;  // memories or sky
         QWidget* right; // radio or satellite
         QWidget* outputs;

@@ -97,6 +97,7 @@ void MainWindow::layOutContent() {
     const MainLayout::Cards cards{.engineA = new EngineView(engineA(form_), adapters_),
                                   .engineB = new EngineView(engineB(form_), adapters_),
                                   .memories = memories_,
+                                  .sky = sky,
                                   .left = oneOf(memories_, sky),
                                   .right =
                                       oneOf(new RadioView(form_, adapters_), new RotorView(form_, adapters_)),
