@@ -147,9 +147,14 @@ void TablePlot::drawCurve(QPainter& painter, bool engineB) const {
     const QColor colour = colourOf(engineB, palette());
     painter.setPen(QPen(colour, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     // A straight line needs its ends; a smooth one a point every few pixels.
-    const int pieces = picture_.curve == form::TableCurve::kLinear ? 1 : 16;
+    constexpr double kPixelsAPoint = 3;
+    constexpr double kMostPieces = 16;
     for (std::size_t i = 0; i + 1 < table.size(); ++i) {
         if (table[i].endsStretch()) continue;
+        const double wide = place(table[i + 1].megahertz, 0).x() - place(table[i].megahertz, 0).x();
+        const int pieces = picture_.curve == form::TableCurve::kLinear
+                               ? 1
+                               : static_cast<int>(std::clamp(wide / kPixelsAPoint, 1.0, kMostPieces));
         QPolygonF line;
         for (int piece = 0; piece <= pieces; ++piece) {
             const double megahertz =
