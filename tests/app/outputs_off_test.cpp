@@ -118,7 +118,7 @@ TEST_F(OutputsOffTest, FastStoreKeepsThePositionsOfTheSelectedMemoryOnce) {
     f().sngPosA = 12.35F;
     clock.advance(5000);
     EXPECT_EQ(sound.played, std::vector<std::string>{"memup.wav"});
-    leaveACoilOn();
+    f().shpCoils.FillColor = form::kRed;
     clock.advance(10000);
     EXPECT_EQ(sound.played.size(), 2U) << "once for each time that the outputs go off";
     EXPECT_EQ(f().Option[2].ToolTip, "14.020 (012.35-001.00)");
