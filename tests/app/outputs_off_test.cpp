@@ -118,6 +118,7 @@ TEST_F(OutputsOffTest, FastStoreKeepsThePositionsOfTheSelectedMemoryOnce) {
     f().sngPosA = 12.35F;
     clock.advance(5000);
     EXPECT_EQ(sound.played, std::vector<std::string>{"memup.wav"});
+    f().bolAutoOffFire = false; // an engine has run meanwhile
     f().shpCoils.FillColor = form::kRed;
     clock.advance(10000);
     EXPECT_EQ(sound.played.size(), 2U) << "once for each time that the outputs go off";
