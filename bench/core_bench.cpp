@@ -78,6 +78,7 @@ void stepTick(benchmark::State& state, bool halfStep, bool keepPositions = true)
     form.intDirA = form.intDirB = form::kForward;
     form.Timer1.Tick.fire(); // the first half step of a session is silent
     form.Timer4.Tick.fire();
+    form.Timer1.Enabled = form.Timer4.Enabled = true; // as while an engine runs
     machine.port.takeAccesses();
     while (state.KeepRunningBatch(2)) {
         form.Timer1.Tick.fire();

@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace ui {
 
@@ -149,27 +150,47 @@ void TablePlot::drawCurve(QPainter& painter, bool engineB) const {
     // A straight line needs its ends; a smooth one a point every few pixels.
     constexpr double kPixelsAPoint = 3;
     constexpr double kMostPieces = 16;
+    QPolygonF stretch;
     for (std::size_t i = 0; i + 1 < table.size(); ++i) {
-        if (table[i].endsStretch()) continue;
+        if (table[i].endsStretch()) {
+            painter.drawPolyline(std::exchange(stretch, {}));
+            continue;
+        }
         const double wide = place(table[i + 1].megahertz, 0).x() - place(table[i].megahertz, 0).x();
         const int pieces = picture_.curve == form::TableCurve::kLinear
                                ? 1
                                : static_cast<int>(std::clamp(wide / kPixelsAPoint, 1.0, kMostPieces));
-        QPolygonF line;
         for (int piece = 0; piece <= pieces; ++piece) {
             const double megahertz =
                 std::lerp(table[i].megahertz, table[i + 1].megahertz, static_cast<double>(piece) / pieces);
             const auto at = memory::positionsAt(table, megahertz, picture_.curve);
-            if (at) line << place(megahertz, engineB ? at->b : at->a);
+            if (at) stretch << place(megahertz, engineB ? at->b : at->a);
         }
-        painter.drawPolyline(line);
     }
+    painter.drawPolyline(stretch);
+    // Four hundred circles, drawn one by one, would take longer than all else.
+    const QPixmap mark = markOf(colour, colour, kMarkRadius);
+    const QPixmap current = markOf(colour, palette().color(QPalette::Window), kMarkRadius + 1);
     for (std::size_t i = 0; i < table.size(); ++i) {
-        const QPointF centre = place(table[i].megahertz, positionOf(table[i], engineB));
-        const bool current = static_cast<int>(i) == picture_.row;
-        painter.setBrush(current ? palette().color(QPalette::Window) : colour);
-        painter.drawEllipse(centre, kMarkRadius + current, kMarkRadius + current);
+        const QPixmap& each = static_cast<int>(i) == picture_.row ? current : mark;
+        const QSizeF size = each.deviceIndependentSize();
+        painter.drawPixmap(place(table[i].megahertz, positionOf(table[i], engineB)) -
+                               QPointF(size.width(), size.height()) / 2,
+                           each);
     }
+}
+
+QPixmap TablePlot::markOf(const QColor& edge, const QColor& inside, double radius) const {
+    const int side = 2 * static_cast<int>(std::ceil(radius + 1));
+    QPixmap mark(QSize(side, side) * devicePixelRatioF());
+    mark.setDevicePixelRatio(devicePixelRatioF());
+    mark.fill(Qt::transparent);
+    QPainter painter(&mark);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(edge, 2));
+    painter.setBrush(inside);
+    painter.drawEllipse(QPointF(side, side) / 2, radius, radius);
+    return mark;
 }
 
 void TablePlot::drawNow(QPainter& painter) const {

@@ -51,6 +51,7 @@ class TablePlot : public Plot {
     QPointF place(double megahertz, double position) const;
     void drawAxes(QPainter& painter) const;
     void drawCurve(QPainter& painter, bool engineB) const;
+    QPixmap markOf(const QColor& edge, const QColor& inside, double radius) const;
     void drawNow(QPainter& painter) const;
     void choose(QPointF at);
 
