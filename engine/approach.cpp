@@ -60,10 +60,13 @@ bool Approach::moveTo(const Side& side, float target) {
     const int toZero = static_cast<int>(std::ceil(stepsTo(side, 0)));
     const Backlash& backlash = of(side).backlash;
     const int dip = backlash.dip(steps, toZero);
-    if (dip == steps) return leg(side, target);
-    if (!leg(side, belowShown(side, side.sngPos + dip * stepDistance(side)))) return false;
-    of(side).target = target;
-    if (steps - dip < backlash.play()) {
+    if (dip == steps) {
+        if (!leg(side, target)) return false;
+    } else {
+        if (!leg(side, belowShown(side, side.sngPos + dip * stepDistance(side)))) return false;
+        of(side).target = target;
+    }
+    if ((steps < 0 || dip < steps) && steps - dip < backlash.play()) {
         form_.notice.tell(side.lblEngine.Caption.get() + " cannot go below 0 to take its backlash up");
     }
     return true;

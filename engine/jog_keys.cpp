@@ -53,9 +53,10 @@ void JogKeys::start(Key& key, bool shift) {
     if (form_.chkAutoMemOnOff.ticked() && onSemiAuto) onSemiAuto();
     if (form_.intFunzione == form::kSatelliteRotor) {
         (key.direction == form::kForward ? side.cmdJogForward : side.cmdJogBackward).MouseDown.raise();
-    } else if (!side.timer(key.direction).Enabled || motion_.movesByIncrement(side)) {
-        side.bolMem = false;
-        if (!motion_.jog(side, key.direction)) return;
+    } else {
+        side.bolMem = false; // an engine that runs already goes on as long as the key is down
+        const bool runs = side.timer(key.direction).Enabled && !motion_.movesByIncrement(side);
+        if (!runs && !motion_.jog(side, key.direction)) return;
         side.lblUso.Caption = "Manual";
     }
     // An increment goes on after the release, at the speed that is selected.

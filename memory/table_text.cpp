@@ -19,16 +19,27 @@ constexpr std::size_t kRecordCharacters = 6;
 constexpr double kHighestMegahertz = 10'000;
 constexpr double kFarthest = 999; // user units: the end of run
 
+std::string_view trimmed(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+    return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+/// Tabs and semicolons part cells, which may be empty at the end alone; else blanks part them.
 std::vector<std::string_view> columnsOf(std::string_view line) {
-    constexpr std::string_view kSeparators = "\t; ";
+    const bool cells = line.find_first_of("\t;") != std::string_view::npos;
+    const std::string_view separators = cells ? "\t;" : " ";
     std::vector<std::string_view> columns;
-    while (true) {
-        line.remove_prefix(std::min(line.find_first_not_of(kSeparators), line.size()));
-        if (line.empty()) return columns;
-        const std::size_t end = std::min(line.find_first_of(kSeparators), line.size());
-        columns.push_back(line.substr(0, end));
-        line.remove_prefix(end);
+    for (line = trimmed(line); !line.empty();) {
+        const std::size_t end = std::min(line.find_first_of(separators), line.size());
+        const std::string_view column = trimmed(line.substr(0, end));
+        if (cells || !column.empty()) columns.push_back(column);
+        line.remove_prefix(std::min(end + 1, line.size()));
     }
+    while (!columns.empty() && columns.back().empty())
+        columns.pop_back();
+    if (std::ranges::find(columns, std::string_view()) != columns.end())
+        throw TableTextError("has an empty cell");
+    return columns;
 }
 
 TableEntry entryOf(const std::vector<std::string_view>& columns, FourthColumn allowed) {

@@ -28,6 +28,12 @@ std::optional<std::int64_t> hertzOf(const std::string& line) {
     return std::nullopt;
 }
 
+/// Whether a refusal means that the server or the rig never knows the answer: an unknown command, an invalid
+/// one, one not implemented or not available.
+bool isUnknown(const std::string& line) {
+    return line == "RPRT 1" || line == "RPRT -1" || line == "RPRT -4" || line == "RPRT -11";
+}
+
 } // namespace
 
 Rigctld::Rigctld(platform::TcpClients& clients, platform::Timers& timers, std::string host, int port,
@@ -154,8 +160,10 @@ void Rigctld::answered(const std::string& line) {
         askTransmitting();
         break;
     case Request::kTransmitting:
-        knowsTransmitting_ = !refused;
-        next_.transmitting = !refused && line != "0";
+        knowsTransmitting_ = !isUnknown(line);
+        // A rig that does not answer just now may well be transmitting still.
+        if (!refused || !knowsTransmitting_) transmitting_ = !refused && line != "0";
+        next_.transmitting = transmitting_;
         finish();
         break;
     case Request::kNone:
@@ -164,10 +172,15 @@ void Rigctld::answered(const std::string& line) {
 }
 
 void Rigctld::answeredSplit(const std::string& line, bool refused) {
-    split_ = !refused && line == "1";
-    knowsSplit_ = !refused;
+    knowsSplit_ = !isUnknown(line);
+    if (!refused || !knowsSplit_) split_ = !refused && line == "1";
     splitNameFollows_ = !refused;
-    if (refused) askTransmitting();
+    if (!refused) return; // the name of the VFO follows
+    if (split_) {
+        ask(Request::kSplitFrequency);
+    } else {
+        askTransmitting();
+    }
 }
 
 void Rigctld::askTransmitting() {

@@ -65,6 +65,7 @@ class Rigctld {
     bool vfoMode_ = false; // each request names the VFO that it means
     bool knowsSplit_ = true, knowsTransmitting_ = true;
     bool splitNameFollows_ = false; // the second line of the answer about split
+    bool transmitting_ = false;     // as the rig has said last
     bool split_ = false;
 };
 

@@ -68,6 +68,7 @@ MainWindow::MainWindow(form::Form1& form, form::Boxes& boxes)
 
     form_.onBeep = [] { QApplication::beep(); };
     auto* add = new QShortcut(QKeySequence(Qt::Key_Insert), this);
+    add->setAutoRepeat(false);
     connect(add, &QShortcut::activated, this, [this] {
         if (form_.onAddPosition) form_.guard(form_.onAddPosition);
     });
