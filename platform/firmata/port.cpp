@@ -77,8 +77,9 @@ void Port::run() {
         board_.hear(std::span(buffer).first(size), now());
         if (failure_.empty()) failure_ = failure.empty() ? board_.faultAt(now()) : failure;
     }
-    if (board_.ready() && rest_.empty() && !failure_.empty()) {
-        // A board that still reads is not left with coils on.
+    const bool delivered = failure_.empty() && rest_.empty() && board_.idle(now());
+    if (board_.ready() && !delivered) {
+        // A board that reads, now or later, is not left with coils on. It ends what was sent by half.
         try {
             serial_->write(offMessage_);
         } catch (const std::exception&) { // it is gone

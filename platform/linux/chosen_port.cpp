@@ -137,7 +137,11 @@ bool ChosenPort::taken(int mask) {
 }
 
 std::string ChosenPort::notReady() {
-    if (works_) return call([this] { return behind_->notReady(); });
+    if (works_) {
+        std::string why = call([this] { return behind_->notReady(); });
+        ready_ = ready_ || why.empty();
+        return why;
+    }
     // The failure has been reported already.
     try {
         return behind_->notReady();
@@ -174,8 +178,8 @@ void ChosenPort::lose(const std::string& why) {
 }
 
 void ChosenPort::release() {
+    behind_.reset(); // guarded until its last pattern is out
     if (std::exchange(guarded_, false)) watchdog_().forgetPort();
-    behind_.reset();
 }
 
 void ChosenPort::close() {
