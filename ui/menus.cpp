@@ -34,8 +34,7 @@ void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
           QKeySequence::Open);
     entry(file, form.mnuSaveConfig, "Stores all settings, positions and memories under a name.",
           QKeySequence::Save);
-    entry(file, form.mnuFileMemHR, "Positions of both engines over the radio's frequency.",
-          Qt::CTRL | Qt::Key_M);
+    entry(file, form.mnuFileMemHR, "Both positions over the radio's frequency.", Qt::CTRL | Qt::Key_M);
     file->addSeparator();
     entry(file, form.mnuUscita, "Switches the outputs off, saves and ends the program.",
           Qt::CTRL | Qt::Key_Q);
@@ -65,8 +64,7 @@ void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
     QMenu* settings = addMenu(window, "&Settings", "mnuSettings");
     entry(settings, form.mnuAssistant, "Leads through outputs, motors, speeds, positions and connections.");
     settings->addSeparator();
-    entry(settings, form.mnuGenSet, "Keys, colours, sounds, and what is saved and loaded.",
-          Qt::CTRL | Qt::Key_G);
+    entry(settings, form.mnuGenSet, "Keys, colours, sounds, what is saved and loaded.", Qt::CTRL | Qt::Key_G);
     entry(settings, form.mnuTunConn, "Which program reports the radio's frequency.", Qt::CTRL | Qt::Key_T);
     entry(settings, form.mnuSatConn, "Which tracking program sends, and the port of the tracking server.");
     entry(settings, form.mnuTvnServer, "Settings of the program's own data server, which is not ready yet.");
