@@ -14,7 +14,6 @@ namespace linux_ports {
 
 namespace {
 
-constexpr auto kBetweenFlushes = std::chrono::milliseconds(500);
 constexpr std::size_t kLongest = 4096; // bytes; a longer file is not ours
 
 } // namespace
@@ -68,8 +67,7 @@ std::span<std::byte> PositionFile::create(std::span<const std::byte> bytes) {
         refuse(error);
     }
     changed_ = true;
-    ends_ = false;
-    flusher_ = std::thread([this] { flushUntilEnd(); });
+    flusher_.begin([this] { return flush(); });
     return memory_;
 }
 
@@ -80,14 +78,7 @@ void PositionFile::remove() {
 }
 
 void PositionFile::unmap() {
-    if (flusher_.joinable()) {
-        {
-            const std::lock_guard lock(mutex_);
-            ends_ = true;
-        }
-        ending_.notify_one();
-        flusher_.join();
-    }
+    flusher_.end();
     if (!memory_.empty()) ::munmap(memory_.data(), memory_.size());
     memory_ = {};
 }
@@ -98,24 +89,17 @@ bool PositionFile::inPlace() const {
            now.st_ino == mapped_.st_ino && static_cast<std::size_t>(now.st_size) >= memory_.size();
 }
 
-void PositionFile::flushUntilEnd() {
-    bool last = false;
-    while (!last) {
-        {
-            std::unique_lock lock(mutex_);
-            last = ending_.wait_for(lock, kBetweenFlushes, [this] { return ends_; });
-        }
-        if (!inPlace()) {
-            failure_(named() + " was removed, replaced or cut short by another program. A crash would "
-                               "lose the positions of this session.");
-            return;
-        }
-        if (!changed_.exchange(false, std::memory_order_acquire)) continue;
-        if (::msync(memory_.data(), memory_.size(), MS_SYNC) == 0) continue;
-        failure_(named() + " cannot be written: " + reason(errno) +
-                 ". A power failure would lose the positions of this session.");
-        return;
+bool PositionFile::flush() {
+    if (!inPlace()) {
+        failure_(named() + " was removed, replaced or cut short by another program. A crash would "
+                           "lose the positions of this session.");
+        return false;
     }
+    if (!changed_.exchange(false, std::memory_order_acquire)) return true;
+    if (::msync(memory_.data(), memory_.size(), MS_SYNC) == 0) return true;
+    failure_(named() + " cannot be written: " + reason(errno) +
+             ". A power failure would lose the positions of this session.");
+    return false;
 }
 
 } // namespace linux_ports

@@ -1,14 +1,12 @@
 #pragma once
 
 #include "platform/position_file.h"
+#include "runtime/flusher.h"
 
 #include <atomic>
-#include <condition_variable>
 #include <filesystem>
 #include <functional>
-#include <mutex>
 #include <sys/stat.h>
-#include <thread>
 
 namespace linux_ports {
 
@@ -34,18 +32,14 @@ class PositionFile : public platform::PositionFile {
     std::string named() const;
     void unmap();
     bool inPlace() const;
-    void flushUntilEnd();
+    bool flush();
 
     const std::filesystem::path path_;
     const Failure failure_;
     std::span<std::byte> memory_;
     struct stat mapped_ {}; // whose file it is
     std::atomic<bool> changed_ = false;
-
-    std::mutex mutex_; // guards ends_
-    std::condition_variable ending_;
-    bool ends_ = false;
-    std::thread flusher_;
+    runtime::Flusher flusher_; // last: it uses all of the above
 };
 
 } // namespace linux_ports

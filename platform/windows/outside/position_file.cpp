@@ -5,13 +5,11 @@
 #include "runtime/errors.h"
 
 #include <algorithm>
-#include <chrono>
 
 namespace windows_ports {
 
 namespace {
 
-constexpr auto kBetweenFlushes = std::chrono::milliseconds(500);
 constexpr std::size_t kLongest = 4096; // bytes; a longer file is not ours
 
 } // namespace
@@ -50,8 +48,7 @@ std::span<std::byte> PositionFile::create(std::span<const std::byte> bytes) {
     if (!memory) fail("written");
     memory_ = {static_cast<std::byte*>(memory), bytes.size()};
     changed_ = true;
-    ends_ = false;
-    flusher_ = std::thread([this] { flushUntilEnd(); });
+    flusher_.begin([this] { return flush(); });
     return memory_;
 }
 
@@ -62,32 +59,18 @@ void PositionFile::remove() {
 }
 
 void PositionFile::unmap() {
-    if (flusher_.joinable()) {
-        {
-            const std::lock_guard lock(mutex_);
-            ends_ = true;
-        }
-        ending_.notify_one();
-        flusher_.join();
-    }
+    flusher_.end();
     if (!memory_.empty()) UnmapViewOfFile(memory_.data());
     memory_ = {};
     file_ = Handle();
 }
 
-void PositionFile::flushUntilEnd() {
-    bool last = false;
-    while (!last) {
-        {
-            std::unique_lock lock(mutex_);
-            last = ending_.wait_for(lock, kBetweenFlushes, [this] { return ends_; });
-        }
-        if (!changed_.exchange(false, std::memory_order_acquire)) continue;
-        if (FlushViewOfFile(memory_.data(), memory_.size()) && FlushFileBuffers(file_.get())) continue;
-        failure_("\"" + path_.filename().string() + "\" cannot be written: " + reason(GetLastError()) +
-                 ". A power failure would lose the positions of this session.");
-        return;
-    }
+bool PositionFile::flush() {
+    if (!changed_.exchange(false, std::memory_order_acquire)) return true;
+    if (FlushViewOfFile(memory_.data(), memory_.size()) && FlushFileBuffers(file_.get())) return true;
+    failure_("\"" + path_.filename().string() + "\" cannot be written: " + reason(GetLastError()) +
+             ". A power failure would lose the positions of this session.");
+    return false;
 }
 
 } // namespace windows_ports

@@ -2,13 +2,11 @@
 
 #include "platform/position_file.h"
 #include "platform/windows/outside/handle.h"
+#include "runtime/flusher.h"
 
 #include <atomic>
-#include <condition_variable>
 #include <filesystem>
 #include <functional>
-#include <mutex>
-#include <thread>
 
 namespace windows_ports {
 
@@ -32,18 +30,14 @@ class PositionFile : public platform::PositionFile {
   private:
     [[noreturn]] void fail(const std::string& what) const;
     void unmap();
-    void flushUntilEnd();
+    bool flush();
 
     const std::filesystem::path path_;
     const Failure failure_;
     Handle file_;
     std::span<std::byte> memory_;
     std::atomic<bool> changed_ = false;
-
-    std::mutex mutex_; // guards ends_
-    std::condition_variable ending_;
-    bool ends_ = false;
-    std::thread flusher_;
+    runtime::Flusher flusher_; // last: it uses all of the above
 };
 
 } // namespace windows_ports
