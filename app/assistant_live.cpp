@@ -7,12 +7,6 @@
 /// What the assistant's pages show of the running program.
 namespace app {
 
-namespace {
-
-constexpr double kHertzPerMegahertz = 1e6;
-
-} // namespace
-
 void Assistant::look() {
     dialog_.lblOutputs.Caption = "Outputs: " + main_.StatusBar1.Panels(form::kPanelOutputs).get();
     for (Engine* engine : {&a_, &b_}) {
@@ -42,8 +36,7 @@ void Assistant::lookAtSource() {
     dialog_.cmdLink.Enabled = chosen != nullptr;
     const auto hertz = chosen && main_.sourceConnected() ? chosen->hertz() : std::nullopt;
     dialog_.lblHeard.Caption =
-        hertz ? runtime::shortestText(static_cast<double>(*hertz) / kHertzPerMegahertz) + " MHz"
-              : "nothing heard yet";
+        hertz ? runtime::shortestText(form::megahertzOf(*hertz)) + " MHz" : "nothing heard yet";
 }
 
 void Assistant::testCoils(Engine& engine, int rounds, int milliseconds) {

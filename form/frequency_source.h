@@ -11,6 +11,12 @@ namespace form {
 /// The number of leading characters of a frequency that distinguish bands and memories.
 constexpr std::size_t kKeyCharacters = 2;
 
+constexpr double kHertzPerMegahertz = 1e6;
+
+constexpr double megahertzOf(std::int64_t hertz) {
+    return static_cast<double>(hertz) / kHertzPerMegahertz;
+}
+
 /// A program that reports the transceiver's frequency. radio::FrequencySources lists them all.
 class FrequencySource {
   public:

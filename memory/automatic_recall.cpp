@@ -14,7 +14,6 @@ namespace memory {
 namespace {
 
 constexpr std::int64_t kHertzPerKilohertz = 1000;
-constexpr double kHertzPerMegahertz = 1e6;
 
 constexpr std::array<std::pair<std::string_view, std::string_view>, 12> kBands = {{
     {"29", "10"},
@@ -178,7 +177,7 @@ int AutomaticRecall::nearestMemory(const std::optional<std::int64_t>& frequency)
     int nearest = 0;
     double distance = static_cast<double>(form_.tuner.exactKilohertz * kHertzPerKilohertz);
     for (int n = 1; n <= form::Form1::kMemories; ++n) {
-        const double hertz = runtime::leadingNumber(form_.lblFr[n].Caption.get()) * kHertzPerMegahertz;
+        const double hertz = runtime::leadingNumber(form_.lblFr[n].Caption.get()) * form::kHertzPerMegahertz;
         const double away = std::fabs(hertz - static_cast<double>(*frequency));
         if (away > distance || (away == distance && nearest > 0) || !slots_.isStored(n)) continue;
         nearest = n;

@@ -10,16 +10,6 @@
 
 namespace memory {
 
-namespace {
-
-constexpr double kHertzPerMegahertz = 1e6;
-
-double megahertzOf(std::int64_t hertz) {
-    return static_cast<double>(hertz) / kHertzPerMegahertz;
-}
-
-} // namespace
-
 FitLine::FitLine(form::Form1& form, form::Boxes& boxes, MemorySlots& slots, TableRecall& table,
                  AutomaticRecall& recall, const engine::Approach& approach)
     : form_(form), boxes_(boxes), slots_(slots), table_(table), recall_(recall), approach_(approach),
@@ -60,7 +50,7 @@ void FitLine::readSource(Fit& fit, const form::FrequencySource* source) {
     }
     const auto hertz = source->hertz();
     fit.source = hertz ? Fit::Source::kHeard : Fit::Source::kSilent;
-    if (hertz) fit.megahertz = runtime::shortestText(megahertzOf(*hertz));
+    if (hertz) fit.megahertz = runtime::shortestText(form::megahertzOf(*hertz));
     if (source->isOld()) fit.age = engine::timeText(source->silence());
 }
 
@@ -95,7 +85,7 @@ void FitLine::readMotion(Fit& fit) {
 
 std::optional<Place> FitLine::wanted(const form::FrequencySource& source) {
     if (form_.chkHRM.ticked()) {
-        const double megahertz = megahertzOf(*source.hertz());
+        const double megahertz = form::megahertzOf(*source.hertz());
         const auto positions = positionsAt(form_.hiResMem, megahertz, form_.tuner.curve);
         if (!positions) return std::nullopt;
         return placeOf({0, runtime::shortestText(megahertz), static_cast<float>(positions->a),

@@ -1,5 +1,6 @@
 #include "memory/table_recall.h"
 
+#include "form/frequency_source.h"
 #include "memory/frequency_table.h"
 #include "runtime/number.h"
 
@@ -9,7 +10,6 @@ namespace memory {
 
 namespace {
 
-constexpr double kHertzPerMegahertz = 1e6;
 constexpr double kKilohertzPerMegahertz = 1e3;
 constexpr std::size_t kInUseCharacters = 10; // what record 54 keeps
 
@@ -21,7 +21,7 @@ TableRecall::TableRecall(form::Form1& form, form::Boxes& boxes, engine::Approach
 bool TableRecall::subHiResMem() {
     if (!isDue()) return true;
     recalled_ = form_.frequencyNow;
-    const double megahertz = static_cast<double>(*recalled_) / kHertzPerMegahertz;
+    const double megahertz = form::megahertzOf(*recalled_);
     const auto positions = positionsAt(form_.hiResMem, megahertz, form_.tuner.curve);
     if (!positions) {
         sayNoEntry(megahertz);

@@ -1,6 +1,7 @@
 #include "memory/table_window.h"
 
 #include "config/records.h"
+#include "form/frequency_source.h"
 #include "memory/frequency_table.h"
 #include "memory/table_text.h"
 #include "runtime/errors.h"
@@ -15,8 +16,7 @@ namespace memory {
 namespace {
 
 constexpr std::size_t kMostUndone = 100;
-constexpr int kMostLeast = 1000; // steps
-constexpr double kHertzPerMegahertz = 1e6;
+constexpr int kMostLeast = 1000;                // steps
 constexpr std::size_t kLongestFile = 1'000'000; // bytes
 constexpr const char* kTextFiles = "Table (*.txt *.csv)|*.txt *.csv";
 
@@ -82,8 +82,7 @@ std::string TableWindow::faultOfAdding() const {
 void TableWindow::cmdTableAdd_Click() {
     std::string fault = faultOfAdding();
     if (fault.empty()) {
-        const form::TableEntry entry =
-            newEntry(static_cast<double>(*main_.frequencyNow) / kHertzPerMegahertz);
+        const form::TableEntry entry = newEntry(form::megahertzOf(*main_.frequencyNow));
         fault = faultOf(entry);
         if (fault.empty()) {
             Table table = main_.hiResMem;
