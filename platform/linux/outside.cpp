@@ -1,4 +1,4 @@
-// The program's outside on Linux. This file and chosen_hardware.* belong to the program and not to a library:
+// The program's outside on Linux. This file belongs to the program and not to a library:
 // they choose the adapters, including those of the toolkit.
 
 #include "app/outside.h"
@@ -6,9 +6,10 @@
 #include "app/version.h"
 #include "config/hardware_settings.h"
 #include "config/position_slots.h"
+#include "platform/devices/chosen_hardware.h"
 #include "platform/linux/bridge_dde_links.h"
 #include "platform/linux/bridge_station_messages.h"
-#include "platform/linux/chosen_hardware.h"
+#include "platform/linux/devices.h"
 #include "platform/linux/position_file.h"
 #include "platform/linux/realtime.h"
 #include "platform/linux/signals.h"
@@ -34,7 +35,7 @@ namespace {
 using platform::HardwareSettings;
 
 /// The beginnings of the names of all files in the program's folder, including temporary files.
-constexpr std::array<std::string_view, 4> kOwnFiles = {"save.cfg", kSettingsFile, config::kPositionFile,
+constexpr std::array<std::string_view, 4> kOwnFiles = {"save.cfg", devices::kSettingsFile, config::kPositionFile,
                                                        "HiResMem.txt"};
 
 in_addr listenAddress(const HardwareSettings& settings) {
@@ -66,7 +67,7 @@ struct Connections {
 /// Every access to the outputs, recorded.
 struct Trace {
     Trace(const std::filesystem::path& path, trace::TraceFile::Clock::time_point start,
-          const app::Outside::Tell& failure, ChosenHardware& hardware)
+          const app::Outside::Tell& failure, devices::ChosenHardware& hardware)
         : file(path, start, failure), printer(hardware.printer(), file), board(hardware.board(), file) {}
 
     trace::TraceFile file;
@@ -78,7 +79,7 @@ class Outside : public app::Outside {
   public:
     Outside(const app::Options& options, const Tell& notify)
         : folder_(options.directory.empty() ? "." : options.directory),
-          hardware_(options.hardware, qt_ports::SettingsFile(storage_, folder_.path() / kSettingsFile)),
+          hardware_(devices_, options.hardware, qt_ports::SettingsFile(storage_, folder_.path() / devices::kSettingsFile)),
           positions_(folder_.path() / config::kPositionFile, notify), wantsRealtime_(options.realtime) {
         if (!folder_.held())
             std::cerr << "twinstep: the file system of this folder cannot keep a second Twinstep out of it\n";
@@ -122,7 +123,7 @@ class Outside : public app::Outside {
 
     void attend(Events events) override {
         events_ = std::move(events);
-        hardware_.withWatchdog([this](Watchdog& watchdog) {
+        devices_.withWatchdog([this](Watchdog& watchdog) {
             watchdog_ = &watchdog;
             watchdogWatch_ = watchdog.watch(
                 watcher_,
@@ -164,7 +165,8 @@ class Outside : public app::Outside {
     EndSignals signals_; // first, so that no signal is lost
     WorkFolder folder_;
     Storage storage_; // finishes its jobs before the folder is released
-    ChosenHardware hardware_;
+    Devices devices_;
+    devices::ChosenHardware hardware_;
     PositionFile positions_;
     std::optional<Trace> trace_;
     qt_ports::FdWatcher watcher_;

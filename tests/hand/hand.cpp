@@ -6,12 +6,13 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QMessageBox>
-#include <QSocketNotifier>
 #include <QTimer>
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -63,29 +64,31 @@ void obey(const QByteArray& order) {
     std::cout << reply << std::endl;
 }
 
-/// The hand lives as long as the program.
+/// The hand lives as long as the program. A thread reads, as not every system has events for standard input.
 class Hand : public QObject {
   public:
     Hand() {
-        connect(&notifier_, &QSocketNotifier::activated, this, [this] { read(); });
+        std::thread([this] { read(); }).detach();
     }
 
   private:
     void read() {
-        char bytes[256];
-        const ssize_t size = ::read(STDIN_FILENO, bytes, sizeof bytes);
-        if (size <= 0) return notifier_.setEnabled(false);
-        orders_.append(bytes, size);
-        for (qsizetype end = 0; (end = orders_.indexOf('\n')) >= 0;) {
-            const QByteArray order = orders_.left(end);
-            orders_.remove(0, end + 1);
-            // Later, so that an order that opens a box leaves the next one to be read.
-            QTimer::singleShot(0, this, [order] { obey(order); });
+        QByteArray orders;
+        std::array<char, 256> bytes{};
+        while (true) {
+            const auto size = ::read(STDIN_FILENO, bytes.data(), bytes.size());
+            if (size <= 0) return;
+            orders.append(bytes.data(), size);
+            for (qsizetype end = 0; (end = orders.indexOf('\n')) >= 0;) {
+                const QByteArray order = orders.left(end).trimmed();
+                orders.remove(0, end + 1);
+                QMetaObject::invokeMethod(this, [this, order] {
+                    // Later, so that an order that opens a box leaves the next one to be read.
+                    QTimer::singleShot(0, this, [order] { obey(order); });
+                });
+            }
         }
     }
-
-    QByteArray orders_;
-    QSocketNotifier notifier_{STDIN_FILENO, QSocketNotifier::Read};
 };
 
 } // namespace

@@ -1,28 +1,46 @@
 #!/usr/bin/env bash
-# The core and the adapters to Windows as Windows programs, under Wine.
+# The programs for Windows, under Wine. Builds with the window where Qt for Windows is in the cache; else without it, and
+# says so. scripts/build_windows.sh fills the cache.
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 source scripts/packages.sh
 source scripts/build.sh
 source scripts/run_tests.sh
+source scripts/windows_libraries.sh
 
-need_packages "${wine_packages[@]}"
-scripts/build_windows.sh
+need_packages "${windows_packages[@]}" "${wine_packages[@]}"
+with_window=
+if have_windows_qt; then
+    echo "With the window: Qt for Windows is in $(windows_qt_folder)."
+    scripts/build_windows.sh
+    with_window=yes
+else
+    echo "Without the window: Qt for Windows is not in the cache, which scripts/build_windows.sh fills."
+    scripts/build_windows.sh --without-window
+fi
+
 build_preset tests --target emulated_board
 
-# A prefix of its own, without a display. A crash opens no debugger, which would keep the process alive.
+# A prefix of its own. A crash opens no debugger, which would keep the process alive.
 WINEPREFIX=$(mktemp -d)
 export WINEPREFIX WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
 unset DISPLAY WAYLAND_DISPLAY
-board=
+helpers=() # processes beside the tests
 end() {
     wineserver --kill || true
     wineserver --wait || true
-    [[ -z $board ]] || kill "$board"
+    kill "${helpers[@]}" 2>/dev/null || true
     rm -rf "$WINEPREFIX"
 }
 trap end EXIT
+if [[ $with_window ]]; then
+    exec 4<> <(:)
+    Xvfb -displayfd 4 -screen 0 1400x1000x24 -nolisten tcp 2>/dev/null &
+    helpers+=($!)
+    read -r number <&4
+    export DISPLAY=:$number
+fi
 wine wineboot --init 2>/dev/null
 wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Debugger /d none /f >/dev/null 2>&1
 
@@ -32,5 +50,15 @@ echo "The adapters' tests, with the step clock's figures, and with a board on CO
 export TWINSTEP_BOARD_LOG=Z:$WINEPREFIX/board
 exec 3<> <(:) # its orders: none
 build/tests/tests/emulated_board "$WINEPREFIX/dosdevices/com5" <&3 >"$WINEPREFIX/board" &
-board=$!
+helpers+=($!)
 run_under_wine build/windows-adapters.log wine build/windows/tests/adapters/twinstep_windows_tests.exe --gtest_brief=1
+[[ $with_window ]] || exit 0
+
+echo "The window's tests as a Windows program"
+run_under_wine build/windows-window.log wine build/windows/tests/twinstep_ui_tests.exe --gtest_brief=1
+tests/windows/installer.sh
+
+echo "The program in front of station programs in its own prefix"
+build_preset tests --target twinstep_wine_tests
+QT_QPA_PLATFORM=offscreen build/tests/tests/wine/twinstep_wine_tests build/windows/bridge \
+    --gtest_filter='WindowsProgramTest.*'

@@ -1,8 +1,7 @@
 #pragma once
 
+#include "platform/devices/chosen_port.h"
 #include "platform/hardware.h"
-#include "platform/linux/chosen_port.h"
-#include "platform/linux/watchdog.h"
 #include "platform/qt/settings_file.h"
 #include "platform/usb_board.h"
 
@@ -11,7 +10,7 @@
 #include <memory>
 #include <string>
 
-namespace linux_ports {
+namespace devices {
 
 /// The settings file, in the folder of "save.cfg".
 inline constexpr const char* kSettingsFile = "twinstep.ini";
@@ -24,7 +23,7 @@ class ChosenHardware : public platform::Hardware {
 
     /// Opens the devices. If a device from the command line is refused, throws runtime::ObjectError. If a
     /// device from the file or the default port is refused, the outputs are simulated; see notice.
-    ChosenHardware(Texts given, qt_ports::SettingsFile file);
+    ChosenHardware(Devices& devices, Texts given, qt_ports::SettingsFile file);
 
     /// The file of all settings.
     platform::Settings& file() { return file_; }
@@ -52,9 +51,6 @@ class ChosenHardware : public platform::Hardware {
     std::function<std::string()> bridgeState;
     /// Called with the new settings when they change.
     std::function<void(const platform::HardwareSettings&)> onUse;
-    /// Calls back with the watchdog when the first real device needs it, or at once. The watchdog lives as
-    /// long as this object.
-    void withWatchdog(std::function<void(Watchdog&)> use);
 
   private:
     class Board;
@@ -62,16 +58,14 @@ class ChosenHardware : public platform::Hardware {
     void readFile();
     /// Opens the port of these settings, but uses the simulated port if opening throws.
     void openOrSimulate(const platform::HardwareSettings& settings);
-    Watchdog& watchdog();
 
+    Devices& devices_;
     const Texts given_;
     qt_ports::SettingsFile file_;
     platform::HardwareSettings settings_;
     std::string notice_;
-    std::unique_ptr<Watchdog> watchdog_; // outlives the devices
     ChosenPort port_;
     std::unique_ptr<Board> board_;
-    std::function<void(Watchdog&)> onWatchdog_;
 };
 
-} // namespace linux_ports
+} // namespace devices

@@ -1,15 +1,13 @@
-#include "platform/linux/chosen_hardware.h"
+#include "platform/devices/chosen_hardware.h"
 
 #include "config/hardware_settings.h"
-#include "platform/hid/k8055.h"
-#include "platform/linux/device_search.h"
 #include "platform/simulated/outputs.h"
 #include "runtime/errors.h"
 
 #include <algorithm>
 #include <filesystem>
 
-namespace linux_ports {
+namespace devices {
 
 using platform::HardwareSettings;
 
@@ -22,19 +20,12 @@ constexpr const char* kSection = "hardware"; // of the settings
 /// The USB board in use.
 class ChosenHardware::Board : public platform::UsbBoard {
   public:
-    explicit Board(ChosenHardware& owner) : owner_(owner) {}
+    explicit Board(Devices& devices) : devices_(devices) {}
 
     /// `setting` is as in platform::HardwareSettings. Precondition: the previous board is closed.
     void choose(const std::string& setting) {
         if (const auto card = config::cardAddress(setting)) {
-            behind_ = std::make_unique<hid_ports::K8055>(
-                *card,
-                hid_ports::K8055::Observer{
-                    .opened = [this](const std::string& device) { owner_.watchdog().guardBoard(device); },
-                    .closed =
-                        [this] {
-                            if (owner_.watchdog_) owner_.watchdog_->forgetBoard();
-                        }});
+            behind_ = devices_.makeBoard(*card);
         } else {
             behind_ = std::make_unique<simulated::UsbBoard>(setting == config::kSimulated ? 0 : -1);
         }
@@ -47,13 +38,13 @@ class ChosenHardware::Board : public platform::UsbBoard {
     void closeDevice() override { behind_->closeDevice(); }
 
   private:
-    ChosenHardware& owner_;
+    Devices& devices_;
     std::unique_ptr<platform::UsbBoard> behind_;
 };
 
-ChosenHardware::ChosenHardware(Texts given, qt_ports::SettingsFile file)
-    : given_(std::move(given)), file_(std::move(file)), port_([this]() -> Watchdog& { return watchdog(); }),
-      board_(std::make_unique<Board>(*this)) {
+ChosenHardware::ChosenHardware(Devices& devices, Texts given, qt_ports::SettingsFile file)
+    : devices_(devices), given_(std::move(given)), file_(std::move(file)), port_(devices),
+      board_(std::make_unique<Board>(devices)) {
     readFile();
     for (const config::HardwareField& field : config::kHardwareFields) {
         if (const auto text = given_.find(field.name); text != given_.end())
@@ -167,28 +158,15 @@ void ChosenHardware::lookAtPort() {
 }
 
 std::vector<platform::OutputDevice> ChosenHardware::outputDevices() const {
-    return findOutputDevices();
+    return devices_.outputDevices();
 }
 
 std::vector<platform::GpioLine> ChosenHardware::gpioLines(const std::string& chip) const {
-    return gpioLinesOf(chip);
+    return devices_.gpioLines(chip);
 }
 
 std::string ChosenHardware::outputsName() const {
     return port_.name();
 }
 
-Watchdog& ChosenHardware::watchdog() {
-    if (!watchdog_) {
-        watchdog_ = std::make_unique<Watchdog>();
-        if (onWatchdog_) onWatchdog_(*watchdog_);
-    }
-    return *watchdog_;
-}
-
-void ChosenHardware::withWatchdog(std::function<void(Watchdog&)> use) {
-    onWatchdog_ = std::move(use);
-    if (watchdog_) onWatchdog_(*watchdog_);
-}
-
-} // namespace linux_ports
+} // namespace devices

@@ -1,24 +1,20 @@
 #pragma once
 
-#include "config/hardware_settings.h"
+#include "platform/devices/devices.h"
 #include "platform/hardware.h"
-#include "platform/linux/watchdog.h"
 #include "platform/printer_port.h"
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <sys/types.h>
 
-namespace linux_ports {
+namespace devices {
 
 /// The port that the settings name: opened by the adapter of its kind, guarded by the watchdog, with the
 /// level that energises the coils, and opened again when its board was unplugged and is back.
 class ChosenPort : public platform::PrinterPort {
   public:
-    /// `watchdog` starts the watchdog when it is called first.
-    explicit ChosenPort(std::function<Watchdog&()> watchdog) : watchdog_(std::move(watchdog)) {}
+    explicit ChosenPort(Devices& devices) : devices_(devices) {}
     ChosenPort(const ChosenPort&) = delete;
     ChosenPort& operator=(const ChosenPort&) = delete;
     ~ChosenPort() override { close(); }
@@ -43,17 +39,7 @@ class ChosenPort : public platform::PrinterPort {
   private:
     class Lost;
 
-    /// A device as it was when it was opened: another device of the same name has another node.
-    struct Node {
-        std::string device;
-        dev_t number;
-        ino_t file;
-        bool operator==(const Node&) const = default;
-        static std::optional<Node> of(const std::string& device);
-    };
-
-    void openBoard(const config::SerialBoard& board, std::uint8_t off);
-    void hold(std::unique_ptr<platform::PrinterPort> port, const std::string& name);
+    void hold(OpenPort open);
     /// Calls the port; notes a failure.
     template <class Access>
     auto call(const Access& access) -> decltype(access());
@@ -62,14 +48,15 @@ class ChosenPort : public platform::PrinterPort {
     void release();
     void close();
 
-    std::function<Watchdog&()> watchdog_;
+    Devices& devices_;
     std::unique_ptr<platform::PrinterPort> behind_;
     std::string name_;
-    std::optional<Node> node_; // of a board that can be unplugged
-    bool ready_ = false;       // the board has been ready
+    std::optional<std::string> device_;   // of a board that can be unplugged
+    std::optional<std::string> identity_; // of that board
+    bool ready_ = false;                  // the board has been ready
     bool guarded_ = false;
     bool high_ = false;
     bool works_ = false;
 };
 
-} // namespace linux_ports
+} // namespace devices

@@ -1,24 +1,17 @@
-#include "platform/linux/chosen_port.h"
+#include "platform/devices/chosen_port.h"
 
-#include "platform/firmata/port.h"
-#include "platform/linux/direct_port.h"
-#include "platform/linux/gpio_pins.h"
-#include "platform/linux/printer_port.h"
-#include "platform/linux/serial_port.h"
+#include "config/hardware_settings.h"
 #include "platform/simulated/outputs.h"
 #include "runtime/errors.h"
 
-#include <filesystem>
-#include <sys/stat.h>
 #include <utility>
 
-namespace linux_ports {
+namespace devices {
 
 using platform::HardwareSettings;
 
 namespace {
 
-constexpr const char* kUsualPort = "/dev/parport0";
 constexpr std::uint8_t kAll = 0xFF; // outputs
 
 } // namespace
@@ -48,35 +41,12 @@ void ChosenPort::open(const HardwareSettings& settings) {
         name_ = setting;
     } else if (setting == config::kAutomatic) {
         HardwareSettings found = settings;
-        found.port = std::filesystem::exists(kUsualPort) ? kUsualPort : config::kSimulated;
+        found.port = devices_.automaticPort();
         return open(found);
-    } else if (const auto address = config::ioAddress(setting)) {
-        auto port = std::make_unique<DirectPort>(*address);
-        watchdog_().guardPortAddress(*address, off);
-        hold(std::move(port), setting);
-    } else if (const auto board = config::serialBoard(setting)) {
-        openBoard(*board, off);
-    } else if (const auto lines = config::gpioLines(setting)) {
-        auto port = std::make_unique<GpioPins>(lines->chip, lines->lines, off);
-        watchdog_().guardLines(port->descriptor(), off);
-        hold(std::move(port), lines->chip);
     } else {
-        auto port = std::make_unique<linux_ports::PrinterPort>(setting);
-        watchdog_().guardPort(port->descriptor(), off);
-        hold(std::move(port), setting);
+        hold(devices_.openPort(setting, off));
     }
     works_ = true;
-}
-
-void ChosenPort::openBoard(const config::SerialBoard& board, std::uint8_t off) {
-    const firmata::Wiring wiring{board.pins, board.baud, off};
-    auto serial = std::make_unique<SerialPort>(board.device, board.baud);
-    watchdog_().guardSerial(serial->descriptor(), firmata::offMessage(wiring));
-    std::error_code error;
-    const std::filesystem::path device = std::filesystem::canonical(board.device, error);
-    const std::string name = "Arduino " + (error ? board.device : device.filename().string());
-    hold(std::make_unique<firmata::Port>(std::move(serial), name, wiring), name);
-    node_ = Node::of(board.device);
 }
 
 void ChosenPort::simulate() {
@@ -89,25 +59,27 @@ void ChosenPort::look(const HardwareSettings& settings) {
         call([this] { ready_ = behind_->notReady().empty(); });
         return;
     }
-    if (!node_) return;
-    const auto node = Node::of(node_->device);
+    if (!device_) return;
+    const auto identity = devices_.identity(*device_);
     // A board that never was ready has no coil on, so others may have it. A board that is gone keeps its
     // device's name until nobody holds it.
-    if (!ready_ || !node) lose(notReady());
-    if (!node) node_->file = 0; // whatever comes back is another one
-    if (!node || *node == *node_) return;
+    if (!ready_ || !identity) lose(notReady());
+    if (!identity) identity_.reset(); // whatever comes back is another one
+    if (!identity || identity == identity_) return;
     const std::string why = notReady();
-    const Node gone = *node_;
+    const auto device = device_;
+    const auto gone = identity_;
     try {
         open(settings);
     } catch (const runtime::ObjectError&) { // the rights to a new device come a moment later
         lose(why);
-        node_ = gone;
+        device_ = device;
+        identity_ = gone;
     }
 }
 
 std::string ChosenPort::name() const {
-    if (!node_ || (works_ && ready_)) return name_;
+    if (!device_ || (works_ && ready_)) return name_;
     return name_ + (works_ ? " is starting" : " is lost");
 }
 
@@ -122,7 +94,7 @@ void ChosenPort::setBit(int bit) {
 void ChosenPort::endPattern() {
     // A board that has not been ready yet has not been sent any pattern; look reports its failure, which must
     // not end the program's start half-way.
-    if (node_ && works_ && !ready_) {
+    if (device_ && works_ && !ready_) {
         try {
             return behind_->endPattern();
         } catch (const runtime::ObjectError&) {
@@ -150,12 +122,6 @@ std::string ChosenPort::notReady() {
     }
 }
 
-std::optional<ChosenPort::Node> ChosenPort::Node::of(const std::string& device) {
-    struct stat status {};
-    if (::stat(device.c_str(), &status) != 0) return std::nullopt;
-    return Node{device, status.st_rdev, status.st_ino};
-}
-
 template <class Access>
 auto ChosenPort::call(const Access& access) -> decltype(access()) {
     try {
@@ -166,9 +132,11 @@ auto ChosenPort::call(const Access& access) -> decltype(access()) {
     }
 }
 
-void ChosenPort::hold(std::unique_ptr<platform::PrinterPort> port, const std::string& name) {
-    behind_ = std::move(port);
-    name_ = name;
+void ChosenPort::hold(OpenPort open) {
+    behind_ = std::move(open.port);
+    name_ = std::move(open.name);
+    device_ = std::move(open.unplugged);
+    if (device_) identity_ = devices_.identity(*device_);
     guarded_ = true;
 }
 
@@ -179,13 +147,14 @@ void ChosenPort::lose(const std::string& why) {
 
 void ChosenPort::release() {
     behind_.reset(); // guarded until its last pattern is out
-    if (std::exchange(guarded_, false)) watchdog_().forgetPort();
+    if (std::exchange(guarded_, false)) devices_.forgetPort();
 }
 
 void ChosenPort::close() {
     release();
-    node_.reset();
+    device_.reset();
+    identity_.reset();
     ready_ = false;
 }
 
-} // namespace linux_ports
+} // namespace devices
