@@ -1,5 +1,6 @@
 // A bridge that says anything, while links come and go and time passes.
 
+#include "fuzz/script.h"
 #include "platform/linux/bridge_dde_links.h"
 #include "platform/linux/bridge_station_messages.h"
 #include "platform/simulated/clock.h"
@@ -8,13 +9,10 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 
 namespace {
 
-void require(bool holds) {
-    if (!holds) std::abort();
-}
+using fuzz::require;
 
 /// What single bytes stand for, as the protocol's words would take a fuzzer long to find.
 constexpr unsigned kFirstWord = 0xE0;

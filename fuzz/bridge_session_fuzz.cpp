@@ -1,21 +1,19 @@
 // What a client sends to the bridge, beside station programs that come, speak and go.
 
 #include "bridge/session.h"
+#include "fuzz/script.h"
 #include "platform/simulated/links.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 
 namespace {
 
+using fuzz::require;
+
 constexpr const char* kTopic = "A|T";
 constexpr long kStation = 50;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 } // namespace
 

@@ -1,21 +1,19 @@
 // What a board sends, in pieces, while engines step and time passes.
 
+#include "fuzz/script.h"
 #include "platform/firmata/board.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 
 namespace {
+
+using fuzz::require;
 
 using Time = firmata::Board::Time;
 
 constexpr firmata::Wiring kWiring{{2, 3, 4, 5, 6, 7, 8, 9}, 57600, 255};
 constexpr std::uint8_t kReset = 0xFF;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 /// The serial line, by its speed alone.
 struct Line {

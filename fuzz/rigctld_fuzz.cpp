@@ -1,22 +1,15 @@
 // What a peer at rigctld's address answers, in pieces, while time passes and connections end.
 
+#include "fuzz/script.h"
 #include "platform/simulated/clock.h"
 #include "platform/simulated/tcp_clients.h"
 #include "radio/rigctld.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 
-namespace {
+using fuzz::require;
 
-void require(bool holds) {
-    if (!holds) std::abort();
-}
-
-} // namespace
-
-/// A byte of 0x80 and above is an action; what stands between two actions is what the peer says.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     simulated::Clock clock;
     simulated::TcpClients tcp;
@@ -30,33 +23,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     };
     radio::Rigctld rig(tcp, clock, "localhost", radio::Rigctld::kDefaultPort, told);
     tcp.answer();
-    std::string said;
-    const auto say = [&] {
-        tcp.send(std::exchange(said, {}));
+    const auto say = [&](const std::string& said) {
+        tcp.send(said);
         tcp.takeSent();
     };
-    for (std::size_t at = 0; at < size; ++at) {
-        if (data[at] < 0x80) {
-            said += static_cast<char>(data[at]);
-            continue;
-        }
-        say();
-        switch (data[at] % 4) {
-        case 0:
-            tcp.drop();
-            break;
-        case 1:
-            clock.advance(data[at] * 10);
+    fuzz::play(data, size, say, [&](int action, int byte) {
+        if (action == 0) tcp.drop();
+        if (action == 1) {
+            clock.advance(byte * 10);
             tcp.answer();
-            break;
-        case 2:
-            say();
-            break;
-        default:
-            said += static_cast<char>(data[at]);
         }
-    }
-    say();
+    });
 
     // Whatever was said: a new connection to a real daemon finds the frequency.
     tcp.drop();

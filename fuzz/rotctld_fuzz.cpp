@@ -2,6 +2,7 @@
 // go.
 
 #include "form/form1.h"
+#include "fuzz/script.h"
 #include "platform/simulated/clock.h"
 #include "platform/simulated/links.h"
 #include "platform/simulated/tcp_servers.h"
@@ -10,17 +11,14 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 
 namespace {
+
+using fuzz::require;
 
 using rotor::rotctld::Result;
 
 constexpr int kPort = 4533;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 struct Rotator : rotor::rotctld::Rotator {
     rotor::Direction position() const override { return {-12.345, 90}; }
@@ -57,7 +55,6 @@ struct Desk {
 
 } // namespace
 
-/// A byte of 0x80 and above is an action; what stands between two actions is what a client says.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Desk desk;
     desk.server.listen({"0.0.0.0", kPort, {}});
@@ -66,36 +63,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (auto& peer : peers)
         connect(peer);
     std::size_t speaker = 0;
-    std::string said;
-    const auto say = [&] {
+    const auto say = [&](const std::string& said) {
         auto& peer = peers.at(speaker);
-        peer->send(std::exchange(said, {}));
+        peer->send(said);
         const std::string answer = peer->takeReceived();
         require(answer.empty() || answer.ends_with('\n'));
         if (peer->closed()) connect(peer);
     };
-    for (std::size_t at = 0; at < size; ++at) {
-        if (data[at] < 0x80) {
-            said += static_cast<char>(data[at]);
-            continue;
-        }
-        say();
-        switch (data[at] % 4) {
-        case 0:
-            speaker = 1 - speaker;
-            break;
-        case 1:
-            desk.clock.advance(data[at]);
-            break;
-        case 2:
+    fuzz::play(data, size, say, [&](int action, int byte) {
+        if (action == 0) speaker = 1 - speaker;
+        if (action == 1) desk.clock.advance(byte);
+        if (action == 2) {
             peers.at(speaker)->close();
             connect(peers.at(speaker));
-            break;
-        default:
-            said += static_cast<char>(data[at]); // no letter of any command
         }
-    }
-    say();
+    });
     desk.clock.advance(rotor::rotctld::Server::kMoveSilence);
     require(!desk.rotator.moving);
 

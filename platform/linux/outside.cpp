@@ -35,8 +35,8 @@ namespace {
 using platform::HardwareSettings;
 
 /// The beginnings of the names of all files in the program's folder, including temporary files.
-constexpr std::array<std::string_view, 4> kOwnFiles = {"save.cfg", devices::kSettingsFile, config::kPositionFile,
-                                                       "HiResMem.txt"};
+constexpr std::array<std::string_view, 4> kOwnFiles = {"save.cfg", devices::kSettingsFile,
+                                                       config::kPositionFile, "HiResMem.txt"};
 
 in_addr listenAddress(const HardwareSettings& settings) {
     const auto address = parseAddress(settings.n1mmListen);
@@ -79,7 +79,8 @@ class Outside : public app::Outside {
   public:
     Outside(const app::Options& options, const Tell& notify)
         : folder_(options.directory.empty() ? "." : options.directory),
-          hardware_(devices_, options.hardware, qt_ports::SettingsFile(storage_, folder_.path() / devices::kSettingsFile)),
+          hardware_(devices_, options.hardware,
+                    qt_ports::SettingsFile(storage_, folder_.path() / devices::kSettingsFile)),
           positions_(folder_.path() / config::kPositionFile, notify), wantsRealtime_(options.realtime) {
         if (!folder_.held())
             std::cerr << "twinstep: the file system of this folder cannot keep a second Twinstep out of it\n";

@@ -1,14 +1,12 @@
 #include "app/version.h"
-#include "tests/emulated_port/emulated_port.h"
+#include "tests/program/driven_program.h"
 
-#include <QElapsedTimer>
 #include <QProcess>
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
-#include <thread>
 
 using ::testing::AllOf;
 using ::testing::ElementsAre;
@@ -69,13 +67,7 @@ struct Program : ::testing::Test {
     }
     /// The start has written all eight outputs: the program runs.
     bool runs() const {
-        QElapsedTimer clock;
-        clock.start();
-        while (trace().size() < 8) {
-            if (clock.elapsed() > 10000) return false;
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        }
-        return true;
+        return comesTrue([&] { return trace().size() >= 8; });
     }
     QStringList arguments(const QStringList& more = {}) const {
         return QStringList{"--directory", QString::fromStdString(folder / "shack"), "--trace",
@@ -159,9 +151,8 @@ TEST_F(Program, EndsOnSignalsWithTheOutputsOffAndItsStateSaved) {
 TEST_F(Program, EndsOnASignalWhileABoxIsOpen) {
     std::filesystem::create_directory(folder / "shack");
     std::ofstream(folder / "shack" / "save.cfg") << "not a record file";
-    Twinstep program(arguments());
-    ASSERT_TRUE(runs());
-    std::this_thread::sleep_for(std::chrono::milliseconds(200)); // most likely enough for the box
+    DrivenProgram program(EmulatedPort(folder / "port"), arguments());
+    ASSERT_TRUE(comesTrue([&] { return program.ask("box") != "none"; }));
     program.signal(SIGTERM);
     EXPECT_EQ(program.ends(), 0);
 }
