@@ -142,6 +142,7 @@ void Controller::Subsystems::wireWindow() {
     activity.show = [this] {
         movement.show();
         fit.show();
+        table.nameEngines();
         radio::showFrequencyNote(form, sources.chosen());
         showReasons(form, ports.hardware.get().settings().usb == config::kNone);
     };

@@ -134,6 +134,11 @@ void Startup::loadMemories() {
     if (bandMode == -1) form_.chkBandMode.Value.load(1);
     if (bandMode == 0) form_.chkBandMode.Value.load(0);
     memory::applyBandMode(form_);
+    // Each excludes the other; the records count more than twinstep.ini.
+    if (form_.bolBandMode) {
+        form_.chkExact.Value.load(0);
+        form_.tuner.exact = false;
+    }
 }
 
 void Startup::loadRotor() {

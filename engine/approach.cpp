@@ -32,6 +32,7 @@ Approach::Approach(form::Form1& form, Motion& motion) : form_(form), motion_(mot
         if (!target) return nullptr;
         return [this, &side, target = *target] { leg(side, target); };
     };
+    motion_.onPassed = [this](const Side& side) { moveTo(side, of(side).target.value_or(side.sngTarget)); };
 }
 
 void Approach::setBacklash(int play1, int play2) {
@@ -42,8 +43,11 @@ void Approach::setBacklash(int play1, int play2) {
 
 std::string Approach::faultOfPlace() const {
     for (const Side* side : {&sides_.a, &sides_.b}) {
-        if (of(*side).backlash.takenUp()) continue;
-        return side->lblEngine.Caption.get() + " was last moved down: move it up to its place";
+        const Backlash& backlash = of(*side).backlash;
+        if (backlash.takenUp()) continue;
+        const std::string engine = side->lblEngine.Caption;
+        if (backlash.wentDown()) return engine + " was last moved down: move it up to its place";
+        return "the backlash of " + engine + " may not be taken up: come to its place from further below";
     }
     return {};
 }
@@ -60,7 +64,7 @@ bool Approach::moveTo(const Side& side, float target) {
     const int toZero = static_cast<int>(std::ceil(stepsTo(side, 0)));
     const Backlash& backlash = of(side).backlash;
     const int dip = backlash.dip(steps, toZero);
-    if (dip == steps) {
+    if (dip == steps || dip == 0) { // at 0 there is no room for a dip
         if (!leg(side, target)) return false;
     } else {
         if (!leg(side, belowShown(side, side.sngPos + dip * stepDistance(side)))) return false;

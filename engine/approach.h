@@ -35,7 +35,8 @@ class Approach {
 
     /// The backlash of engine 1 and engine 2, in steps.
     void setBacklash(int play1, int play2);
-    /// Names an engine that did not reach its position from below, as a text for the user; empty if both did.
+    /// Names an engine that is not known to have reached its position from below, as a text for the user;
+    /// empty if both have.
     std::string faultOfPlace() const;
 
   private:

@@ -11,6 +11,7 @@ void Backlash::setPlay(int play) {
 
 void Backlash::stepped(int direction) {
     taken_ = std::clamp(taken_ + direction, 0, play_);
+    down_ = direction < 0;
 }
 
 int Backlash::dip(int steps, int floor) const {

@@ -19,10 +19,13 @@ class Backlash {
     int dip(int steps, int floor) const;
     /// Whether the last steps have taken up all play upwards.
     bool takenUp() const { return taken_ >= play_; }
+    /// Whether the last step went down; false if none was made.
+    bool wentDown() const { return down_; }
 
   private:
     int play_ = 0;
     int taken_ = 0; // steps of play taken up since the engine last went down, 0 to play_
+    bool down_ = false;
 };
 
 } // namespace engine

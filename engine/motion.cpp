@@ -196,9 +196,14 @@ void Motion::stepped(const Side& side) {
     case ThenDo::kReturn: {
         ramp.end();
         const auto goal = own(side).goal;
-        moveTo(side, side.sngTarget);
+        const bool fast = side.bolVelAlta;
+        if (!goal && onPassed) {
+            onPassed(side);
+        } else {
+            moveTo(side, side.sngTarget);
+        }
         own(side).goal = goal;
-        selectSpeed(side, side.bolVelAlta);
+        selectSpeed(side, fast);
         break;
     }
     default:

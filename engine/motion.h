@@ -93,6 +93,8 @@ class Motion {
     /// Called before an engine stops at its target. Returns what to do right after the stop; empty for
     /// nothing.
     std::function<std::function<void()>(const Side& side)> onArrival;
+    /// Called when an engine has passed the target of a recall, instead of a direct return to the target.
+    std::function<void(const Side& side)> onPassed;
     /// Called when an engine has stopped at an end of its range.
     std::function<void(const Side& side)> onEndOfRange;
     /// Called when the user has declared a position to be 0 by Reset; `before` is the old value.

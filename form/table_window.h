@@ -3,6 +3,8 @@
 #include "form/controls.h"
 #include "form/frequency_table.h"
 
+#include <array>
+#include <string>
 #include <vector>
 
 namespace form {
@@ -15,8 +17,9 @@ class TableGrid : public Control {
     TableGrid(Form& form, std::string name) : Control(form, std::move(name)) {}
 
     Property<FrequencyTable> Entries{*this, {}};
-    Property<int> Row{*this, -1};               // the current row, from 0; -1 for none
-    std::vector<int> SelectedRows;              // as the user marked them
+    Property<std::array<std::string, 2>> Engines{*this, {}}; // what the function calls them
+    Property<int> Row{*this, -1};                            // the current row, from 0; -1 for none
+    std::vector<int> SelectedRows;                           // as the user marked them
     Event<int, int, std::string> Edited{*this}; // row, column, text; the row behind the last makes an entry
     Event<std::string> Pasted{*this};           // rows as text
 };

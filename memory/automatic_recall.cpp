@@ -144,14 +144,15 @@ bool AutomaticRecall::staysSemiAuto() {
 }
 
 void AutomaticRecall::semiAuto() {
-    if (form_.lblAutoMemOnOff.Caption != kSemiAuto) semiAutoHertz_ = form_.frequencyNow;
+    semiAutoHertz_ = form_.frequencyNow;
     form_.lblAutoMemOnOff.Caption = kSemiAuto;
 }
 
 int AutomaticRecall::memoryToRecall() {
     if (form_.chkExact.ticked()) {
         const int nearest = nearestMemory(form_.frequencyNow);
-        return nearest > 0 && isInUse(nearest) ? 0 : nearest;
+        // Labels that differ look alike where the list cuts them: the selection tells which one is in use.
+        return nearest > 0 && isInUse(nearest) && form_.Option[nearest].Value ? 0 : nearest;
     }
     for (int n = 1; n <= form::Form1::kMemories; ++n) {
         if (!isInUse(n) && matches(n, form_.strFreqKey)) return n;
@@ -177,7 +178,9 @@ int AutomaticRecall::nearestMemory(const std::optional<std::int64_t>& frequency)
     int nearest = 0;
     double distance = static_cast<double>(form_.tuner.exactKilohertz * kHertzPerKilohertz);
     for (int n = 1; n <= form::Form1::kMemories; ++n) {
-        const double hertz = runtime::leadingNumber(form_.lblFr[n].Caption.get()) * form::kHertzPerMegahertz;
+        std::string label = slots_.label(n);
+        std::ranges::replace(label, ',', '.');
+        const double hertz = runtime::leadingNumber(label) * form::kHertzPerMegahertz;
         const double away = std::fabs(hertz - static_cast<double>(*frequency));
         if (away > distance || (away == distance && nearest > 0) || !slots_.isStored(n)) continue;
         nearest = n;

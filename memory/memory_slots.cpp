@@ -72,7 +72,7 @@ void MemorySlots::lblMem_DblClick(int n) {
 }
 
 Contents MemorySlots::contents(int n) {
-    return {form_.strMemPosA(n), form_.strMemPosB(n), file_.read().text(config::record::kMemoryLabel + n)};
+    return {form_.strMemPosA(n), form_.strMemPosB(n), label(n)};
 }
 
 void MemorySlots::put(int n, const Contents& contents) {
@@ -114,6 +114,7 @@ std::optional<std::string> MemorySlots::askLabel(const std::string& proposed) {
 
 void MemorySlots::show(int n, const std::string& label) {
     form_.Option[n].Enabled = isStored(n);
+    labels_.at(static_cast<std::size_t>(n - 1)) = label;
     form_.lblFr[n].Caption = runtime::firstCharacters(label, kLabelShown);
     showToolTip(n, label);
 }

@@ -59,6 +59,8 @@ class MemorySlots {
     /// Called when a recall has begun.
     std::function<void(const Recalled&)> onRecall;
 
+    /// The label of memory n with all characters that are kept; its list entry shows the first ones.
+    const std::string& label(int n) const { return labels_.at(static_cast<std::size_t>(n - 1)); }
     /// A memory that was never stored has no positions, and cannot be recalled.
     bool isStored(int n);
     /// Tool tip, label and selectability of memory n as its texts say. `label` is the whole label.
@@ -81,6 +83,7 @@ class MemorySlots {
     engine::Motion& motion_;
     engine::Approach& approach_;
     engine::Sides sides_;
+    std::array<std::string, form::Form1::kMemories> labels_;
     int selected_ = 0; // the memory that is selected, 0 for none
 };
 

@@ -10,7 +10,7 @@ namespace memory {
 
 namespace {
 
-constexpr double kKilohertzPerMegahertz = 1e3;
+constexpr double kHertzPerKilohertz = 1e3;
 constexpr std::size_t kInUseCharacters = 10; // what record 54 keeps
 
 } // namespace
@@ -60,9 +60,12 @@ void TableRecall::sayNoEntry(double megahertz) {
         return;
     }
     const double entry = form_.hiResMem[*nearest].megahertz;
-    const auto kilohertz = std::llround(std::fabs(entry - megahertz) * kKilohertzPerMegahertz);
+    const double away = std::fabs(entry - megahertz) * form::kHertzPerMegahertz;
+    const bool near = away < kHertzPerKilohertz;
     form_.notice.tell("No table entry for " + runtime::shortestText(megahertz) + " MHz: the nearest is " +
-                      runtime::shortestText(entry) + ", " + std::to_string(kilohertz) + " kHz away");
+                      runtime::shortestText(entry) + ", " +
+                      std::to_string(std::llround(near ? away : away / kHertzPerKilohertz)) +
+                      (near ? " Hz away" : " kHz away"));
 }
 
 } // namespace memory

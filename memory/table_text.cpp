@@ -42,7 +42,7 @@ std::vector<std::string_view> columnsOf(std::string_view line) {
     return columns;
 }
 
-TableEntry entryOf(const std::vector<std::string_view>& columns, FourthColumn allowed) {
+TableEntry entryOf(const std::vector<std::string_view>& columns) {
     if (columns.size() < 3 || columns.size() > 4) {
         throw TableTextError("has " + std::to_string(columns.size()) + " columns instead of 3 or 4");
     }
@@ -53,12 +53,27 @@ TableEntry entryOf(const std::vector<std::string_view>& columns, FourthColumn al
             throw TableTextError("\"" + runtime::firstCharacters(column, 20) + "\" is not a number");
         }
     };
-    const double fourth = columns.size() == 4 ? number(columns[3]) : 0;
-    if (fourth != 0 && fourth != 1 && allowed == FourthColumn::k0Or1)
-        throw TableTextError("the fourth column is not 0 or 1");
-    const TableEntry entry{number(columns[0]), number(columns[1]), number(columns[2]), fourth};
-    if (const std::string fault = faultOf(entry); !fault.empty()) throw TableTextError(fault);
-    return entry;
+    return {number(columns[0]), number(columns[1]), number(columns[2]),
+            columns.size() == 4 ? number(columns[3]) : 0};
+}
+
+/// Calls `take` with each entry, or `fail` with what is wrong with a line.
+template <class Take, class Fail>
+void eachEntry(std::string_view text, const Take& take, const Fail& fail) {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF"; // what some spreadsheets put first
+    if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+    for (int number = 1; !text.empty(); ++number) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        std::string_view line = text.substr(0, end);
+        text.remove_prefix(std::min(end + 1, text.size()));
+        if (line.ends_with('\r')) line.remove_suffix(1);
+        line = line.substr(0, line.find('#'));
+        try {
+            if (const auto columns = columnsOf(line); !columns.empty()) take(entryOf(columns));
+        } catch (const TableTextError& error) {
+            fail("Line " + std::to_string(number) + ": " + error.what());
+        }
+    }
 }
 
 std::string recordText(double value) {
@@ -87,29 +102,31 @@ std::string tableText(const FrequencyTable& table) {
     return text;
 }
 
-FrequencyTable readTable(std::string_view text, FourthColumn fourth) {
-    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF"; // what some spreadsheets put first
-    if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+FrequencyTable readTable(std::string_view text) {
     FrequencyTable entries;
-    for (int number = 1; !text.empty(); ++number) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        std::string_view line = text.substr(0, end);
-        text.remove_prefix(std::min(end + 1, text.size()));
-        if (line.ends_with('\r')) line.remove_suffix(1);
-        line = line.substr(0, line.find('#'));
-        const auto columns = columnsOf(line);
-        if (columns.empty()) continue;
-        try {
-            entries.push_back(entryOf(columns, fourth));
-        } catch (const TableTextError& error) {
-            throw TableTextError("Line " + std::to_string(number) + ": " + error.what());
-        }
-    }
+    const auto take = [&](const TableEntry& entry) {
+        if (entry.fourth != 0 && entry.fourth != 1) throw TableTextError("the fourth column is not 0 or 1");
+        if (const std::string fault = faultOf(entry); !fault.empty()) throw TableTextError(fault);
+        entries.push_back(entry);
+    };
+    eachEntry(text, take, [](const std::string& fault) { throw TableTextError(fault); });
     try {
         return sorted(std::move(entries));
     } catch (const runtime::RunTimeError&) {
         throw TableTextError("More than " + std::to_string(form::kTableEntriesMax) + " entries");
     }
+}
+
+FrequencyTable readKeptTable(std::string_view text, std::string& fault) {
+    FrequencyTable entries;
+    const auto take = [&](const TableEntry& entry) {
+        if (std::ssize(entries) == form::kTableEntriesMax) throw TableTextError("the table is full");
+        entries.push_back(entry);
+    };
+    eachEntry(text, take, [&](const std::string& what) {
+        if (fault.empty()) fault = what;
+    });
+    return byFrequency(std::move(entries));
 }
 
 std::string faultOf(const TableEntry& entry) {

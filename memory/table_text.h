@@ -23,14 +23,14 @@ inline constexpr const char* kTableFile = "HiResMem.txt";
 /// another program stays.
 std::string tableText(const form::FrequencyTable& table);
 
-/// Which numbers the fourth column may hold: what this program writes, or what another one may have left in
-/// the records.
-enum class FourthColumn { k0Or1, kAny };
-
 /// Reads lines of three or four columns (the fourth is 0 where it is missing), separated by tabulators,
-/// semicolons or blanks, numbers with a point or a comma; '#' begins a comment. TableTextError for a line
-/// that is no entry, and for too many.
-form::FrequencyTable readTable(std::string_view text, FourthColumn fourth = FourthColumn::k0Or1);
+/// semicolons or blanks, numbers with a point or a comma; '#' begins a comment. The last line of a frequency
+/// counts. TableTextError for a line that is no entry, and for too many.
+form::FrequencyTable readTable(std::string_view text);
+
+/// The same for what stands beside the records, which may hold any numbers and a frequency more than once:
+/// all lines that can be read. `fault` names the first other one; it is empty if there is none.
+form::FrequencyTable readKeptTable(std::string_view text, std::string& fault);
 
 /// What is wrong with an entry, in a few words; empty when it can be kept. Frequencies are above 0 and below
 /// 10,000 MHz, positions from -999 to 999.

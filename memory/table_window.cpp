@@ -124,13 +124,18 @@ void TableWindow::edited(int row, int column, const std::string& text) {
             entry.fourth = value;
             break;
         }
-        if (!isNew) table.erase(table.begin() + row);
-        const bool taken = std::ranges::any_of(
-            table, [&](const form::TableEntry& other) { return other.megahertz == entry.megahertz; });
-        if (taken) return say("There is an entry for " + megahertzText(entry.megahertz) + " already");
         if (const std::string fault = faultOf(entry); !fault.empty()) return say("Not changed: " + fault);
-        if (std::ssize(table) == form::kTableEntriesMax) return say("Not added: the table is full");
-        window_.grid.Row.load(static_cast<int>(memory::put(table, entry)));
+        if (column == form::TableGrid::kFrequency) {
+            if (!isNew) table.erase(table.begin() + row);
+            const bool taken = std::ranges::any_of(
+                table, [&](const form::TableEntry& other) { return other.megahertz == entry.megahertz; });
+            if (taken) return say("There is an entry for " + megahertzText(entry.megahertz) + " already");
+            if (std::ssize(table) == form::kTableEntriesMax) return say("Not added: the table is full");
+            row = static_cast<int>(memory::put(table, entry));
+        } else {
+            table[index] = entry;
+        }
+        window_.grid.Row.load(row);
         change(table, megahertzText(entry.megahertz) + (isNew ? " added" : " changed"));
     } catch (const runtime::RunTimeError&) {
         say("\"" + text + "\" is not a number");
@@ -142,8 +147,9 @@ void TableWindow::pasted(const std::string& text) {
         const Table rows = readTable(text);
         if (rows.empty()) return say("Nothing to paste");
         Table table = main_.hiResMem;
-        table.insert(table.end(), rows.begin(), rows.end());
-        change(sorted(std::move(table)), std::to_string(rows.size()) + " entries pasted");
+        for (const form::TableEntry& row : rows)
+            memory::put(table, row);
+        change(table, std::to_string(rows.size()) + " entries pasted");
     } catch (const TableTextError& error) {
         say(std::string("Not pasted: ") + error.what());
     } catch (const runtime::SubscriptError&) {
@@ -180,9 +186,10 @@ std::string TableWindow::readFile(const std::filesystem::path& path) {
 
 form::FrequencyTable TableWindow::file() {
     try {
-        return readTable(readFile(file_.path().parent_path() / kTableFile), FourthColumn::kAny);
-    } catch (const TableTextError& error) {
-        notify(std::string(kTableFile) + " is not used: " + error.what());
+        std::string fault;
+        Table kept = readKeptTable(readFile(file_.path().parent_path() / kTableFile), fault);
+        if (!fault.empty()) notify("Not used of " + std::string(kTableFile) + ": " + fault);
+        return kept;
     } catch (const runtime::FileError& error) {
         notify(error.what());
     }

@@ -23,10 +23,12 @@ class TableWindow {
     void mnuFileMemHR_Click();
     /// Adds the frequency now with both positions, or replaces the entry of this frequency.
     void cmdTableAdd_Click();
+    /// Shows the engines' names as the main window has them.
+    void nameEngines() { window_.grid.Engines = {main_.lblEngineA.Caption, main_.lblEngineB.Caption}; }
     /// The table was loaded anew: what was done before can no longer be undone.
     void loaded();
 
-    /// The entries of "HiResMem.txt"; empty, with a notice where it is none, when there are none.
+    /// The entries of "HiResMem.txt"; a notice names the first line that is none.
     form::FrequencyTable file();
     /// The table of such a file in the place of "HiResMem.txt"; empty where there is none. Throws
     /// runtime::FileError.

@@ -39,10 +39,12 @@ void HamlibSource::told(const RigReading& reading) {
     const auto noticeOf = [](const std::string& trouble) { return "Hamlib: " + trouble; };
     // What it said has been put right.
     if (form_.notice.Caption.get() == noticeOf(reading_.trouble)) form_.notice.tell("");
+    if (!reading.unknown.empty() && reading.unknown != reading_.unknown)
+        form_.notice.tell(noticeOf(reading.unknown));
     reading_ = reading;
     form_.lblFreqHamlib.Caption = kilohertzText(reading);
     if (reading.trouble.empty()) {
-        showState(form_, "Connected");
+        showState(form_, "Connected", reading.unknown);
     } else {
         // It goes on trying, so the button stays as it is.
         showState(form_, "Error", reading.trouble);

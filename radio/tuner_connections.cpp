@@ -201,8 +201,9 @@ void TunerConnections::showRig(const RigReading& reading) {
     const bool connected = reading.hertz.has_value();
     dialog_.lblConnHamlib.Caption = connected ? "Conn." : "Disc.";
     dialog_.lblConnHamlib.BackColor = connected ? form::kBrightGreen : form::kRed;
-    dialog_.lblConnHamlib.ToolTip = reading.trouble;
-    dialog_.lblPortError.Caption = reading.trouble;
+    const std::string& fault = connected ? reading.unknown : reading.trouble;
+    dialog_.lblConnHamlib.ToolTip = fault;
+    dialog_.lblPortError.Caption = fault;
     dialog_.lblHamlibData.Caption = connected ? kilohertzText(reading) + " KHz" : "";
 }
 

@@ -38,7 +38,7 @@ class TableGridAdapter : public WidgetAdapter {
     }
 
   private:
-    void drawOwn() override { widget_.show(grid_.Entries, grid_.Row); }
+    void drawOwn() override { widget_.draw(); }
 
     form::TableGrid& grid_;
     TableGridView& widget_;
@@ -47,7 +47,7 @@ class TableGridAdapter : public WidgetAdapter {
 } // namespace
 
 TableGridView::TableGridView(form::TableGrid& grid) : QTableWidget(1, kColumns), grid_(grid) {
-    setHorizontalHeaderLabels({"MHz", "Engine 1", "Engine 2", "Ends stretch"});
+    setHorizontalHeaderLabels({"MHz", "", "", "Ends stretch"});
     horizontalHeaderItem(form::TableGrid::kEndOfStretch)
         ->setToolTip("Between this entry and the next one nothing is interpolated.");
     horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
@@ -59,8 +59,12 @@ TableGridView::TableGridView(form::TableGrid& grid) : QTableWidget(1, kColumns),
     connect(this, &QTableWidget::currentCellChanged, this, [this](int row) { grid_.Row.load(row); });
 }
 
-void TableGridView::show(const form::FrequencyTable& entries, int row) {
+void TableGridView::draw() {
     const QSignalBlocker quiet(this);
+    const form::FrequencyTable& entries = grid_.Entries;
+    const int row = grid_.Row;
+    horizontalHeaderItem(form::TableGrid::kPositionA)->setText(shown(grid_.Engines.get()[0]));
+    horizontalHeaderItem(form::TableGrid::kPositionB)->setText(shown(grid_.Engines.get()[1]));
     const int last = static_cast<int>(entries.size());
     setRowCount(last + 1);
     for (int i = 0; i < last; ++i)

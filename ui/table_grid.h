@@ -12,8 +12,8 @@ class TableGridView : public QTableWidget {
   public:
     explicit TableGridView(form::TableGrid& grid);
 
-    /// Shows entries and current row as the control has them.
-    void show(const form::FrequencyTable& entries, int row);
+    /// Shows entries, current row and the engines' names as the control has them.
+    void draw();
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;

@@ -54,7 +54,8 @@ TablePlot::Picture TablePlot::seen() const {
                 .megahertz = {},
                 .posA = form_.sngPosA,
                 .posB = form_.sngPosB,
-                .row = window_.grid.Row};
+                .row = window_.grid.Row,
+                .engines = window_.grid.Engines};
     if (form_.frequencyNow) now.megahertz = static_cast<double>(*form_.frequencyNow) / 1e6;
     return now;
 }
@@ -133,8 +134,7 @@ void TablePlot::drawAxes(QPainter& painter) const {
                      QString::fromStdString(form_.lblUnitA.Caption).remove(':'));
     double x = inside.left();
     for (const bool engineB : {false, true}) {
-        const QString name =
-            QString::fromStdString((engineB ? form_.lblEngineB : form_.lblEngineA).Caption.get());
+        const QString name = QString::fromStdString(picture_.engines.at(engineB ? 1 : 0));
         painter.setPen(QPen(colourOf(engineB, palette()), 2));
         painter.drawLine(QPointF(x, kTop / 2), QPointF(x + 18, kTop / 2));
         painter.setPen(quietText(palette()));

@@ -34,6 +34,7 @@ class TablePlot : public Plot {
         std::optional<double> megahertz; // now
         double posA = 0, posB = 0;
         int row = -1;
+        std::array<std::string, 2> engines;
         bool operator==(const Picture&) const = default;
     };
     struct Span {

@@ -78,6 +78,39 @@ TEST_F(RampDriveTest, ATargetInsideTheBrakingDistanceIsPassedAndComeBackToOnce) 
     EXPECT_EQ(steps(), 0);
 }
 
+TEST_F(RampDriveTest, ATargetThatWasPassedIsReachedFromBelowWhereThereIsBacklash) {
+    inDialog<form::FrmGenSet>([](form::FrmGenSet& dialog) {
+        dialog.txtCW1.Text = "a";
+        dialog.txtCCW1.Text = "b";
+        dialog.txtCW2.Text = "c";
+        dialog.txtCCW2.Text = "d";
+        dialog.txtBacklash1.Text = "20";
+        dialog.cmdSalvaGenSet.Click.fire();
+    });
+    f().mnuGenSet.Click.fire();
+    recall(1000);
+    clock.advance(500); // at full speed
+    recall(200);        // ahead, inside the braking distance
+    int furthest = 0;
+    int lowest = 1000; // since the turn
+    while (runs()) {
+        clock.advance(1);
+        furthest = std::max(furthest, steps());
+        lowest = f().Timer2.Enabled ? steps() : std::min(lowest, steps());
+    }
+    EXPECT_GT(furthest, 250);
+    EXPECT_NEAR(lowest, 180, 1);
+    EXPECT_EQ(steps(), 200);
+    // Near 0 there is less room than the backlash, at 0 there is none: the way goes straight up.
+    for (const int from : {8, 0}) {
+        f().sngPosA = static_cast<float>(from * kStep);
+        f().cmdAlt.Click.fire();
+        recall(12);
+        runUntilItStands();
+        EXPECT_EQ(steps(), 12) << from;
+    }
+}
+
 TEST_F(RampDriveTest, AReleasedJogSlowsDownAndStopStopsAtOnce) {
     f().cmdAlta.Click.fire();
     f().cmdAvMan.MouseDown.fire();

@@ -60,6 +60,10 @@ TEST_F(TableTest, FollowsTheFrequencyBetweenItsEntries) {
     expectAt(19, 81);
     EXPECT_NE(f().notice.Caption.get().find("the nearest is 7.1, 2900 kHz away"), std::string::npos)
         << f().notice.Caption.get();
+    tune(710035);
+    clock.advance(2000);
+    EXPECT_NE(f().notice.Caption.get().find("the nearest is 7.1, 350 Hz away"), std::string::npos)
+        << f().notice.Caption.get();
     settle(1400000);
     expectAt(40, 60);
     // Not driven anew while nothing changes, nor for less than a step.
@@ -111,7 +115,7 @@ TEST_F(TableTest, ReachesPositionsFromBelowWhereThereIsBacklash) {
     }
     expectAt(15, 85);
     EXPECT_NEAR(lowest, 14, kStep);
-    // Moved down by hand, engine 1 is not where it seems.
+    // Moved down by hand, engine 1 is not where it seems. At a start nothing is known of its play.
     f().cmdIndMan.MouseDown.fire();
     clock.advance(100);
     f().cmdIndMan.MouseUp.fire();
@@ -119,6 +123,10 @@ TEST_F(TableTest, ReachesPositionsFromBelowWhereThereIsBacklash) {
     poll();
     f().onAddPosition();
     EXPECT_NE(window().lblTableNotice.Caption.get().find("last moved down"), std::string::npos);
+    SetUp();
+    add(705000, 15, 85);
+    EXPECT_EQ(window().lblTableNotice.Caption, "Not added: the backlash of Engine 1 may not be taken up: "
+                                               "come to its place from further below");
     EXPECT_EQ(f().hiResMem.size(), 2U);
 }
 
@@ -144,6 +152,39 @@ TEST_F(TableTest, KeepsEachChangeOnDiskWithAllDigits) {
     start();
     f().mnuUscita.Click.fire();
     EXPECT_EQ(file.read().text(103), " 2");
+}
+
+TEST_F(TableTest, OneBadEntryCostsNoOtherItsDigits) {
+    add(1402551, 12.35F, 101);
+    add(2102551, 12.35F, 101);
+    // Another program has put what this one would not; the next change writes it to the file too.
+    file.write({config::textRecord(101, " 1200")});
+    start();
+    SetUp();
+    add(700000, 1, 1);
+    SetUp();
+    ASSERT_EQ(f().hiResMem.size(), 3U);
+    EXPECT_EQ(f().hiResMem[1], (form::TableEntry{14.02, 1200, 101}));
+    EXPECT_EQ(f().hiResMem[2].megahertz, 21.02551);
+    EXPECT_EQ(f().notice.Caption, "");
+    storage.put(tableFile(), "7\t1\t1\nseven\n21.02551\t12.35\t101\n");
+    SetUp();
+    EXPECT_EQ(f().hiResMem[2].megahertz, 21.02551);
+    EXPECT_EQ(f().notice.Caption, "Not used of HiResMem.txt: Line 2: has 1 columns instead of 3 or 4");
+}
+
+TEST_F(TableTest, EntriesThatCoincideInSixCharactersStay) {
+    add(1402551, 12, 101);
+    add(1402559, 13, 102);
+    storage.remove(tableFile());
+    SetUp();
+    ASSERT_EQ(f().hiResMem.size(), 2U);
+    window().grid.Pasted.fire("7\t1\t2\n");
+    window().grid.Edited.fire(2, form::TableGrid::kPositionA, "14");
+    SetUp();
+    EXPECT_EQ(f().hiResMem, (form::FrequencyTable{{7, 1, 2}, {14.02, 12, 101}, {14.02, 14, 102}}));
+    window().grid.Edited.fire(2, form::TableGrid::kFrequency, "14.02559"); // the digits come back by hand
+    EXPECT_EQ(f().hiResMem[2].megahertz, 14.02559);
 }
 
 TEST_F(TableTest, TheTickIsRememberedAndRecallsAnew) {
@@ -259,12 +300,16 @@ TEST_F(TableTest, JogsByLettersAndLeavesWhatIsTunedAlone) {
     clock.advance(100);
     f().onKeyboardLost();
     EXPECT_TRUE(f().cmdOff.Enabled);
+    settle(705080); // the way counts from the latest press
+    f().onLetterDown('S', false);
+    clock.advance(50);
+    f().onLetterUp('S');
     const float tuned = f().sngPosA;
-    settle(705100); // a kilohertz on: not driven back under the finger
+    settle(705180); // a kilohertz on: not driven back under the finger
     EXPECT_EQ(f().sngPosA, tuned);
-    settle(705101);
+    settle(705181);
     EXPECT_EQ(f().lblAutoMemOnOff.Caption, "Auto");
-    expectAt(15.101, 84.899);
+    expectAt(15.181, 84.819);
     f().onLetterDown('X', false); // bound twice
     EXPECT_TRUE(f().cmdOff.Enabled);
     EXPECT_NE(f().notice.Caption.get().find("more than one move"), std::string::npos);
@@ -285,6 +330,34 @@ TEST_F(TableTest, ExactRecallsTheNearestMemory) {
     settle(1404000); // more than 5 kHz away from each
     expectAt(5, 5);
     EXPECT_TRUE(f().Option[1].Value);
+}
+
+TEST_F(TableTest, ExactReadsAllTenCharactersOfALabel) {
+    storeMemory(1, 5, 5, "14.0205");
+    storeMemory(2, 6, 6, "14.0209");
+    storeMemory(3, 7, 7, "14,0300 CW");
+    f().tuner.exactKilohertz = 1;
+    f().chkExact.userClick();
+    f().chkAutoMemOnOff.userClick();
+    const std::pair<long, int> cases[] = {
+        {1402090, 2}, {1402050, 1}, {1402082, 2}, {1403000, 3}, {1402055, 1}};
+    for (const auto& [tensOfHertz, memory] : cases) {
+        settle(tensOfHertz);
+        EXPECT_TRUE(f().Option[memory].Value) << tensOfHertz;
+        expectAt(memory + 4, memory + 4);
+    }
+    f().sngPosA = 4; // what is in use is not driven again
+    settle(1402056);
+    EXPECT_EQ(f().sngPosA, 4);
+}
+
+TEST_F(TableTest, ALoadedBandModeSwitchesExactOff) {
+    f().chkExact.userClick();
+    controller.reset();
+    file.write({config::integerRecord(config::record::kBandMode, -1)});
+    start();
+    EXPECT_TRUE(f().chkBandMode.ticked());
+    EXPECT_FALSE(f().chkExact.ticked() || f().tuner.exact);
 }
 
 } // namespace

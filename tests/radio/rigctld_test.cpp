@@ -59,6 +59,58 @@ TEST_F(RigctldTest, LeavesOutWhatTheServerDoesNotKnow) {
     EXPECT_THAT(told_, ElementsAre(RigReading{.hertz = 7050000}, RigReading{.hertz = 7051000}));
 }
 
+TEST_F(RigctldTest, AServerMayKnowTheFrequencyOnly) {
+    // What comes to anything but "f": nothing, a closed connection, or words of its own.
+    enum Manner { kSilent, kHangsUp, kOwnWords, kManners };
+    for (int manner = 0; manner < kManners; ++manner) {
+        rig_ = std::make_unique<Rigctld>(tcp_, clock_, "shack", Rigctld::kDefaultPort,
+                                         [this](const RigReading& reading) { told_.push_back(reading); });
+        told_.clear();
+        for (int i = 0; i < 40; ++i) { // 20 s
+            tcp_.answer();
+            while (true) {
+                const std::string request = tcp_.takeSent();
+                if (request.empty()) break;
+                if (request == "f\n") {
+                    tcp_.send("7050000\n");
+                } else if (manner == kHangsUp) {
+                    tcp_.drop();
+                } else if (manner == kOwnWords) {
+                    tcp_.send("what?\n");
+                }
+            }
+            nextTick();
+        }
+        ASSERT_FALSE(told_.empty()) << manner;
+        if (manner == kOwnWords) {
+            EXPECT_THAT(told_, ElementsAre(RigReading{.hertz = 7050000}));
+            continue;
+        }
+        // Each is named, and asked once only.
+        EXPECT_THAT(told_, ElementsAre(RigReading{.trouble = "rigctld does not answer \"\\chk_vfo\""},
+                                       RigReading{.trouble = "rigctld does not answer \"s\""},
+                                       RigReading{.trouble = "rigctld does not answer \"t\""},
+                                       RigReading{.hertz = 7050000,
+                                                  .unknown = "rigctld does not tell split and transmitting"}))
+            << manner;
+    }
+    // After it was away it may be another one.
+    rig_ = std::make_unique<Rigctld>(tcp_, clock_, "shack", Rigctld::kDefaultPort, [](const RigReading&) {});
+    tcp_.takeSent();
+    tcp_.answer();
+    EXPECT_EQ(tcp_.takeSent(), "\\chk_vfo\n");
+    clock_.advance(3500);
+    tcp_.answer();
+    EXPECT_EQ(tcp_.takeSent(), "f\n");
+    tcp_.drop();
+    tcp_.stopListening(Rigctld::kDefaultPort);
+    clock_.advance(2000);
+    tcp_.answer();
+    tcp_.listen(Rigctld::kDefaultPort);
+    clock_.advance(2000);
+    connect();
+}
+
 TEST_F(RigctldTest, NamesTheVfoWhereTheDaemonWantsIt) {
     connect("CHKVFO 1");
     converse(
