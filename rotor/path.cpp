@@ -70,7 +70,7 @@ Path::Worth Path::worth(const Way& way, const Direction& antenna, const Machine&
                                 std::fabs(elevation - antenna.elevation) / machine.elevationSpeed)};
 }
 
-void Path::choose(const Direction& antenna, const Machine& machine, Reason reason) {
+void Path::choose(const Direction& antenna, const Machine& machine) {
     const auto better = [](const Worth& a, const Worth& b) {
         if (std::fabs(a.outside - b.outside) > kEqual) return a.outside < b.outside;
         if (std::fabs(a.holds - b.holds) > kEqual) return a.holds > b.holds;
@@ -91,15 +91,14 @@ void Path::choose(const Direction& antenna, const Machine& machine, Reason reaso
             bestWorth = its;
         }
     }
-    if (best == way_ && reason_ != Reason::kNone) return;
+    if (best == way_) return;
     way_ = best;
-    reason_ = reason;
     beyond_ = {};
 }
 
 void Path::chooseClearly(const Direction& antenna, const Machine& machine) {
     const Path before = *this;
-    choose(antenna, machine, Reason::kRising);
+    choose(antenna, machine);
     const Worth had = before.worth(before.way_, antenna, machine), has = worth(way_, antenna, machine);
     const bool nearer = has.outside < had.outside - kBeyondEnd;
     const bool longer = has.outside <= had.outside && has.holds > had.holds + kHoldsMore;
@@ -120,7 +119,6 @@ void Path::crossZenith(const Direction& antenna, const Machine& machine) {
     }
     if (best == way_) return;
     way_ = best;
-    reason_ = Reason::kZenith;
     beyond_ = {};
 }
 
@@ -173,14 +171,14 @@ void Path::take(const Direction& target, const Direction& antenna, const Machine
     seeDrift(first || other);
     if (first || other) {
         risen_ = over_ = false;
-        reason_ = Reason::kNone;
-        choose(antenna, machine, first ? Reason::kFirst : Reason::kOtherTarget);
+        beyond_ = {};
+        choose(antenna, machine);
     }
     if (drift_ && !wasKnown) {
-        choose(antenna, machine, Reason::kDrift);
+        choose(antenna, machine);
     } else if (next.elevation < kPassBegins && !risen_ && rises_ && drift_) {
         if (std::exchange(over_, false)) {
-            choose(antenna, machine, Reason::kRising);
+            choose(antenna, machine);
         } else {
             chooseClearly(antenna, machine);
         }
@@ -197,7 +195,7 @@ bool Path::pass(Time time, const Direction& antenna, const Machine& machine) {
     beyond_ += time;
     if (beyond_ < kBeyondTime) return false;
     const Path before = *this;
-    choose(antenna, machine, Reason::kTurnRound);
+    choose(antenna, machine);
     if (way_ == before.way_) return false;
     // If the other end is hardly nearer to the target, turning round gains nothing.
     const double gain =

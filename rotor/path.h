@@ -32,9 +32,6 @@ class Path {
     static constexpr double kRises = 1;      // of elevation, before the target counts as rising or setting
     static constexpr double kHoldsMore = 10; // of azimuth; a new choice while rising must gain this much
 
-    /// The reason for the present choice.
-    enum class Reason { kNone, kFirst, kRising, kDrift, kOtherTarget, kZenith, kTurnRound };
-
     /// Call when following begins, or goes on after silence: forgets the previous targets.
     void reset();
     /// The target has set: the next pass gets a new choice.
@@ -50,10 +47,6 @@ class Path {
     bool flipped() const { return way_.flipped; }
     /// Whether the target is beyond the range, so that the antenna waits at the end of its range.
     bool waiting(const Ranges& ranges) const;
-    /// The direction in which the target's azimuth drifts: -1, 0 or 1; empty while unknown.
-    const std::optional<int>& drift() const { return drift_; }
-    /// The reason for the last choice.
-    Reason reason() const { return reason_; }
 
   private:
     /// A position has the azimuth of the target plus `turn`, and its elevation; flipped, 180 minus its
@@ -71,7 +64,7 @@ class Path {
 
     Direction position(const Way& way) const;
     Worth worth(const Way& way, const Direction& antenna, const Machine& machine) const;
-    void choose(const Direction& antenna, const Machine& machine, Reason reason);
+    void choose(const Direction& antenna, const Machine& machine);
     /// Changes the way only if the gain is clear: the antenna is already moving.
     void chooseClearly(const Direction& antenna, const Machine& machine);
     void crossZenith(const Direction& antenna, const Machine& machine);
@@ -83,14 +76,13 @@ class Path {
 
     std::optional<Direction> target_; // azimuth counts on through north
     Direction driftFrom_;
-    std::optional<int> drift_;
-    bool risen_ = false; // above kPassBegins in this pass
-    bool over_ = false;  // the pass is over, and no way has been chosen for the next one
-    bool rises_ = true;  // by more than kRises since the target last sank
-    double turned_ = 0;  // degrees of elevation: the highest while it rises, else the lowest
+    std::optional<int> drift_; // of the target's azimuth: -1, 0 or 1; empty while unknown
+    bool risen_ = false;       // above kPassBegins in this pass
+    bool over_ = false;        // the pass is over, and no way has been chosen for the next one
+    bool rises_ = true;        // by more than kRises since the target last sank
+    double turned_ = 0;        // degrees of elevation: the highest while it rises, else the lowest
     Way way_;
     Time beyond_{};
-    Reason reason_ = Reason::kNone;
 };
 
 } // namespace rotor

@@ -60,7 +60,6 @@ class Rotor : public RotorCommands {
 
     bool isOn() const { return form_.tmrDispRefr.Enabled; }
     void targetCame();
-    void follow(Sources::Time time);
     void goOnToGoal();
     /// Returns whether the axis is on its way. Says once that an axis cannot start.
     bool carryOut(const engine::Side& side, const Order& order);
