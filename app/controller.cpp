@@ -59,6 +59,7 @@ struct Controller::Subsystems {
     void mnuHardware_Click();
     void mnuAssistant_Click();
     void hardwareChanged();
+    void askForLow();
     /// `place` as in platform::HardwareSettings.
     std::unique_ptr<radio::Rigctld> connectRig(const std::string& place,
                                                std::function<void(const radio::RigReading&)> told);
@@ -332,6 +333,17 @@ void Controller::Subsystems::hardwareChanged() {
     rotctld.use(ports.hardware.get().settings());
 }
 
+/// A user who has not agreed yet has chosen "low" for an Arduino in the file or on the command line.
+void Controller::Subsystems::askForLow() {
+    platform::Hardware& hardware = ports.hardware;
+    if (!config::mustAskForLow(hardware.settings(), hardware.lowAllowed()) ||
+        !config::agreesToLow(hardware.settings(), hardware, boxes))
+        return;
+    hardware.openPortAnew();
+    outputs.writePortOff();
+    hardwareChanged();
+}
+
 void Controller::Subsystems::loadSettings() {
     std::string faults;
     try {
@@ -365,6 +377,7 @@ void Controller::start() {
         all_->startup.Form_Load();
     });
     all_->form.guard([this] { all_->positions.start(); });
+    all_->form.guard([this] { all_->askForLow(); });
 }
 
 void Controller::close() {

@@ -13,11 +13,10 @@ using platform::HardwareSettings;
 namespace {
 
 constexpr const char* kStopFirst = "Stop the engines first.";
-constexpr const char* kHotAlone = "An Arduino sets all its pins to 0 when it gets power and after each "
-                                  "reset. If a 0 energises the coils, all "
-                                  "eight coils are then on until Twinstep has connected, and the motors get "
-                                  "hot. Use Low on the Arduino all "
-                                  "the same?";
+constexpr const char* kHotAlone =
+    "An Arduino sets all its pins to 0 when it gets power and after each reset. With Low a 0 energises a "
+    "coil: all eight coils are on, and the motors get hot, whenever the Arduino has power and Twinstep is "
+    "not connected. Use Low on this Arduino all the same?";
 
 /// A setting's text and the entry that a list shows for it.
 struct Entry {
@@ -44,11 +43,6 @@ constexpr std::array kLinks = {
     Link{&form::FrmHardware::txtRotctld, &HardwareSettings::rotctld},
     Link{&form::FrmHardware::txtRotctldAllow, &HardwareSettings::rotctldAllow},
 };
-
-/// Whether the outputs energise all coils while the program does not run.
-bool isHotAlone(const HardwareSettings& settings) {
-    return serialBoard(settings.port) && !coilsOnHigh(settings);
-}
 
 void choose(form::ComboBox& box, const std::string& entry) {
     const auto found = std::ranges::find(box.List, entry);
@@ -79,6 +73,13 @@ std::vector<std::string> shownEntries(const std::array<Entry, kCount>& entries) 
 }
 
 } // namespace
+
+bool agreesToLow(const HardwareSettings& settings, platform::Hardware& hardware, form::Boxes& boxes) {
+    if (!mustAskForLow(settings, hardware.lowAllowed())) return true;
+    if (!boxes.confirm(kHotAlone, "Hardware and Links")) return false;
+    hardware.allowLow(hotAlone(settings));
+    return true;
+}
 
 std::vector<std::string> HardwareAndLinks::boardList() {
     return shownEntries(kBoardEntries);
@@ -139,12 +140,15 @@ bool HardwareAndLinks::refuse(const std::string& why) {
     return false;
 }
 
+bool HardwareAndLinks::useChosen() {
+    const HardwareSettings settings = chosen();
+    return agreesToLow(settings, hardware_, boxes_) && change(settings);
+}
+
 bool HardwareAndLinks::change(const HardwareSettings& settings) {
     if (const auto fault = faultOf(settings)) return refuse(*fault);
     const HardwareSettings used = hardware_.settings();
     if (settings == used) return true;
-    if (isHotAlone(settings) && !isHotAlone(used) && !boxes_.confirm(kHotAlone, dialog_.Caption))
-        return false;
     const bool otherOutputs =
         settings.port != used.port || settings.coilsOn != used.coilsOn || settings.usb != used.usb;
     if (otherOutputs) {
@@ -181,7 +185,7 @@ void HardwareAndLinks::cmdTest_Click(int motor) {
     form::Button& button = motor == 1 ? dialog_.cmdTestA : dialog_.cmdTestB;
     const bool again = tested_ == &button;
     test_.stop();
-    if (again || !change(chosen())) return;
+    if (again || !useChosen()) return;
     if (engine::Sides(main_).anyRunning()) {
         refuse(kStopFirst);
         return;
@@ -225,7 +229,7 @@ void HardwareAndLinks::showCoil(int coil) {
 
 void HardwareAndLinks::cmdSaveHardware_Click() {
     test_.stop();
-    if (!change(chosen())) return;
+    if (!useChosen()) return;
     // If the port is refused, a box reports it, and the settings are still saved.
     if (!engine::Sides(main_).anyRunning()) portIsOpen();
     try {

@@ -13,6 +13,11 @@
 
 namespace config {
 
+/// Asks the user, once for each device, before an Arduino gets "low". True if the settings need no question,
+/// or the user agrees.
+bool agreesToLow(const platform::HardwareSettings& settings, platform::Hardware& hardware,
+                 form::Boxes& boxes);
+
 /// The dialog for the outputs, the USB board, and the addresses of the links, with a test of the coils. A
 /// test switches to the chosen devices at once; Cancel switches back.
 class HardwareAndLinks {
@@ -36,6 +41,8 @@ class HardwareAndLinks {
 
   private:
     platform::HardwareSettings chosen() const;
+    /// Switches to what the dialog shows, if the user agrees to it; as change.
+    bool useChosen();
     /// Switches to `settings`. If they are refused, shows the reason in a box and returns false.
     bool change(const platform::HardwareSettings& settings);
     /// Tries a failed port again. If the port is refused, shows the reason in a box and returns false.

@@ -168,6 +168,16 @@ bool coilsOnHigh(const HardwareSettings& settings) {
     return settings.port.starts_with(kSerialBoard) || settings.port.starts_with(kGpio);
 }
 
+std::string hotAlone(const HardwareSettings& settings) {
+    const auto board = serialBoard(settings.port);
+    return board && !coilsOnHigh(settings) ? board->device : std::string();
+}
+
+bool mustAskForLow(const HardwareSettings& settings, const std::string& allowed) {
+    const std::string device = hotAlone(settings);
+    return !device.empty() && device != allowed;
+}
+
 std::optional<int> cardAddress(std::string_view usb) {
     constexpr std::string_view kBoard = "k8055";
     if (usb == kBoard) return 0;

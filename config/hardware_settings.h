@@ -55,6 +55,12 @@ std::optional<GpioLines> gpioLines(std::string_view port);
 /// at a board and at lines, a 0 at a printer port.
 bool coilsOnHigh(const platform::HardwareSettings& settings);
 
+/// The device of the Arduino on which these settings hold all coils on while the program is not connected:
+/// its sketch has all pins at 0 then, and a 0 energises a coil. Empty if there is none.
+std::string hotAlone(const platform::HardwareSettings& settings);
+/// Whether the user must agree to that first. `allowed` is as platform::Hardware::lowAllowed.
+bool mustAskForLow(const platform::HardwareSettings& settings, const std::string& allowed);
+
 /// The card address, 0 to 3, in "k8055" (0) or "k8055:N"; empty for any other text.
 std::optional<int> cardAddress(std::string_view usb);
 

@@ -49,14 +49,19 @@ class Hardware {
     virtual bool isFixed(std::string HardwareSettings::*setting) const = 0;
     /// Switches to other devices and links. Precondition: the outputs are off. Closes the previous USB board
     /// if another board is chosen. Throws runtime::ObjectError, naming what was refused; the previous devices
-    /// are then restored as far as possible.
+    /// are then restored as far as possible. "low" on an Arduino is left unopened unless the user has agreed.
     virtual void use(const HardwareSettings& settings) = 0;
-    /// Tries the chosen printer port again. Throws runtime::ObjectError, naming what was refused; the outputs
-    /// are then simulated.
+    /// Tries the chosen printer port again. Throws runtime::ObjectError, naming what was refused; then an
+    /// Arduino is waited for, and in place of another port the outputs are simulated.
     virtual void openPortAnew() = 0;
     /// Stores the settings for the next start; the stored value of a fixed setting is not changed. Throws
     /// runtime::FileError.
     virtual void keep() = 0;
+    /// The device of the Arduino on which the user has agreed to "low", which holds all coils on while
+    /// Twinstep is not connected; empty: none.
+    virtual const std::string& lowAllowed() const = 0;
+    /// The user agrees, for this start and later ones. Then call openPortAnew if the port is chosen already.
+    virtual void allowLow(const std::string& device) = 0;
     /// Call it once a second: throws runtime::ObjectError, once, when the port has failed although nothing
     /// was written; opens a device again that was unplugged and is back.
     virtual void lookAtPort() = 0;

@@ -5,6 +5,8 @@
 #include <cerrno>
 #include <linux/gpio.h>
 #include <linux/ppdev.h>
+#include <pthread.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
@@ -15,6 +17,7 @@ namespace {
 
 constexpr std::uint32_t kLastAddress = 0xFFFF;
 constexpr std::uint64_t kAllLines = 255;
+constexpr std::size_t kStackBytes = 64 * 1024; // all memory of this process is locked
 
 /// A harmless access, which shows whether the descriptor is of the kind that was announced. Returns an errno.
 int tryOut(Kind kind, int descriptor) {
@@ -29,6 +32,25 @@ int tryOut(Kind kind, int descriptor) {
     default:
         return ::ioctl(descriptor, PPRDATA, &latched) == 0 ? 0 : errno;
     }
+}
+
+/// The last close of a serial device waits, for up to 30 s, until a stalled board has taken what was written.
+/// A thread of its own waits; others may have the device meanwhile.
+void closeSerial(int descriptor) {
+    ::flock(descriptor, LOCK_UN);
+    ::ioctl(descriptor, TIOCNXCL);
+    pthread_attr_t attributes;
+    ::pthread_attr_init(&attributes);
+    ::pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
+    ::pthread_attr_setstacksize(&attributes, kStackBytes);
+    const auto close = [](void* argument) -> void* {
+        ::close(static_cast<int>(reinterpret_cast<std::intptr_t>(argument)));
+        return nullptr;
+    };
+    pthread_t thread{};
+    void* const argument = reinterpret_cast<void*>(static_cast<std::intptr_t>(descriptor));
+    if (::pthread_create(&thread, &attributes, close, argument) != 0) close(argument);
+    ::pthread_attr_destroy(&attributes);
 }
 
 } // namespace
@@ -52,7 +74,11 @@ int Port::guard(const Request& request, int descriptor) {
 }
 
 void Port::forget() {
-    if (descriptor_ >= 0) ::close(descriptor_);
+    if (descriptor_ >= 0 && port_.kind == Kind::GuardSerial) {
+        closeSerial(descriptor_);
+    } else if (descriptor_ >= 0) {
+        ::close(descriptor_);
+    }
     if (address_ != 0) allowIoPort(address_, false);
     descriptor_ = -1;
     address_ = 0;

@@ -14,6 +14,8 @@ using platform::HardwareSettings;
 namespace {
 
 constexpr const char* kSection = "hardware"; // of the settings
+constexpr const char* kLowAllowed = "low-allowed";
+constexpr const char* kNotAgreed = "Low on the Arduino has not been confirmed in Hardware and links";
 
 } // namespace
 
@@ -60,16 +62,14 @@ ChosenHardware::ChosenHardware(Devices& devices, Texts given, qt_ports::Settings
     if (const auto card = config::cardAddress(settings_.usb))
         settings_.usb = "k8055:" + std::to_string(*card);
     board_->choose(settings_.usb);
+    const bool isAutomatic = settings_.port == config::kAutomatic;
+    const bool mustOpen = isFixed(&HardwareSettings::port) && !isAutomatic;
     try {
-        port_.open(settings_);
+        mustOpen ? open(settings_) : openOrStandIn(settings_);
     } catch (const runtime::ObjectError& error) {
-        if (settings_.port == config::kAutomatic) {
-            port_.open(HardwareSettings{.port = config::kSimulated});
-        } else {
-            if (isFixed(&HardwareSettings::port)) throw;
-            port_.simulate();
-        }
-        notice_ += std::string(error.what()) + ". The outputs are simulated.\n";
+        if (mustOpen) throw;
+        notice_ += std::string(error.what()) + ".\n";
+        if (isAutomatic) port_.open(HardwareSettings{.port = config::kSimulated});
     }
 }
 
@@ -80,14 +80,15 @@ void ChosenHardware::readFile() {
     try {
         texts = file_.read(kSection);
     } catch (const runtime::FileError& error) {
-        notice_ += std::string(error.what()) + ". The usual devices and links are used.\n";
+        notice_ += std::string(error.what()) + ". Twinstep uses its default devices and links.\n";
     }
+    lowAllowed_ = texts[kLowAllowed];
     for (const config::HardwareField& field : config::kHardwareFields) {
         const auto text = texts.find(field.name);
         if (text == texts.end()) continue;
         if (const auto fault = field.fault(text->second)) {
-            notice_ +=
-                std::string(kSettingsFile) + ": " + field.name + ": " + *fault + ". The usual one is used.\n";
+            notice_ += std::string(kSettingsFile) + ": " + field.name + ": " + *fault +
+                       ". Twinstep uses its default, \"" + settings_.*field.value + "\".\n";
         } else {
             settings_.*field.value = text->second;
         }
@@ -113,15 +114,23 @@ bool ChosenHardware::portWorks() const {
 }
 
 void ChosenHardware::openPortAnew() {
-    openOrSimulate(settings_);
+    openOrStandIn(settings_);
 }
 
-void ChosenHardware::openOrSimulate(const HardwareSettings& settings) {
-    try {
+void ChosenHardware::open(const HardwareSettings& settings) {
+    if (config::mustAskForLow(settings, lowAllowed_)) {
+        port_.standIn(settings, kNotAgreed);
+    } else {
         port_.open(settings);
+    }
+}
+
+void ChosenHardware::openOrStandIn(const HardwareSettings& settings) {
+    try {
+        open(settings);
     } catch (const runtime::ObjectError& error) {
-        port_.simulate();
-        throw runtime::ObjectError(std::string(error.what()) + ". The outputs are simulated");
+        const std::string what = error.what();
+        throw runtime::ObjectError(what + ". " + port_.standIn(settings, what));
     }
 }
 
@@ -130,10 +139,10 @@ void ChosenHardware::use(const HardwareSettings& settings) {
         // Close the old port before opening the new port: both names may stand for the same port, which can
         // be open only once.
         try {
-            port_.open(settings);
+            open(settings);
         } catch (const runtime::ObjectError& error) {
             try {
-                openOrSimulate(settings_);
+                openOrStandIn(settings_);
             } catch (const runtime::ObjectError& back) {
                 throw runtime::ObjectError(std::string(error.what()) + ". " + back.what());
             }
@@ -153,8 +162,16 @@ void ChosenHardware::keep() {
     file_.write({{kSection, texts}});
 }
 
+void ChosenHardware::allowLow(const std::string& device) {
+    lowAllowed_ = device;
+    try {
+        file_.write({{kSection, {{kLowAllowed, device}}}});
+    } catch (const runtime::FileError&) { // the next start asks again
+    }
+}
+
 void ChosenHardware::lookAtPort() {
-    port_.look(settings_);
+    if (!config::mustAskForLow(settings_, lowAllowed_)) port_.look(settings_);
 }
 
 std::vector<platform::OutputDevice> ChosenHardware::outputDevices() const {
@@ -166,7 +183,7 @@ std::vector<platform::GpioLine> ChosenHardware::gpioLines(const std::string& chi
 }
 
 std::string ChosenHardware::outputsName() const {
-    return port_.name();
+    return config::mustAskForLow(settings_, lowAllowed_) ? "Arduino is not used" : port_.name();
 }
 
 } // namespace devices

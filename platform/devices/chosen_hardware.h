@@ -22,7 +22,7 @@ class ChosenHardware : public platform::Hardware {
     using Texts = std::map<std::string, std::string>; // settings by name
 
     /// Opens the devices. If a device from the command line is refused, throws runtime::ObjectError. If a
-    /// device from the file or the default port is refused, the outputs are simulated; see notice.
+    /// device from the file or the default port is refused, something else stands in for it; see notice.
     ChosenHardware(Devices& devices, Texts given, qt_ports::SettingsFile file);
 
     /// The file of all settings.
@@ -41,6 +41,8 @@ class ChosenHardware : public platform::Hardware {
     void use(const platform::HardwareSettings& settings) override;
     void openPortAnew() override;
     void keep() override;
+    const std::string& lowAllowed() const override { return lowAllowed_; }
+    void allowLow(const std::string& device) override;
     void lookAtPort() override;
     std::vector<platform::OutputDevice> outputDevices() const override;
     std::vector<platform::GpioLine> gpioLines(const std::string& chip) const override;
@@ -56,14 +58,17 @@ class ChosenHardware : public platform::Hardware {
     class Board;
 
     void readFile();
-    /// Opens the port of these settings, but uses the simulated port if opening throws.
-    void openOrSimulate(const platform::HardwareSettings& settings);
+    /// Opens the port of these settings, but leaves it alone as long as the user must agree to it.
+    void open(const platform::HardwareSettings& settings);
+    /// The same; if opening throws, something else stands in for the port.
+    void openOrStandIn(const platform::HardwareSettings& settings);
 
     Devices& devices_;
     const Texts given_;
     qt_ports::SettingsFile file_;
     platform::HardwareSettings settings_;
     std::string notice_;
+    std::string lowAllowed_;
     ChosenPort port_;
     std::unique_ptr<Board> board_;
 };

@@ -16,12 +16,12 @@ constexpr std::uint8_t kAll = 0xFF; // outputs
 
 } // namespace
 
-/// Stands for a board that was unplugged.
+/// Stands for a board that is away.
 class ChosenPort::Lost : public platform::PrinterPort {
   public:
     explicit Lost(std::string why) : why_(std::move(why)) {}
-    void clearBit(int /*bit*/) override { refuse(); }
-    void setBit(int /*bit*/) override { refuse(); }
+    void clearBit(int /*bit*/) override {}
+    void setBit(int /*bit*/) override {}
     void endPattern() override { refuse(); }
     bool taken(int /*mask*/) override { refuse(); }
     std::string notReady() override { return why_; }
@@ -49,9 +49,19 @@ void ChosenPort::open(const HardwareSettings& settings) {
     works_ = true;
 }
 
-void ChosenPort::simulate() {
-    open(HardwareSettings{.port = config::kSimulated});
+std::string ChosenPort::standIn(const HardwareSettings& settings, const std::string& why) {
+    const auto board = config::serialBoard(settings.port);
+    if (!board) {
+        open(HardwareSettings{.port = config::kSimulated});
+        works_ = false;
+        return "The outputs are simulated";
+    }
+    close();
     works_ = false;
+    name_ = "Arduino";
+    device_ = board->device;
+    lose(why);
+    return "The engines do not start until it can be used";
 }
 
 void ChosenPort::look(const HardwareSettings& settings) {
@@ -92,9 +102,9 @@ void ChosenPort::setBit(int bit) {
 }
 
 void ChosenPort::endPattern() {
-    // A board that has not been ready yet has not been sent any pattern; look reports its failure, which must
-    // not end the program's start half-way.
-    if (device_ && works_ && !ready_) {
+    // A board that has not been ready yet has not been sent any pattern; its failure is reported elsewhere,
+    // and must not end the program's start half-way.
+    if (device_ && !ready_) {
         try {
             return behind_->endPattern();
         } catch (const runtime::ObjectError&) {

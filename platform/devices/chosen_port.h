@@ -21,8 +21,9 @@ class ChosenPort : public platform::PrinterPort {
 
     /// Throws runtime::ObjectError; then no port is open.
     void open(const platform::HardwareSettings& settings);
-    /// Uses a simulated port instead of a refused port.
-    void simulate();
+    /// Stands in for a port that was refused for the reason `why`: waits for a board, else simulates. Returns
+    /// what it does, as a sentence without its full stop.
+    std::string standIn(const platform::HardwareSettings& settings, const std::string& why);
     /// As platform::Hardware::lookAtPort. `settings` are those in use.
     void look(const platform::HardwareSettings& settings);
     /// As platform::Hardware::outputsName.

@@ -29,7 +29,7 @@ class Devices {
     /// `setting` names a device, as in platform::HardwareSettings; at the levels `off` no coil is energised.
     /// Throws runtime::ObjectError, naming the device and the reason.
     virtual OpenPort openPort(const std::string& setting, std::uint8_t off) = 0;
-    /// Call it before the open port is destroyed.
+    /// Call it as soon as the open port is destroyed, which sends its last pattern.
     virtual void forgetPort() = 0;
     /// Another device of the same name has another identity; empty while there is none.
     virtual std::optional<std::string> identity(const std::string& device) const = 0;

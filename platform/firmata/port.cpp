@@ -31,7 +31,7 @@ Port::~Port() {
         const std::lock_guard lock(mutex_);
         board_.want(off_);
         endsBy_ = now() + kLastPattern;
-        if (serial_) serial_->wake();
+        serial_->wake();
     }
     thread_.join();
 }
@@ -85,7 +85,6 @@ void Port::run() {
         } catch (const std::exception&) { // it is gone
         }
     }
-    serial_.reset();
 }
 
 bool Port::done() const {

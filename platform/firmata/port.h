@@ -43,8 +43,9 @@ class Port : public platform::PrinterPort {
     const int off_;
     int levels_;
 
-    std::mutex mutex_;                             // guards all members below
-    std::unique_ptr<platform::SerialPort> serial_; // null after a failure; only the thread reads
+    std::mutex mutex_; // guards all members below
+    /// Only the thread reads. It stays open after a failure too, because the watchdog shares it.
+    const std::unique_ptr<platform::SerialPort> serial_;
     Board board_;
     Bytes rest_;               // of bytes that the driver has taken in part
     Board::Time waitsUntil_{}; // the thread

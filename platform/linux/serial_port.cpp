@@ -11,7 +11,9 @@
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <termios.h>
+#include <thread>
 
 namespace linux_ports {
 
@@ -35,7 +37,7 @@ std::string whyNotOpened(const std::string& device, int error) {
     case ENOENT:
     case ENXIO:
     case ENODEV:
-        return "there is no such device: is the board plugged in?";
+        return "there is no such device: plug the board in";
     case EACCES:
     case EPERM:
         return "no permission: " + groupRemedy(device);
@@ -93,6 +95,17 @@ SerialPort::SerialPort(const std::string& device, int baud)
     setUp(fd_.get(), device, speedCode(device, baud));
     wake_ = FileDescriptor(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC));
     if (!wake_) refuse(device, reason(errno));
+}
+
+SerialPort::~SerialPort() {
+    // The last close waits, for up to 30 s, until a stalled board has taken what was written. Others may have
+    // the device meanwhile.
+    ::flock(fd_.get(), LOCK_UN);
+    ::ioctl(fd_.get(), TIOCNXCL);
+    try {
+        std::thread([fd = std::move(fd_)] {}).detach();
+    } catch (const std::system_error&) { // then it waits here
+    }
 }
 
 std::size_t SerialPort::write(std::span<const std::uint8_t> bytes) {

@@ -12,6 +12,9 @@ class SerialPort : public platform::SerialPort {
   public:
     /// Throws runtime::ObjectError, naming the device and the remedy. Most boards reset when they are opened.
     SerialPort(const std::string& device, int baud);
+    SerialPort(const SerialPort&) = delete;
+    SerialPort& operator=(const SerialPort&) = delete;
+    ~SerialPort() override;
 
     std::size_t write(std::span<const std::uint8_t> bytes) override;
     std::size_t read(std::span<std::uint8_t> buffer, std::chrono::nanoseconds longest) override;

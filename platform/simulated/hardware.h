@@ -29,11 +29,14 @@ class Hardware : public platform::Hardware {
         if (diskFull_) throw runtime::FileError("\"twinstep.ini\" cannot be written: disk full");
         kept_ = settings_;
     }
+    const std::string& lowAllowed() const override { return lowAllowed_; }
+    void allowLow(const std::string& device) override { lowAllowed_ = device; }
     void lookAtPort() override {}
     std::vector<platform::OutputDevice> outputDevices() const override {
         return {{"/dev/parport0", "/dev/parport0"},
                 {"/dev/parport1", "/dev/parport1"},
                 {"firmata:/dev/ttyACM0", "Arduino Uno (ttyACM0)"},
+                {"firmata:/dev/ttyACM1", "Arduino Mega (ttyACM1)"},
                 {"gpio:gpiochip0", "Pins of pinctrl-bcm2835 (gpiochip0)"}};
     }
     std::vector<platform::GpioLine> gpioLines(const std::string& chip) const override {
@@ -57,6 +60,7 @@ class Hardware : public platform::Hardware {
   private:
     platform::HardwareSettings settings_{.port = "simulated"};
     platform::HardwareSettings kept_;
+    std::string lowAllowed_;
     std::string platform::HardwareSettings::*fixed_ = nullptr;
     std::set<std::string> refused_;
     bool diskFull_ = false;

@@ -337,15 +337,43 @@ TEST_F(HardwareDialog, LowOnAnArduinoIsTakenOnlyAfterAQuestion) {
         dialog.cmbCoilsOn.Click.fire();
         EXPECT_EQ(dialog.lblOutputs.ForeColor, form::kRed);
         dialog.cmdSaveHardware.Click.fire();
-        EXPECT_THAT(told(), ElementsAre(HasSubstr("all eight coils are then on")));
+        EXPECT_THAT(told(), ElementsAre(HasSubstr("all eight coils are on")));
         EXPECT_EQ(hardware.settings().coilsOn, "auto");
         dialogs.okAnswers = {true};
         dialog.cmdSaveHardware.Click.fire();
         EXPECT_EQ(told().size(), 1U);
     });
     EXPECT_EQ(hardware.kept().coilsOn, "low");
-    open([this](form::FrmHardware& dialog) { dialog.cmdSaveHardware.Click.fire(); });
-    EXPECT_TRUE(told().empty()) << "it was answered";
+    open([this](form::FrmHardware& dialog) {
+        dialog.cmdSaveHardware.Click.fire();
+        EXPECT_TRUE(told().empty()) << "it was answered";
+        choosePort(dialog, "Simulated");
+        dialog.cmdTestA.Click.fire();
+        dialog.cmdExitHardware.Click.fire();
+        EXPECT_TRUE(told().empty()) << "Cancel goes back to what was agreed to";
+        EXPECT_EQ(hardware.settings().port, hardware.kept().port);
+        choosePort(dialog, "Arduino Mega (ttyACM1)");
+        dialog.cmdTestA.Click.fire();
+        EXPECT_THAT(told(), ElementsAre(HasSubstr("all eight coils are on"))) << "another board";
+        EXPECT_EQ(hardware.settings().port, hardware.kept().port);
+    });
+}
+
+TEST_F(HardwareDialog, LowOnAnArduinoThatTheUserHasNotAgreedToIsAskedForAtTheStart) {
+    const platform::HardwareSettings low{.port = "firmata:/dev/ttyACM1", .coilsOn = "low"};
+    hardware.use(low);
+    start();
+    EXPECT_THAT(told(), ElementsAre(HasSubstr("all eight coils are on")));
+    open([this](form::FrmHardware& dialog) { // chosen already, but not agreed to
+        dialog.cmdSaveHardware.Click.fire();
+        EXPECT_THAT(told(), ElementsAre(HasSubstr("all eight coils are on")));
+        dialogs.okAnswers = {true};
+        dialog.cmdTestA.Click.fire();
+        EXPECT_EQ(told().size(), 1U);
+        EXPECT_EQ(port.data(), 0xFE);
+    });
+    start();
+    EXPECT_TRUE(told().empty());
 }
 
 TEST_F(HardwareDialog, TheTestWaitsForADeviceThatStarts) {

@@ -55,6 +55,11 @@ void PtyBoard::setMute(bool mute) {
     sketch_.setMute(mute);
 }
 
+void PtyBoard::setDeaf(bool deaf) {
+    const std::lock_guard lock(mutex_);
+    deaf_ = deaf;
+}
+
 int PtyBoard::levels() {
     const std::lock_guard lock(mutex_);
     return sketch_.levels();
@@ -93,6 +98,7 @@ void PtyBoard::work() {
         ::ioctl(slave_, TIOCNXCL); // the last close would do so
         if (opened) sketch_.reset(now());
     }
+    if (deaf_) return;
     Sketch::Bytes bytes(256);
     const ssize_t size = ::read(master_, bytes.data(), bytes.size());
     bytes.resize(size > 0 ? static_cast<std::size_t>(size) : 0);

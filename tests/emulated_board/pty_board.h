@@ -21,6 +21,8 @@ class PtyBoard {
     /// The board loses its power: all its pins are 0.
     void unplug();
     void setMute(bool mute);
+    /// It does not read any more: the line stalls.
+    void setDeaf(bool deaf);
 
     int levels();
     std::vector<Sketch::Change> takeChanges();
@@ -34,6 +36,7 @@ class PtyBoard {
     const std::filesystem::path device_;
     std::mutex mutex_; // guards all members below
     Sketch sketch_;
+    bool deaf_ = false;
     int master_ = -1, slave_ = -1, opens_ = -1;
     std::atomic<bool> ends_ = false;
     std::thread thread_;

@@ -32,7 +32,13 @@ class EmulatedPort {
         [[maybe_unused]] const ssize_t size = ::pread(fd_, &state, sizeof state, 0);
         return state;
     }
-    int data() const { return state().data; }
+    /// Lines that nobody holds fall to their pull.
+    int data() const {
+        const EmulatedPortState now = state();
+        if (!now.areLines || !claim()) return now.data;
+        release();
+        return now.pull;
+    }
     bool isOff() const { return data() == off_; }
     void setData(std::uint8_t data) {
         EmulatedPortState state;
@@ -41,8 +47,8 @@ class EmulatedPort {
     }
 
     /// As another driver would; true when nobody else has it.
-    bool claim() { return ::flock(fd_, LOCK_EX | LOCK_NB) == 0; }
-    void release() { ::flock(fd_, LOCK_UN); }
+    bool claim() const { return ::flock(fd_, LOCK_EX | LOCK_NB) == 0; }
+    void release() const { ::flock(fd_, LOCK_UN); }
 
   private:
     std::filesystem::path path_;

@@ -26,7 +26,9 @@ namespace {
 constexpr const char* kPort = "/dev/parport0";
 constexpr const char* kChip = "/dev/gpiochip0";
 constexpr unsigned kLines = 54;
-constexpr unsigned kTaken = 10; // by another driver
+constexpr unsigned kTaken = 10;       // by another driver
+constexpr unsigned kLastPulledUp = 8; // as on a Raspberry Pi
+constexpr unsigned kStalledSeconds = 30;
 
 template <class Function>
 Function* real(const char* name) {
@@ -91,6 +93,13 @@ int requestLines(gpio_v2_line_request& request) {
         return fail(EBUSY);
     }
     request.fd = fd;
+    EmulatedPortState state;
+    [[maybe_unused]] const ssize_t size = ::pread(fd, &state, sizeof state, 0);
+    state.areLines = true;
+    state.pull = 0;
+    for (unsigned index = 0; index < request.num_lines; ++index)
+        state.pull |= request.offsets[index] <= kLastPulledUp ? 1U << index : 0;
+    [[maybe_unused]] const ssize_t written = ::pwrite(fd, &state, sizeof state, 0);
     return writeData(fd, static_cast<std::uint8_t>(request.config.attrs[0].attr.values));
 }
 
@@ -169,6 +178,15 @@ int open(const char* path, int flags, ...) {
     va_end(rest);
     const auto next = real<int(const char*, int, unsigned)>("open");
     return next(fileBehind(path), flags, mode);
+}
+
+/// Where STALLED_BOARD is set, serial devices wait at their close, as the kernel's drivers do for a board
+/// that does not read.
+int close(int fd) {
+    struct stat found {};
+    if (std::getenv("STALLED_BOARD") && ::fstat(fd, &found) == 0 && S_ISCHR(found.st_mode) && ::isatty(fd))
+        ::sleep(kStalledSeconds);
+    return real<int(int)>("close")(fd);
 }
 
 int stat(const char* path, struct stat* result) noexcept {

@@ -29,9 +29,13 @@ void obey(const QByteArray& order) {
         }
     } else if (what == "open") {
         for (const QWidget* window : QApplication::topLevelWidgets()) {
+            if (window->inherits("QMenu")) continue; // its entries are found in the window
             // Later, because a dialog keeps its opener waiting.
             if (auto* action = window->findChild<QAction*>(name))
                 QTimer::singleShot(0, action, [action] { action->trigger(); });
+            auto* button = window->findChild<QAbstractButton*>(name);
+            if (button && button->window() == window)
+                QTimer::singleShot(0, button, [button] { button->click(); });
         }
     } else if (what == "choose") {
         const qsizetype nameEnd = name.indexOf(' ');
@@ -47,9 +51,9 @@ void obey(const QByteArray& order) {
     } else if (what == "box") {
         const auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
         reply = box ? box->text().toStdString() : "none";
-    } else if (what == "accept") {
+    } else if (what == "accept" || what == "decline") {
         if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
-            box->button(QMessageBox::Ok)->click();
+            box->button(what == "accept" ? QMessageBox::Ok : QMessageBox::Cancel)->click();
     } else if (what == "hang") {
         while (true) {
         }

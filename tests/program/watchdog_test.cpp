@@ -11,6 +11,9 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::SizeIs;
 
+/// Lines that stay at 1 when nobody holds them any more.
+constexpr const char* kPulledUp = "gpio:gpiochip0:1,2,3,4,5,6,7,8";
+
 struct Kill {
     const char* name;
     int multiplier;
@@ -27,7 +30,7 @@ class GuardedKill : public ::testing::WithParamInterface<Kill>, public Guarded {
 };
 
 TEST_P(GuardedKill, LeavesNoCoilOn) {
-    constexpr int kKills = 25; // a hundred in the first four
+    constexpr int kKills = 25; // a hundred at the port, a hundred at pins
     setUp(1000, GetParam().multiplier);
     std::mt19937 random(1);
     std::vector<double> took, ends;
@@ -69,8 +72,10 @@ INSTANTIATE_TEST_SUITE_P(InMidMove, GuardedKill,
                                            Kill{"FullStepBackward", 1, false},
                                            Kill{"HalfStepForward", 2, true},
                                            Kill{"HalfStepBackward", 2, false},
-                                           Kill{"Pins", 1, true, "gpio:gpiochip0", 0},
-                                           Kill{"PinsLow", 2, false, "gpio:gpiochip0"}),
+                                           Kill{"PinsForward", 1, true, "gpio:gpiochip0", 0},
+                                           Kill{"PinsBackward", 2, false, "gpio:gpiochip0", 0},
+                                           Kill{"PinsLowForward", 1, true, kPulledUp},
+                                           Kill{"PinsLowBackward", 2, false, kPulledUp}),
                          [](const auto& testing) { return testing.param.name; });
 
 TEST_F(Guarded, AKillLeavesNoOutputOfTheUsbBoardOn) {
@@ -107,7 +112,16 @@ TEST_F(Guarded, AKillLeavesNoOutputOfTheUsbBoardOn) {
     }
 }
 
-TEST_F(Guarded, EveryEndLeavesTheOutputsOffAndNoProcessBehind) {
+/// At the printer port, or at pins.
+class GuardedEnd : public ::testing::WithParamInterface<const char*>, public Guarded {
+  protected:
+    GuardedEnd() : Guarded(GetParam(), GetParam() ? 0 : EmulatedPort::kAllOff) {}
+};
+
+INSTANTIATE_TEST_SUITE_P(Outputs, GuardedEnd, ::testing::Values(nullptr, "gpio:gpiochip0"),
+                         [](const auto& testing) { return testing.param ? "Pins" : "PrinterPort"; });
+
+TEST_P(GuardedEnd, OfEveryKindLeavesTheOutputsOffAndNoProcessBehind) {
     using End = std::function<void(DrivenProgram&)>;
     const std::vector<std::pair<const char*, End>> ends = {
         {"exit", [](DrivenProgram& p) { p.order("exit"); }},
@@ -167,7 +181,7 @@ TEST_F(Guarded, AStoppedProgramIsSwitchedOffAndSaysSoWhenItGoesOn) {
     EXPECT_TRUE(port.isOff());
 }
 
-TEST_F(Guarded, AnEndlessLoopIsSwitchedOff) {
+TEST_P(GuardedEnd, AnEndlessLoopIsSwitchedOff) {
     DrivenProgram program(port, arguments());
     ASSERT_TRUE(program.runs(port, true)) << program.errors();
     const auto [watchdog, standBy] = program.watchdogs();
@@ -206,6 +220,15 @@ TEST_F(Guarded, AKilledWatchdogIsReplaced) {
     EXPECT_EQ(orphanEnds(second), 0);
     EXPECT_TRUE(port.isOff());
     EXPECT_THAT(port.state().writer, AnyOf(first, second));
+}
+
+TEST_F(Guarded, PinsFallToTheirPullOnceNobodyHoldsThem) {
+    DrivenProgram program(port, arguments() + QStringList{"--port", "gpio:gpiochip0", "--coils-on", "low"});
+    ASSERT_TRUE(program.runs(port, true)) << program.errors();
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.ends(), 0);
+    EXPECT_EQ(port.state().data, 0xFF) << "the program has left all coils off";
+    EXPECT_EQ(port.data(), 0) << "the resistors switch all coils on: what the dialog warns of";
 }
 
 TEST_F(Guarded, KilledTogetherWithItsWatchdogItLeavesNoCoilOn) {

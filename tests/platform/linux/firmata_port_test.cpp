@@ -79,11 +79,25 @@ TEST_F(FirmataPort, AnUnpluggedOrSilentBoardThrows) {
     EXPECT_TRUE(comesTrue([&] { return board.levels() == 0; })) << "it may still listen";
 }
 
+TEST_F(FirmataPort, KeepsItsDeviceOpenAfterAFailure) {
+    // The watchdog is handed the same descriptor when it is replaced.
+    auto serial = std::make_unique<linux_ports::SerialPort>(board.device(), 57600);
+    const int descriptor = serial->descriptor();
+    const std::string device = std::filesystem::canonical(board.device());
+    firmata::Port port(std::move(serial), "Arduino", {kPins, 57600, 0});
+    ASSERT_TRUE(comesTrue([&] { return port.notReady().empty(); }));
+    board.setMute(true);
+    ASSERT_TRUE(comesTrue([&] { return failureOf([&] { port.taken(255); }) != "none"; }));
+    ASSERT_TRUE(comesTrue([&] { return board.levels() == 0; }));
+    std::this_thread::sleep_for(50ms); // the port's thread ends
+    EXPECT_EQ(std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(descriptor)), device);
+}
+
 TEST_F(FirmataPort, ADeviceThatCannotBeHadIsNamed) {
     const auto why = [](const std::string& device, int baud = 57600) {
         return failureOf([&] { linux_ports::SerialPort port(device, baud); });
     };
-    EXPECT_THAT(why("/dev/ttyACM99"), AllOf(HasSubstr("/dev/ttyACM99: "), HasSubstr("plugged in?")));
+    EXPECT_THAT(why("/dev/ttyACM99"), AllOf(HasSubstr("/dev/ttyACM99: "), HasSubstr("plug the board in")));
     EXPECT_THAT(why("/dev/null"), HasSubstr("not a serial device"));
     EXPECT_THAT(why(board.device(), 12345), HasSubstr("12345 baud"));
     const linux_ports::FileDescriptor other(::open(board.device().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
