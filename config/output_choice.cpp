@@ -118,9 +118,9 @@ void OutputChoice::showRemark() {
     take(settings);
     Remark remark;
     if (beside_ == Beside::kPins && coilsOnHigh(settings)) {
-        remark.text = "Pins of coils 1 to 8. Opened, it takes up to 10 s to start";
+        remark.text = "Pins of coils 1 to 8. The board needs up to 10 s to start";
     } else if (beside_ == Beside::kPins) {
-        remark = {"With Low, all coils are on until Twinstep connects", true};
+        remark = {"Low: all coils are on while Twinstep is not connected", true};
     } else if (beside_ == Beside::kLines) {
         remark = remarkOnLines(settings);
     }
@@ -135,17 +135,19 @@ OutputChoice::Remark OutputChoice::remarkOnLines(const HardwareSettings& setting
     const std::vector<platform::GpioLine> all = hardware_.gpioLines(chosen->chip);
     if (all.empty()) return {}; // opening it will say why
     std::string names, taken, hot;
+    bool isKnown = true; // the level while no program uses the lines
     for (const int line : chosen->lines) {
         const auto number = static_cast<std::size_t>(line);
         if (number >= all.size()) return {"There is no line " + std::to_string(line), true};
         const std::string name = nameOf(all, number);
-        names += (names.empty() ? "Lines " : ", ") + name;
+        names += (names.empty() ? "" : ", ") + name;
         if (isTaken(all[number])) taken += " " + name + " (" + all[number].user + ")";
         if (all[number].atBoot == coilsOnHigh(settings)) hot += " " + name;
+        isKnown &= all[number].atBoot.has_value();
     }
     if (!taken.empty()) return {"Taken:" + taken, true};
-    if (!hot.empty()) return {"On while the computer starts:" + hot, true};
-    return {names, false};
+    if (!hot.empty()) return {"Coils on while Twinstep does not run:" + hot, true};
+    return {(isKnown ? "Lines " : "Measure their level at boot: ") + names, false};
 }
 
 void OutputChoice::listLines() {

@@ -56,7 +56,7 @@ Card* devices(form::FrmHardware& form, Adapters& adapters) {
                     kChoiceColumn);
     CaptionLabel* remark =
         adapters.label(form.lblOutputs, {"Remark on the outputs", "What to know about the chosen outputs."},
-                       "With Low, all coils are on until Twinstep connects");
+                       "Low: all coils are on while Twinstep is not connected");
     grid->addWidget(remark, 2, kChoiceColumn, 1, 2);
     const QString board = "The USB board that drives the coils too, while it is switched on in the window.";
     grid->addWidget(fixedText("USB board", board), 3, kNameColumn);

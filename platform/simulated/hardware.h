@@ -44,6 +44,7 @@ class Hardware : public platform::Hardware {
         std::vector<platform::GpioLine> lines(28);
         for (std::size_t number = 0; number < lines.size(); ++number)
             lines[number] = {"GPIO" + std::to_string(number), "", number <= 8};
+        lines[9].atBoot.reset();
         lines[10].user = "spi0";
         return lines;
     }

@@ -314,9 +314,10 @@ TEST_F(HardwareDialog, AnArduinoAndPinsAreChosenWithTheirPinsAndLevel) {
             const char* remark;
         };
         for (const Case& each : {Case{config::kUsualLines, 2, "Lines GPIO17, GPIO27"},
-                                 {"17,27,22,23,24,25,16,5", 2, "On while the computer starts: GPIO5"},
-                                 {"2,3,4,5,6,7,8,26", 1, "On while the computer starts: GPIO26"},
+                                 {"17,27,22,23,24,25,16,5", 2, "Coils on while Twinstep does not run: GPIO5"},
+                                 {"2,3,4,5,6,7,8,26", 1, "Coils on while Twinstep does not run: GPIO26"},
                                  {"17,27,22,23,24,25,16,10", 2, "Taken: GPIO10 (spi0)"},
+                                 {"17,27,22,23,24,25,16,9", 2, "Measure their level at boot: GPIO17"},
                                  {"17,27,22,23,24,25,16,28", 2, "There is no line 28"},
                                  {"17,17", 2, "Eight different lines"}}) {
             dialog.cmbCoilsOn.ListIndex = each.level;
