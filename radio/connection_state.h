@@ -6,6 +6,8 @@
 
 namespace radio {
 
+inline constexpr double kSecondsPerPoll = form::Form1::kPollMilliseconds / 1000.0;
+
 /// Shows the connection state of a source: a word in lblAutoMemConn, and the reason of a failure as its tool
 /// tip.
 inline void showState(form::Form1& form, const std::string& state, const std::string& reason = {}) {

@@ -27,7 +27,9 @@ void Logger32Source::poll() {
 }
 
 void Logger32Source::subFreqLog32() {
-    switch (logger32_.poll(form_)) {
+    const Logger32::Sighting sighting = logger32_.poll(form_);
+    missingPolls_ = sighting == Logger32::Sighting::Missing ? missingPolls_ + 1 : 0;
+    switch (sighting) {
     case Logger32::Sighting::Missing:
         showState(form_, "Disconnected");
         break;
@@ -48,6 +50,10 @@ std::string Logger32Source::key() const {
 
 std::optional<std::int64_t> Logger32Source::hertz() const {
     return hertzOfMegahertz(form_.lblLog32DataM.Caption.get());
+}
+
+double Logger32Source::age() const {
+    return missingPolls_ * kSecondsPerPoll;
 }
 
 } // namespace radio

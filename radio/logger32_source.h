@@ -18,6 +18,8 @@ class Logger32Source : public form::FrequencySource {
     bool announcesBands() const override { return form_.sourceConnected(); }
     std::string key() const override;
     std::optional<std::int64_t> hertz() const override;
+    /// The label keeps its frequency while Logger32's window is not found.
+    double age() const override;
 
     /// Looks for Logger32's window, which may appear and disappear.
     void subFreqLog32();
@@ -25,6 +27,7 @@ class Logger32Source : public form::FrequencySource {
   private:
     form::Form1& form_;
     Logger32& logger32_;
+    int missingPolls_ = 0; // since the window was last found
 };
 
 } // namespace radio

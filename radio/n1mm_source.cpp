@@ -42,7 +42,6 @@ void N1mmSource::received(const std::string& datagram) {
 }
 
 double N1mmSource::silence() const {
-    constexpr double kSecondsPerPoll = form::Form1::kPollMilliseconds / 1000.0;
     return silentPolls_ * kSecondsPerPoll;
 }
 

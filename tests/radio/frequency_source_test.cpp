@@ -170,7 +170,9 @@ TEST_F(SourceTest, Logger32IsSubscribedWheneverItAppears) {
     EXPECT_EQ(f().strFreqKey, "3.");
 
     station.closeWindow("Logger32");
-    poll();
+    clock.advance(4500);
+    EXPECT_EQ(f().lblLog32DataM.Caption, " 3.573.000");
+    EXPECT_EQ(f().frequencySeconds, 4); // nobody confirms what is still shown
     station.showWindow("Logger32", 78);
     poll();
     EXPECT_EQ(station.takePosted(), (std::vector<Posted>{{78, message, 3, window}}));
