@@ -103,8 +103,11 @@ TEST_F(RampDriveTest, ATargetThatWasPassedIsReachedFromBelowWhereThereIsBacklash
     EXPECT_EQ(steps(), 200);
     // Near 0 there is less room than the backlash, at 0 there is none: the way goes straight up.
     for (const int from : {8, 0}) {
-        f().sngPosA = static_cast<float>(from * kStep);
+        f().sngPosA = 50;
+        f().cmdInd.Click.fire();
+        clock.advance(300);
         f().cmdAlt.Click.fire();
+        f().sngPosA = static_cast<float>(from * kStep);
         recall(12);
         runUntilItStands();
         EXPECT_EQ(steps(), 12) << from;
