@@ -1,8 +1,11 @@
 #include "app/assistant.h"
 
+#include "app/auto_outputs_off.h"
 #include "config/records.h"
 #include "form/key_filter.h"
 #include "runtime/number.h"
+
+#include <algorithm>
 
 namespace app {
 
@@ -23,6 +26,8 @@ constexpr std::array<const char*, FrmAssistant::kPages> kAsks = {
     "Drive to a place that you know and call it zero. Then drive on, and store positions.",
     "Which program reports the frequency?",
     "What happens by itself, and what is kept?"};
+constexpr const char* kAskDirection =
+    "Turn the antenna to where both axes are zero, and call it zero. Then set ranges and parking.";
 constexpr const char* kAskTarget = "Which program says where the antenna is to point?";
 
 struct Choice {
@@ -49,15 +54,13 @@ Assistant::Assistant(form::Form1& main, FrmAssistant& dialog, engine::Motion& mo
     coils_.onCoil = [this](int coil) { showCoil(coil); };
     dialog_.tmrLook.Tick.attach([this] { look(); });
     dialog_.onPause = [this] { halt(); };
+    dialog_.onEscape = [this] { return halt(); };
     dialog_.cmdStopAll.Click.attach([this] { halt(); });
     dialog_.cmdNext.Click.attach([this] { cmdNext_Click(); });
     dialog_.cmdSkip.Click.attach([this] { cmdSkip_Click(); });
     dialog_.cmdBack.Click.attach([this] { cmdBack_Click(); });
-    dialog_.cmdExitAssistant.Click.attach([this] { cmdExitAssistant_Click(); });
-    dialog_.onCancel = [this] {
-        restore();
-        dialog_.unload();
-    };
+    dialog_.cmdExitAssistant.Click.attach([this] { dialog_.cancel(); });
+    dialog_.onCancel = [this] { cancel(); };
     attachPages();
     attachEngine(a_);
     attachEngine(b_);
@@ -73,7 +76,7 @@ void Assistant::attachPages() {
     const auto press = [](form::Button& button, auto& control) {
         button.Click.attach([&control] { control.Click.raise(); });
     };
-    press(dialog_.cmdHardware, main_.mnuHardware);
+    dialog_.cmdHardware.Click.attach([this] { chooseOutputs(); });
     press(dialog_.cmdRotator, main_.mnuRotator);
     dialog_.cmdProgram.Click.attach(
         [this] { (isRotor() ? main_.mnuSatConn : main_.mnuTunConn).Click.raise(); });
@@ -89,6 +92,7 @@ void Assistant::attachPages() {
 
 void Assistant::attachEngine(Engine& engine) {
     form::AssistantEngine& shown = engine.shown;
+    engine.setUp.onMove = [this, &engine] { onMove(engine.side); };
     engine.setUp.tell = [this](const std::string& what) { dialog_.lblTrouble.Caption = what; };
     shown.cmdCoils.Click.attach(
         [this, &engine] { testCoils(engine, 1, engine::CoilCheck::kMillisecondsPerCoil); });
@@ -123,7 +127,9 @@ void Assistant::show(int page) {
     const auto index = static_cast<std::size_t>(page - 1);
     dialog_.lblPage.Caption =
         std::to_string(page) + " of " + std::to_string(FrmAssistant::kPages) + ": " + kTitles.at(index);
-    dialog_.lblAsk.Caption = page == Page::kSource && isRotor() ? kAskTarget : kAsks.at(index);
+    dialog_.lblAsk.Caption = isRotor() && page == Page::kSource      ? kAskTarget
+                             : isRotor() && page == Page::kPositions ? kAskDirection
+                                                                     : kAsks.at(index);
     dialog_.lblTrouble.Caption = "";
     dialog_.cmdBack.Enabled = page > Page::kFunction;
     dialog_.cmdSkip.Enabled = page < FrmAssistant::kPages;
@@ -135,7 +141,7 @@ void Assistant::show(int page) {
 void Assistant::open(Page page) {
     for (Engine* engine : {&a_, &b_}) {
         engine->shown.lblName.Caption = engine->side.lblEngine.Caption;
-        engine->shown.lblWires.Caption = "";
+        advise(engine->shown, "");
         engine->setUp.open();
     }
     if (page == Page::kFunction) {
@@ -143,6 +149,8 @@ void Assistant::open(Page page) {
             (dialog_.*choice.option).Value.load(main_.intFunzione == choice.function);
     }
     boardFound_ = main_.chkUsbOn.ticked();
+    linkFound_ = main_.sourceConnected();
+    changesFound_ = changes();
     for (form::Control* control :
          {static_cast<form::Control*>(&dialog_.cmbMemory), static_cast<form::Control*>(&dialog_.cmdStore),
           static_cast<form::Control*>(&dialog_.cmdRecall), static_cast<form::Control*>(&dialog_.lblMemory)})
@@ -151,7 +159,8 @@ void Assistant::open(Page page) {
     dialog_.cmdLink.Visible = !isRotor();
     if (page != Page::kSaving) return;
     dialog_.chkOffAlone.Value.load(main_.bolAutoCmdOff ? 1 : 0);
-    dialog_.txtOffSeconds.Text = std::to_string(main_.hScrCmdOff.Value.get());
+    const int seconds = main_.intAutoCmdOffSec.value();
+    dialog_.txtOffSeconds.Text = std::to_string(seconds > 0 ? seconds : AutoOutputsOff::kFirstDelay);
     config::RecordImage records = file_.read();
     dialog_.chkKeepPositions.Value.load(records.boolean(config::record::kSavePositions) ? 1 : 0);
     dialog_.chkLoadPositions.Value.load(records.boolean(config::record::kLoadPositions) ? 1 : 0);
@@ -177,25 +186,18 @@ void Assistant::cmdBack_Click() {
     show(page_ - 1);
 }
 
-void Assistant::cmdExitAssistant_Click() {
-    if (coils_.running() || sides_.anyRunning()) {
-        halt();
-        return;
-    }
-    dialog_.cancel();
-}
-
-void Assistant::halt() {
+bool Assistant::halt() {
+    const bool ran = coils_.running() || sides_.anyRunning();
     dialog_.tmrTry.Enabled = false;
     coils_.stop();
     motion_.stopBoth();
+    return ran;
 }
 
 bool Assistant::store(Page page) {
     switch (page) {
     case Page::kFunction:
-        storeFunction();
-        return true;
+        return storeFunction();
     case Page::kMotor:
         return storeEngines(&EngineSetUp::storeMotor);
     case Page::kSpeeds:
@@ -216,12 +218,25 @@ void Assistant::restore() {
     if (page_ == Page::kOutputs && main_.chkUsbOn.ticked() != boardFound_) {
         main_.chkUsbOn.Value = boardFound_ ? 1 : 0;
     }
+    if (page_ == Page::kSource && !linkFound_ && main_.sourceConnected()) main_.cmdAutoMemConn.Click.raise();
 }
 
-void Assistant::storeFunction() {
+void Assistant::cancel() {
+    restore();
+    // What was declared and stored on this page.
+    for (std::size_t made = changes(); made > changesFound_; made = std::min(made - 1, changes()))
+        main_.mnuUndo.Click.raise();
+    dialog_.unload();
+}
+
+bool Assistant::storeFunction() {
     for (const Choice& choice : kChoices) {
-        if ((dialog_.*choice.option).Value) (main_.*choice.menu).Click.raise();
+        if (!(dialog_.*choice.option).Value) continue;
+        (main_.*choice.menu).Click.raise();
+        return true;
     }
+    dialog_.lblTrouble.Caption = "Choose what the motors turn";
+    return false;
 }
 
 bool Assistant::storeEngines(std::string (EngineSetUp::*storeOne)()) {
@@ -246,7 +261,6 @@ bool Assistant::storeSaving() {
     file_.write({config::booleanRecord(config::record::kSavePositions, dialog_.chkKeepPositions.ticked()),
                  config::booleanRecord(config::record::kLoadPositions, dialog_.chkLoadPositions.ticked())});
     main_.chkAutoCmdOff.Value = dialog_.chkOffAlone.Value;
-    // A time that was never set is 0, although the bar shows its least.
     if (main_.intAutoCmdOffSec != seconds) main_.hScrCmdOff.userScroll(seconds);
     return true;
 }

@@ -24,13 +24,15 @@ class Assistant {
     void cmdNext_Click();
     void cmdSkip_Click();
     void cmdBack_Click();
-    /// Ends what is running, if anything is; else closes the assistant.
-    void cmdExitAssistant_Click();
-    /// Stops both engines and a test.
-    void halt();
+    /// Stops both engines and a test. False if nothing ran.
+    bool halt();
 
     /// The frequency program in use; null: none.
     std::function<const form::FrequencySource*()> source;
+    /// Called when the assistant moves an engine: no memory is in use any more.
+    std::function<void(const engine::Side&)> onMove;
+    /// The number of changes that can be undone.
+    std::function<std::size_t()> changes;
 
   private:
     using Page = form::FrmAssistant::Page;
@@ -39,6 +41,7 @@ class Assistant {
         form::AssistantEngine& shown;
         const engine::Side& side;
         EngineSetUp setUp;
+        bool hasTurned = false; // and the user has not yet told which way
         int trembles = 0;
     };
 
@@ -49,14 +52,18 @@ class Assistant {
     /// False, and told, if the page cannot be left.
     bool store(Page page);
     void restore();
+    void cancel();
     void look();
     void lookAtSource();
-    void storeFunction();
+    bool storeFunction();
     bool storeEngines(std::string (EngineSetUp::*storeOne)());
     bool storeSaving();
     void testCoils(Engine& engine, int rounds, int milliseconds);
     void showCoil(int coil);
+    void chooseOutputs();
     void turned(Engine& engine, engine::Turned turned);
+    static void advise(form::AssistantEngine& shown, const std::string& advice,
+                       std::optional<engine::WireSwap> swap = {});
     bool isRotor() const { return main_.intFunzione == form::kSatelliteRotor; }
     int memory() const { return dialog_.cmbMemory.ListIndex + 1; }
 
@@ -69,8 +76,12 @@ class Assistant {
     engine::CoilCheck coils_;
     Engine a_, b_;
     Engine* tested_ = nullptr;
+    int rounds_ = 0; // of the test
     int page_ = 0;
-    bool boardFound_ = false; // the USB board was on when the page opened
+    // As the page found it.
+    bool boardFound_ = false; // the USB board is on
+    bool linkFound_ = false;  // the frequency program is connected
+    std::size_t changesFound_ = 0;
 };
 
 } // namespace app

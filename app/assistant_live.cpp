@@ -4,6 +4,8 @@
 #include "runtime/number.h"
 #include "runtime/text.h"
 
+#include <utility>
+
 /// What the assistant's pages show of the running program.
 namespace app {
 
@@ -13,6 +15,7 @@ void Assistant::look() {
         const engine::Side& side = engine->side;
         engine->shown.lblPosition.Caption =
             runtime::formatShown(isRotor() ? side.sngPosRotor : side.sngPos) + " " + side.unit();
+        engine->shown.barTurn.Value = engine->setUp.shareOfTurn();
     }
     const int n = memory();
     const bool stored = !main_.strMemPosA(n).empty();
@@ -23,7 +26,10 @@ void Assistant::look() {
 
 void Assistant::lookAtSource() {
     if (isRotor()) {
-        dialog_.lblProgram.Caption = main_.lblSource.Caption;
+        const std::string& target = main_.lblSource.Caption;
+        dialog_.lblProgram.Caption = !target.empty()          ? target
+                                     : main_.intSatSource < 1 ? "no program is chosen"
+                                                              : "waits for its first target";
         const std::string azimuth = main_.lblAzRx.Caption, elevation = main_.lblElRx.Caption;
         dialog_.lblHeard.Caption = azimuth.empty() ? "nothing heard yet" : azimuth + "°, " + elevation + "°";
         return;
@@ -40,7 +46,7 @@ void Assistant::lookAtSource() {
 }
 
 void Assistant::testCoils(Engine& engine, int rounds, int milliseconds) {
-    const bool again = coils_.running() && tested_ == &engine;
+    const bool again = coils_.running() && tested_ == &engine && rounds_ == rounds;
     halt();
     if (again) return;
     if (!hardware_.portWorks()) {
@@ -50,8 +56,10 @@ void Assistant::testCoils(Engine& engine, int rounds, int milliseconds) {
     // The test reaches the board that is chosen, as the test in Hardware and links does.
     if (hardware_.settings().usb != config::kNone && !main_.chkUsbOn.ticked()) main_.chkUsbOn.Value = 1;
     dialog_.lblTrouble.Caption = "";
-    engine.shown.lblWires.Caption = "";
+    advise(engine.shown, "");
     tested_ = &engine;
+    rounds_ = rounds;
+    engine.hasTurned = true;
     coils_.start(engine.side.motor, rounds, milliseconds);
 }
 
@@ -64,6 +72,10 @@ void Assistant::showCoil(int coil) {
 
 void Assistant::turned(Engine& engine, engine::Turned turned) {
     halt();
+    if (!std::exchange(engine.hasTurned, false)) {
+        advise(engine.shown, "Press Turn first");
+        return;
+    }
     if (turned == engine::Turned::kTrembled) ++engine.trembles;
     const auto swap = engine::wiresToSwap(turned, engine.trembles);
     std::string text;
@@ -77,7 +89,20 @@ void Assistant::turned(Engine& engine, engine::Turned turned) {
         text = "The wires are right";
         engine.trembles = 0;
     }
-    engine.shown.lblWires.Caption = text;
+    advise(engine.shown, text, swap);
+}
+
+void Assistant::advise(form::AssistantEngine& shown, const std::string& advice,
+                       std::optional<engine::WireSwap> swap) {
+    shown.wiresToSwap.reset();
+    if (swap) shown.wiresToSwap = {swap->first, swap->second};
+    shown.lblWires.Caption = advice;
+}
+
+void Assistant::chooseOutputs() {
+    restore(); // another board must not be switched off for the one that was tested
+    main_.mnuHardware.Click.raise();
+    boardFound_ = main_.chkUsbOn.ticked();
 }
 
 } // namespace app

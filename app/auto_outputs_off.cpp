@@ -4,12 +4,6 @@
 
 namespace app {
 
-namespace {
-
-constexpr int kFirstDelay = 8; // seconds, until the user sets a delay
-
-} // namespace
-
 AutoOutputsOff::AutoOutputsOff(form::Form1& form, config::RecordFile& file, memory::MemorySlots& slots)
     : form_(form), file_(file), slots_(slots), sides_(form) {
     form_.tmrAutoOff.Tick.attach([this] { tmrAutoOff_Timer(); });

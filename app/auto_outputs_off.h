@@ -10,6 +10,8 @@ namespace app {
 /// of a standing motor only heat up.
 class AutoOutputsOff {
   public:
+    static constexpr int kFirstDelay = 8; // seconds, until the user sets a delay
+
     AutoOutputsOff(form::Form1& form, config::RecordFile& file, memory::MemorySlots& slots);
 
     /// Called at each tick of the polling timer. Starts the countdown while no engine runs, and ends it while

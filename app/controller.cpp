@@ -69,6 +69,8 @@ struct Controller::Subsystems {
     void wireTuner();
     void wireRotor();
     void wireConfigurations();
+    /// An engine moves to a place that is not a memory's.
+    void leaveMemory();
     /// Writes the tuner's settings and uses them. Throws runtime::FileError.
     void keepTuner(const form::TunerSettings& settings);
 
@@ -242,10 +244,12 @@ void Controller::Subsystems::wireTuner() {
     form.onLetterUp = [this](char letter) { keys.keyUp(letter); };
     form.onKeyboardLost = [this] { keys.releaseAll(); };
     keys.onSemiAuto = [this] { recall.semiAuto(); };
-    goTo.onMove = [this] {
-        if (form.chkAutoMemOnOff.ticked()) recall.semiAuto();
-        if (!form.chkFastMemory.ticked()) slots.subResetPressedMem();
-    };
+    goTo.onMove = [this] { leaveMemory(); };
+}
+
+void Controller::Subsystems::leaveMemory() {
+    if (form.chkAutoMemOnOff.ticked()) recall.semiAuto();
+    if (!form.chkFastMemory.ticked()) slots.subResetPressedMem();
 }
 
 void Controller::Subsystems::keepTuner(const form::TunerSettings& settings) {
@@ -321,6 +325,11 @@ void Controller::Subsystems::mnuAssistant_Click() {
     dialog.onError = form.onError;
     Assistant assistant(form, dialog, motion, outputs, file, ports.hardware);
     assistant.source = [this] { return sources.chosen(); };
+    assistant.onMove = [this](const engine::Side& side) {
+        leaveMemory();
+        side.lblUso.Caption = "Manual";
+    };
+    assistant.changes = [this] { return undo.changes(); };
     assistant.Form_Load();
     boxes.showModal(dialog);
 }

@@ -1,6 +1,7 @@
 #include "app/engine_set_up.h"
 
 #include "engine/parameters.h"
+#include "engine/position.h"
 #include "engine/stepper.h"
 #include "engine/trial.h"
 #include "runtime/errors.h"
@@ -20,23 +21,26 @@ constexpr float kUnits = 1;
 
 constexpr int kMostSteps = 32767, kMostSpeed = 1000;
 constexpr int kTrialMilliseconds = 600; // at each period
+constexpr int kHalfStepsOfFull = 2;
 
-int wholeOf(const form::TextBox& box, const std::string& what, int most) {
+int wholeOf(form::TextBox& box, const std::string& what, int most) {
     const std::string wrong = what + ": type a whole number from 1 to " + std::to_string(most);
     try {
         const double number = runtime::parseNumber(box.Text.get());
         if (number >= 1 && number <= most && number == std::floor(number)) return static_cast<int>(number);
     } catch (const runtime::RunTimeError&) {
     }
+    box.setFocus();
     throw runtime::ObjectError(wrong);
 }
 
-float numberOf(const form::TextBox& box, const std::string& what) {
+float numberOf(form::TextBox& box, const std::string& what) {
     try {
         const float number = runtime::parseSingle(box.Text.get());
         if (number != 0 && std::fabs(number) < 2 * engine::kEndOfRun) return number;
     } catch (const runtime::RunTimeError&) {
     }
+    box.setFocus();
     throw runtime::ObjectError(what + ": type a number that is not 0");
 }
 
@@ -65,6 +69,9 @@ EngineSetUp::Values EngineSetUp::now() const {
 
 void EngineSetUp::open() {
     found_ = now();
+    positionFound_ = position();
+    halfStepsFound_ = side_.halfSteps;
+    moved_.reset();
     shown_.txtStepsR.Text = textOr(found_.steps, kSteps);
     shown_.txtUnitsR.Text = runtime::shortestText(found_.units != 0 ? found_.units : kUnits);
     shown_.chkHalf.Value.load(found_.half ? 1 : 0);
@@ -75,6 +82,23 @@ void EngineSetUp::open() {
     shown_.txtMeasured.Text = "";
     shown_.lblCorrected.Caption = "";
     shown_.lblTry.Caption = "";
+    shown_.barTry.Value = 0;
+}
+
+float& EngineSetUp::position() const {
+    return main_.intFunzione == form::kSatelliteRotor ? side_.sngPosRotor : side_.sngPos;
+}
+
+void EngineSetUp::restore() {
+    put(found_);
+    if (found_.steps == 0) return;
+    const double halfStep = double{found_.units} / (kHalfStepsOfFull * found_.steps);
+    const float counted =
+        runtime::toSingle(positionFound_ + static_cast<double>(side_.halfSteps - halfStepsFound_) * halfStep);
+    // Positions are sums of rounded steps: only a step made in other units matters.
+    if (std::fabs(counted - position()) < std::fabs(halfStep)) return;
+    position() = counted;
+    engine::showPosition(main_, side_);
 }
 
 void EngineSetUp::put(const Values& values) const {
@@ -117,6 +141,12 @@ bool EngineSetUp::enter(const engine::Parameter& parameter, const std::string& t
     return false;
 }
 
+int EngineSetUp::shareOfTurn() const {
+    constexpr int kAll = 100;
+    const std::int64_t turn = std::int64_t{kHalfStepsOfFull} * side_.intSteps.value();
+    return turn <= 0 ? 0 : static_cast<int>((side_.halfSteps % turn + turn) % turn * kAll / turn);
+}
+
 std::string EngineSetUp::fault() const {
     try {
         typed();
@@ -146,7 +176,13 @@ std::string EngineSetUp::storeSpeeds() {
 
 void EngineSetUp::cmdOnce_Click() {
     if (!use()) return;
-    if (motion_.moveBy(side_, form::kForward, std::fabs(side_.sngMMGiro))) motion_.slow(side_);
+    move(form::kForward, std::fabs(side_.sngMMGiro));
+}
+
+void EngineSetUp::move(int direction, double distance) {
+    moved_ = side_.sngMMGiro;
+    onMove();
+    if (motion_.moveBy(side_, direction, distance)) motion_.slow(side_);
 }
 
 void EngineSetUp::cmdMove_Click() {
@@ -154,8 +190,7 @@ void EngineSetUp::cmdMove_Click() {
     try {
         const float asked = numberOf(shown_.txtAsked, name() + ", asked for");
         const bool forward = side_.ascends(form::kForward) == (asked > 0);
-        if (motion_.moveBy(side_, forward ? form::kForward : form::kBackward, std::fabs(asked)))
-            motion_.slow(side_);
+        move(forward ? form::kForward : form::kBackward, std::fabs(asked));
     } catch (const runtime::ObjectError& error) {
         tell(error.what());
     }
@@ -166,11 +201,15 @@ void EngineSetUp::cmdCorrect_Click() {
     try {
         const float asked = numberOf(shown_.txtAsked, name() + ", asked for");
         const float measured = numberOf(shown_.txtMeasured, name() + ", measured");
-        const std::string before = shown_.txtUnitsR.Text;
-        const float units = engine::correctedUnits(side_.sngMMGiro, asked, measured, side_.takesFractions);
+        const float before = moved_.value_or(side_.sngMMGiro);
+        const float units = engine::correctedUnits(before, asked, measured, side_.takesFractions);
         shown_.txtUnitsR.Text = runtime::shortestText(units);
-        shown_.lblCorrected.Caption = before + " becomes " + shown_.txtUnitsR.Text.get() +
+        shown_.lblCorrected.Caption = runtime::shortestText(before) + " becomes " +
+                                      shown_.txtUnitsR.Text.get() +
                                       (side_.takesFractions ? "" : ", a whole number here");
+        // A measurement corrects once.
+        shown_.txtMeasured.Text = "";
+        moved_.reset();
         use();
     } catch (const runtime::ObjectError& error) {
         tell(error.what());
@@ -180,6 +219,7 @@ void EngineSetUp::cmdCorrect_Click() {
 void EngineSetUp::beginTrial(int direction) {
     if (!use()) return;
     period_ = engine::kTrialSlowest + 1;
+    onMove();
     if (!motion_.run(side_, direction)) {
         period_ = 0;
         return;
@@ -198,6 +238,8 @@ void EngineSetUp::trial_Timer() {
         return;
     }
     if (period_ > 1) --period_;
+    constexpr int kAll = 100;
+    shown_.barTry.Value = kAll * (engine::kTrialSlowest - period_) / (engine::kTrialSlowest - 1);
     side_.intTickAlta = period_;
     motion_.fast(side_);
     shown_.lblTry.Caption =

@@ -74,6 +74,9 @@ void Functions::switchOn(int function) {
     // If the port fails, the error boundary reports it; the function is switched on anyway.
     form_.cmdOff.Click.fire();
     showTexts(textsOf(form_.intFunzione.value()));
+    const engine::Sides sides(form_);
+    for (const engine::Side* side : {&sides.a, &sides.b})
+        side->entryNotice.stay(""); // it names a parameter that may have another name now
     form_.framInvite.Visible = form_.intFunzione == form::kNoFunction && !isSetUp();
 }
 
@@ -92,8 +95,7 @@ void Functions::showFrames(bool rotor) {
         control->Visible = rotor;
     }
     for (form::Control* control : std::initializer_list<form::Control*>{
-             &form_.lblUsoA, &form_.lblUsoB, &form_.framTuner, &form_.Label2, &form_.Label8,
-             &form_.lblTargetA, &form_.lblTargetB, &form_.lblToGoA, &form_.lblToGoB}) {
+             &form_.lblUsoA, &form_.lblUsoB, &form_.framTuner, &form_.Label2, &form_.Label8}) {
         control->Visible = !rotor;
     }
 }

@@ -67,8 +67,7 @@ void Startup::readFile() {
 void Startup::resetEngines() {
     for (const engine::Side* side : {&sides_.a, &sides_.b}) {
         motion_.stop(*side);
-        side->entryNotice.Caption = "";
-        side->entryNotice.ToolTip = "";
+        side->entryNotice.stay("");
         side->intDir = 0;
         // The half-step index is not set at the start: it keeps its value.
         side->intFase = 1;

@@ -99,6 +99,7 @@ void Undo::stored(int n, const memory::Contents& before, const std::string& what
 }
 
 void Undo::functionChosen(int function) {
+    if (form_.intFunzione == form::kNoFunction) return; // the first one begins everything
     // Of both sides, the state in which it was left last.
     const auto before = std::make_shared<Standing>(standing());
     const auto after = std::make_shared<Standing>();
@@ -190,27 +191,27 @@ void Undo::go(std::vector<Step>& from, std::vector<Step>& to, bool back) {
 
 void Undo::look() {
     if (changing_ || std::exchange(units_, units()) == units_) return;
-    std::string dropped;
-    const bool undo = dropUncounted(undo_, dropped);
-    if (dropUncounted(redo_, dropped) || undo) {
-        show();
-        form_.notice.tell("Units or step mode have changed; this stays: " + dropped);
-    }
+    std::vector<std::string> dropped;
+    dropUncounted(undo_, dropped);
+    dropUncounted(redo_, dropped);
+    if (dropped.empty()) return;
+    show();
+    form_.notice.tell(dropped.size() == 1 ? "Units or step mode have changed; this stays: " + dropped.front()
+                                          : "Units or step mode have changed; " +
+                                                std::to_string(dropped.size()) + " changes stay");
 }
 
-bool Undo::dropUncounted(std::vector<Step>& steps, std::string& dropped) const {
+void Undo::dropUncounted(std::vector<Step>& steps, std::vector<std::string>& dropped) const {
     const AllUnits now = units();
-    const std::size_t before = steps.size();
     for (std::size_t i = steps.size(); i-- > 0 && !steps[i].loads;) {
         const Step& step = steps[i];
         bool counted = true;
         for (std::size_t engine = 0; engine < kEngines; ++engine)
             counted = counted && (!step.counts.at(engine) || step.units.at(engine) == now.at(engine));
         if (counted) continue;
-        dropped += (dropped.empty() ? "" : "; ") + step.what;
+        dropped.push_back(step.what);
         steps.erase(steps.begin() + static_cast<std::ptrdiff_t>(i));
     }
-    return steps.size() != before;
 }
 
 } // namespace app

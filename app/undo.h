@@ -19,6 +19,8 @@ class Undo {
     Undo(form::Form1& form, engine::Motion& motion, engine::PositionEntry& entry, memory::MemorySlots& slots,
          Functions& functions, config::NamedConfigurations& configurations);
 
+    /// How many changes can be undone.
+    std::size_t changes() const { return undo_.size(); }
     /// Call after each event: a step whose units have changed can no longer be counted, and is dropped.
     void look();
     /// The running state that a configuration's file does not hold yet.
@@ -58,7 +60,7 @@ class Undo {
     void functionChosen(int function);
     void loading(const config::Configuration& before, const std::function<void()>& use);
     void go(std::vector<Step>& from, std::vector<Step>& to, bool back);
-    bool dropUncounted(std::vector<Step>& steps, std::string& dropped) const;
+    void dropUncounted(std::vector<Step>& steps, std::vector<std::string>& dropped) const;
     void show();
     AllUnits units() const;
     Standing standing() const;

@@ -78,7 +78,9 @@ bool Approach::moveTo(const Side& side, float target) {
 
 std::optional<Approach::Way> Approach::way(const Side& side) const {
     const auto time = motion_.timeToGo(side);
-    if (!time || !side.bolMem) return std::nullopt;
+    if (!time) return std::nullopt;
+    if (form_.intFunzione == form::kSatelliteRotor)
+        return Way{side.sngTargetRotor, std::fabs(double{side.sngTargetRotor} - side.sngPosRotor), *time};
     Way way{side.sngTarget, std::fabs(double{side.sngTarget} - side.sngPos), *time};
     if (const auto& end = of(side).target) {
         const double back = std::fabs(double{*end} - side.sngTarget);

@@ -30,7 +30,7 @@ class Approach {
         double distance; // in user units, there and back where the engine passes its target
         Period time;
     };
-    /// Empty if the engine stands or has no target. Not for Satellite Rotor.
+    /// Empty if the engine stands or has no target.
     std::optional<Way> way(const Side& side) const;
 
     /// The backlash of engine 1 and engine 2, in steps.

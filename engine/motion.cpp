@@ -265,7 +265,7 @@ void Motion::releaseJogs() {
     }
 }
 
-void Motion::selectSpeed(const Side& side, bool fast) {
+void Motion::selectSpeed(const Side& side, bool fast, bool byUser) {
     const bool chosen = usableSpeed(side, fast);
     side.bolVelAlta = chosen;
     paintSpeedButtons(side, chosen);
@@ -279,7 +279,7 @@ void Motion::selectSpeed(const Side& side, bool fast) {
         ramp.speedChanged();
     }
     showOtherSpeed(side);
-    if (chosen == fast || !side.running()) return;
+    if (chosen == fast || !(side.running() || byUser)) return;
     const Parameter& missing = fast ? side.fast : side.slow;
     form_.notice.tell(side.lblEngine.Caption.get() + " has no " + missing.label.Caption.get() +
                       " speed: it runs at the other one");
@@ -291,9 +291,14 @@ void Motion::showOtherSpeed(const Side& side) {
     const int interval = side.timer(other).Interval;
     const bool differs = (direction == form::kForward || direction == form::kBackward) && interval > 0 &&
                          interval != side.timer(direction).Interval;
-    const bool slow = interval == side.intTickBassa.value();
     const form::Button& jog = other == form::kForward ? side.cmdJogForward : side.cmdJogBackward;
-    side.otherSpeed.Caption = differs ? jog.Caption.get() + (slow ? " slow" : " fast") : "";
+    constexpr int kMilliseconds = 1000;
+    // A speed that was edited since is neither.
+    const std::string speed = interval == side.intTickBassa.value()  ? "slow"
+                              : interval == side.intTickAlta.value() ? "fast"
+                              : differs ? std::to_string(kMilliseconds / interval) + "/s"
+                                        : "";
+    side.otherSpeed.Caption = differs ? jog.Caption.get() + " " + speed : "";
 }
 
 void Motion::userStop(const Side& side) {

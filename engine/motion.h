@@ -57,10 +57,10 @@ class Motion {
     void cmdAvB_Click() { run(sides_.b, form::kForward); }
     void cmdIndB_Click() { run(sides_.b, form::kBackward); }
 
-    void cmdAlta_Click() { fast(sides_.a); }
-    void cmdBassa_Click() { slow(sides_.a); }
-    void cmdAltaB_Click() { fast(sides_.b); }
-    void cmdBassaB_Click() { slow(sides_.b); }
+    void cmdAlta_Click() { selectSpeed(sides_.a, true, true); }
+    void cmdBassa_Click() { selectSpeed(sides_.a, false, true); }
+    void cmdAltaB_Click() { selectSpeed(sides_.b, true, true); }
+    void cmdBassaB_Click() { selectSpeed(sides_.b, false, true); }
 
     void cmdAlt_Click() { userStop(sides_.a); }
     void cmdAltB_Click() { userStop(sides_.b); }
@@ -111,7 +111,7 @@ class Motion {
     void userStop(const Side& side);
     void jogDown(const Side& side, int direction);
     void jogUp(const Side& side);
-    void selectSpeed(const Side& side, bool fast);
+    void selectSpeed(const Side& side, bool fast, bool byUser = false);
     /// Names the speed of the direction that Fast and Slow do not act on, if it is another one.
     static void showOtherSpeed(const Side& side);
     void reset(const Side& side);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace engine {
 
@@ -18,6 +19,14 @@ std::string shortText(double value) {
     if (value <= 0) return "0";
     const double scale = std::pow(10, 3 - std::floor(std::log10(value)));
     return runtime::shortestText(std::round(value * scale) / scale);
+}
+
+/// "a, b and c", of two and more.
+std::string listed(const std::vector<std::string>& names) {
+    std::string text = names.front();
+    for (std::size_t i = 1; i < names.size(); ++i)
+        text += (i + 1 < names.size() ? ", " : " and ") + names[i];
+    return text;
 }
 
 std::string speedText(form::Int16 period) {
@@ -38,12 +47,12 @@ std::string timeText(double seconds) {
 StepText stepText(const Side& side) {
     const bool slow = side.intTickBassa > 0;
     const bool fast = side.intTickAlta > 0;
-    std::string zero;
-    if (!slow && !fast)
-        zero = side.slow.label.Caption.get() + " and " + side.fast.label.Caption.get() + " are";
-    if (side.sngMMGiro == 0) zero = side.units.label.Caption.get() + " is";
-    if (side.intSteps == 0) zero = side.steps.label.Caption.get() + " is";
-    if (!zero.empty()) return {zero + " 0: it cannot run", false};
+    std::vector<std::string> zeros;
+    if (side.intSteps == 0) zeros.push_back(side.steps.label.Caption);
+    if (side.sngMMGiro == 0) zeros.push_back(side.units.label.Caption);
+    if (!slow && !fast) zeros.insert(zeros.end(), {side.slow.label.Caption, side.fast.label.Caption});
+    if (zeros.size() == 1) return {zeros.front() + " is 0: it cannot run", false};
+    if (!zeros.empty()) return {listed(zeros) + " are 0", false};
     std::string speeds = speedText(slow ? side.intTickBassa : side.intTickAlta);
     if (slow && fast && side.intTickBassa != side.intTickAlta) speeds += " to " + speedText(side.intTickAlta);
     return {shortText(stepDistance(side)) + " " + side.unit() + " a step, " + speeds + " steps/s", true};
@@ -52,11 +61,7 @@ StepText stepText(const Side& side) {
 Movement::Movement(form::Form1& form, Motion& motion, const Approach& approach)
     : form_(form), approach_(approach), sides_(form) {
     motion.onEndOfRange = [this](const Side& side) {
-        if (form_.intFunzione != form::kSatelliteRotor) {
-            engines_.at(static_cast<std::size_t>(side.motor - 1)).end = side.sngPos;
-        } else if (side.bolManual) {
-            form_.notice.tell(side.lblEngine.Caption.get() + " is at the end of its range");
-        }
+        engines_.at(static_cast<std::size_t>(side.motor - 1)).end = place(side);
     };
 }
 
@@ -70,12 +75,18 @@ void Movement::show() {
     }
 }
 
+Movement::Place Movement::place(const Side& side) const {
+    const bool rotor = form_.intFunzione == form::kSatelliteRotor;
+    return {form_.intFunzione.value(), rotor ? side.sngPosRotor : side.sngPos};
+}
+
 void Movement::show(const Side& side) {
     Engine& engine = engines_.at(static_cast<std::size_t>(side.motor - 1));
-    const bool runs = side.running() && form_.intFunzione != form::kSatelliteRotor;
-    if (runs || engine.end != side.sngPos) engine.end.reset();
+    const bool runs = side.running();
+    if (runs || engine.end != place(side)) engine.end.reset();
+    const bool follows = place(side).first == form::kSatelliteRotor && form_.chkRotOnOff.ticked();
     std::optional<Approach::Way> way;
-    if (runs) way = approach_.way(side);
+    if (runs && !follows) way = approach_.way(side);
     side.bar.Visible = way.has_value();
     std::string target, toGo = engine.end ? "end of range" : "";
     if (runs) target = side.ascends(side.forward.Enabled ? form::kForward : form::kBackward) ? kUp : kDown;

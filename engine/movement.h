@@ -18,8 +18,8 @@ struct StepText {
 };
 StepText stepText(const Side& side);
 
-/// Shows what the engines do: direction, target, the time to go, the end of the range. In Satellite Rotor the
-/// rotor shows it.
+/// Shows what the engines do: direction, target, the time to go, the end of the range. While the antenna
+/// follows, its target never stands still: the direction alone is shown.
 class Movement {
   public:
     Movement(form::Form1& form, Motion& motion, const Approach& approach);
@@ -27,11 +27,13 @@ class Movement {
     void show();
 
   private:
+    using Place = std::pair<int, float>; // in a function
     struct Engine {
         double whole = 0;            // the way to `target`, in user units
         std::optional<float> target; // of the move that is shown
-        std::optional<float> end;    // the position at which the range ended
+        std::optional<Place> end;    // of the range
     };
+    Place place(const Side& side) const;
     void show(const Side& side);
 
     form::Form1& form_;

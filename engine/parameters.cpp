@@ -35,12 +35,6 @@ std::string correction(const std::string& typed, const std::string& taken) {
     return (away <= kRounding ? "rounded to " : "limited to ") + taken;
 }
 
-/// A file error may be too long for the label, so the tool tip shows the whole text.
-void showReason(const Side& side, const std::string& reason) {
-    side.entryNotice.Caption = reason;
-    side.entryNotice.ToolTip = reason;
-}
-
 } // namespace
 
 form::Int16 stepPeriod(form::Int16 speed) {
@@ -134,6 +128,7 @@ void Parameters::confirm(Entry& entry) {
     try {
         const Value value = entry.read(text);
         corrected = correction(text, value.text);
+        if (corrected.empty() && !entry.refusal.empty()) corrected = value.text + ", " + entry.refusal;
         file_.write({value.record});
         value.apply();
         box.Text = value.text;
@@ -155,15 +150,15 @@ void Parameters::refuse(Entry& entry, const std::string& reason) {
 }
 
 void Parameters::say(const Entry& entry, const std::string& what) {
-    const std::string& name = entry.parameter.label.Caption;
-    if (!what.empty()) {
-        showReason(entry.side, name + ": " + what);
-    } else if (entry.side.entryNotice.Caption.get().starts_with(name)) {
-        showReason(entry.side, "");
+    const std::string text = what.empty() ? "" : entry.parameter.label.Caption.get() + ": " + what;
+    if (entry.parameter.box.Enabled) {
+        entry.side.entryNotice.stay(text);
+    } else {
+        entry.side.entryNotice.tell(text);
     }
 }
 
-void Parameters::keyPress(const Entry& entry, int& character) {
+void Parameters::keyPress(Entry& entry, int& character) {
     const bool fractions = entry.side.takesFractions && &entry.parameter == &entry.side.units;
     const int typed = character;
     if (fractions) {
@@ -171,7 +166,9 @@ void Parameters::keyPress(const Entry& entry, int& character) {
     } else {
         form::keepDigits(character);
     }
-    say(entry, character == typed ? std::string() : whyNot(typed, fractions));
+    if (character == typed) return;
+    entry.refusal = whyNot(typed, fractions);
+    say(entry, entry.refusal);
 }
 
 void Parameters::restore(Entry& entry) {
@@ -182,12 +179,13 @@ void Parameters::restore(Entry& entry) {
 }
 
 void Parameters::open(Entry& entry) {
+    if (!entry.parameter.box.Enabled) {
+        say(entry, "");
+        entry.before = entry.parameter.box.Text;
+        entry.refusal.clear();
+    }
     for (Entry& other : entries_) {
         if (&other != &entry) restore(other);
-    }
-    if (!entry.parameter.box.Enabled) {
-        entry.before = entry.parameter.box.Text;
-        say(entry, "");
     }
     entry.parameter.box.Enabled = true;
     entry.parameter.box.setFocus();

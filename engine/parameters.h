@@ -37,6 +37,8 @@ class Parameters {
         std::function<void()> always = {};
         /// The text in force while another one is typed.
         std::string before = {};
+        /// Why a character that was typed is missing in the text; empty if none is.
+        std::string refusal = {};
     };
     void addEntries(const Side& side);
     static Entry speed(const Side& side, bool fast);
@@ -46,12 +48,12 @@ class Parameters {
     void labelDblClick(Entry& entry);
     void confirm(Entry& entry);
     void refuse(Entry& entry, const std::string& reason);
-    /// Beside the entries of the engine; an empty text takes back what was said of this one.
+    /// Beside the entries of the engine, for as long as this one is open; else for a while.
     static void say(const Entry& entry, const std::string& what);
     /// Lets the user type, with the text selected. Another entry that is open gets its old text back.
     void open(Entry& entry);
     static void restore(Entry& entry);
-    static void keyPress(const Entry& entry, int& character);
+    static void keyPress(Entry& entry, int& character);
     void recomputeStepsGiroA(const Side& side);
 
     form::Form1& form_;

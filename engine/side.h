@@ -86,7 +86,7 @@ struct Names {
     Parameter slow;
     Parameter steps;
     Parameter units;
-    form::Label& entryNotice;
+    form::Notice& entryNotice;
     form::Label& lblUnit;
     form::Label& lblTarget;
     form::Label& lblToGo;

@@ -4,6 +4,8 @@
 #include "form/timer.h"
 
 #include <functional>
+#include <optional>
+#include <utility>
 
 namespace form {
 
@@ -16,14 +18,16 @@ struct AssistantEngine {
           cmdTrembled(form, "cmdTrembled" + s, "It trembled"), cmdStood(form, "cmdStood" + s, "It stood"),
           lblWires(form, "lblWires" + s), txtStepsR(form, "txtStepsR" + s),
           chkHalf(form, "chkHalf" + s, "Half steps"), txtUnitsR(form, "txtUnitsR" + s),
-          lblUnitsR(form, "lblUnitsR" + s), cmdOnce(form, "cmdOnce" + s, "Turn once"),
-          txtAsked(form, "txtAsked" + s), cmdMove(form, "cmdMove" + s, "Move"),
-          txtMeasured(form, "txtMeasured" + s), cmdCorrect(form, "cmdCorrect" + s, "Correct"),
-          lblCorrected(form, "lblCorrected" + s), txtSlow(form, "txtSlow" + s), txtFast(form, "txtFast" + s),
+          lblUnitsR(form, "lblUnitsR" + s), barTurn(form, "barTurn" + s),
+          cmdOnce(form, "cmdOnce" + s, "Turn once"), txtAsked(form, "txtAsked" + s),
+          cmdMove(form, "cmdMove" + s, "Move"), txtMeasured(form, "txtMeasured" + s),
+          cmdCorrect(form, "cmdCorrect" + s, "Correct"), lblCorrected(form, "lblCorrected" + s),
+          txtSlow(form, "txtSlow" + s), txtFast(form, "txtFast" + s),
           cmdTryBackward(form, "cmdTryBackward" + s, "<< faster"),
-          cmdTryForward(form, "cmdTryForward" + s, "faster >>"), lblTry(form, "lblTry" + s),
-          lblPosition(form, "lblPosition" + s), cmdBackward(form, "cmdBackward" + s, "<<"),
-          cmdForward(form, "cmdForward" + s, ">>"), cmdZero(form, "cmdZero" + s, "This is zero") {
+          cmdTryForward(form, "cmdTryForward" + s, "faster >>"), barTry(form, "barTry" + s),
+          lblTry(form, "lblTry" + s), lblPosition(form, "lblPosition" + s),
+          cmdBackward(form, "cmdBackward" + s, "<<"), cmdForward(form, "cmdForward" + s, ">>"),
+          cmdZero(form, "cmdZero" + s, "This is zero") {
         txtStepsR.MaxLength = txtUnitsR.MaxLength = kLongest;
         txtAsked.MaxLength = txtMeasured.MaxLength = kLongest;
         txtSlow.MaxLength = txtFast.MaxLength = kLongest;
@@ -39,12 +43,14 @@ struct AssistantEngine {
     Label lblCoil;                                    // the outputs that the coils are on
     Button cmdRight, cmdWrong, cmdTrembled, cmdStood; // which way it turned
     Label lblWires;                                   // what to do about it
+    std::optional<std::pair<int, int>> wiresToSwap;   // 1 to 4, while lblWires names them
 
     // Motor.
     TextBox txtStepsR;
     CheckBox chkHalf;
     TextBox txtUnitsR;
     Label lblUnitsR;
+    Bar barTurn; // where the shaft stands, of a whole turn
     Button cmdOnce;
     TextBox txtAsked;
     Button cmdMove;
@@ -55,6 +61,7 @@ struct AssistantEngine {
     // Speeds, in steps per second.
     TextBox txtSlow, txtFast;
     Button cmdTryBackward, cmdTryForward;
+    Bar barTry; // of the way to the shortest period
     Label lblTry;
 
     // Zero and positions.
@@ -69,6 +76,7 @@ struct FrmAssistant : Form {
         : Form("frmAssistant"), tmrCoils(*this, "tmrCoils", timers), tmrTry(*this, "tmrTry", timers),
           tmrLook(*this, "tmrLook", timers, kLookMilliseconds) {
         Caption = "Set-up Assistant";
+        lblTrouble.ForeColor = kAmber;
     }
 
     static constexpr int kLookMilliseconds = 200; // between two updates of what is shown live
@@ -112,6 +120,8 @@ struct FrmAssistant : Form {
 
     /// The window has lost the keyboard: nothing may go on.
     std::function<void()> onPause;
+    /// Stops what runs. False if nothing ran.
+    std::function<bool()> onEscape;
 };
 
 } // namespace form

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "form/controls.h"
+#include "form/notice.h"
 #include "form/timer.h"
 #include "runtime/checked.h"
 
@@ -21,7 +22,8 @@ struct EnginePanel {
     EnginePanel(Form& form, platform::Timers& timers)
         : form_(form), Timer1(form, "Timer1", timers), Timer2(form, "Timer2", timers),
           Timer3(form, "Timer3", timers), Timer4(form, "Timer4", timers),
-          tmrOutputs(form, "tmrOutputs", timers, kOutputsCheckMilliseconds) {}
+          tmrOutputs(form, "tmrOutputs", timers, kOutputsCheckMilliseconds),
+          entryNoticeA(form, "entryNoticeA", timers), entryNoticeB(form, "entryNoticeB", timers) {}
 
     static constexpr int kOutputsCheckMilliseconds = 1000;
 
@@ -117,8 +119,7 @@ struct EnginePanel {
     TextBox txtMMGiro{form_, "txtMMGiro", "0"}, txtMMGiroB{form_, "txtMMGiroB", "0"};
 
     Label lblStepA{form_, "lblStepA"}, lblStepB{form_, "lblStepB"}; // what follows from the parameters
-    Label entryNoticeA{form_, "entryNoticeA"},
-        entryNoticeB{form_, "entryNoticeB"}; // why an entry was refused
+    Notice entryNoticeA, entryNoticeB;                              // why an entry was refused or changed
 
     Shape shpCoils{form_, "shpCoils"}; // red while a coil is energised
     Label lblOffIn{form_, "lblOffIn"}; // the time until the outputs go off

@@ -97,10 +97,14 @@ bool GoTo::point(const Places& places) {
     const auto text = [](std::optional<float> place, const engine::Side& side) {
         return runtime::shortestText(place.value_or(side.sngPosRotor));
     };
+    const std::string azimuth = form_.txtPointAz.Text, elevation = form_.txtPointEl.Text;
     form_.txtPointAz.Text = text(places.a, sides_.a);
     form_.txtPointEl.Text = text(places.b, sides_.b);
     form_.cmdPoint.Click.raise();
-    return form_.notice.Caption.get().empty();
+    if (form_.notice.Caption.get().empty()) return true;
+    form_.txtPointAz.Text = azimuth;
+    form_.txtPointEl.Text = elevation;
+    return false;
 }
 
 } // namespace memory

@@ -46,6 +46,8 @@ void showFrequencyNote(form::Form1& form, const form::FrequencySource* source) {
         note = source->unit;
         if (const std::string band = amateurBand(*hertz); !band.empty()) note += ", " + band;
         if (source->isOld()) note += ", " + engine::timeText(source->silence()) + " ago";
+    } else if (source && !source->label.Caption.get().empty()) {
+        note = std::string(source->unit) + ", not current";
     }
     form.lblFreqNote.Caption = note;
     if (source) source->label.Enabled = hertz && !source->isOld();

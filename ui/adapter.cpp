@@ -1,5 +1,6 @@
 #include "ui/adapter.h"
 
+#include <QApplication>
 #include <QStackedLayout>
 #include <QTextDocument>
 
@@ -46,6 +47,9 @@ WidgetAdapter::WidgetAdapter(form::Control& control, QWidget& widget, Words word
 }
 
 void WidgetAdapter::focusWanted(form::Control& /*control*/) {
+    // A window behind a dialog keeps its focus, and shows what it shows.
+    const QWidget* dialog = QApplication::activeModalWidget();
+    if (dialog && widget_.window() != dialog) return;
     // The control may just have been enabled: its widget can take the focus only after the widget is enabled
     // too.
     redraw().drawAll();

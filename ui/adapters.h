@@ -42,7 +42,8 @@ class Adapters {
     LineEdit* textBox(form::TextBox& control, const Words& words, const QString& reserve);
     QComboBox* comboBox(form::ComboBox& control, const Words& words);
     Lamp* lamp(form::Shape& control, const Words& words);
-    ThinBar* bar(form::Bar& control, const Words& words);
+    /// Without a widget of its own it is a thin bar.
+    ThinBar* bar(form::Bar& control, const Words& words, ThinBar* widget = nullptr);
     TableGridView* tableGrid(form::TableGrid& control, const Words& words);
     void display(form::Shape& control, Display& widget, const Words& words);
     /// The control only shows and hides the group; the layout sets the look and the texts.

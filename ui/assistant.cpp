@@ -1,3 +1,4 @@
+#include "ui/assistant_pictures.h"
 #include "ui/card.h"
 #include "ui/dialogs.h"
 
@@ -48,7 +49,7 @@ class Pages : public QObject {
         for (QWidget* widget : page->findChildren<QWidget*>()) {
             if (!widget->isEnabled() || widget->isHidden() || !(widget->focusPolicy() & Qt::TabFocus))
                 continue;
-            widget->setFocus();
+            widget->setFocus(Qt::TabFocusReason); // selects an entry's text
             return;
         }
     }
@@ -65,9 +66,7 @@ class Pages : public QObject {
     }
     PushButton* button(form::Button& control, const QString& name, const QString& tip,
                        const QString& key = "Space", const QString& samples = {}) {
-        PushButton* made = adapters_.button(control, {name, tip, key}, samples);
-        made->setAutoDefault(false); // Enter goes on to the next page
-        return made;
+        return adapters_.button(control, {name, tip, key}, samples);
     }
     LineEdit* entry(form::TextBox& control, const QString& name, const QString& tip) {
         return adapters_.textBox(control, {name, tip, "Tab"}, "0000000");
@@ -124,9 +123,11 @@ QWidget* Pages::function() {
           Choice{form_.optRotor, "Satellite Rotor", "An antenna in azimuth and elevation, in degrees."}}) {
         dots.push_back(adapters_.option(choice.option, {choice.name, choice.what, "Up and Down"}));
         page->body().addWidget(dots.back());
-        CaptionLabel* what = fixedText(choice.what, choice.what);
-        what->setContentsMargins(3 * kGrid, 0, 0, kGrid);
-        page->body().addWidget(what);
+        QHBoxLayout* below = row();
+        below->addSpacing(3 * kGrid);
+        below->addWidget(fixedText(choice.what, choice.what));
+        page->body().addLayout(below);
+        page->body().addSpacing(kGrid);
     }
     for (std::size_t i = 0; i < dots.size(); ++i) {
         dots[i]->setNeighbours(i > 0 ? dots[i - 1] : nullptr, i + 1 < dots.size() ? dots[i + 1] : nullptr);
@@ -147,11 +148,12 @@ QWidget* Pages::outputs() {
     all->addLayout(chosen);
     all->addLayout(forBoth([this](QVBoxLayout& body, form::AssistantEngine& engine, const QString& of) {
         QHBoxLayout* tests = row();
-        tests->addWidget(button(engine.cmdCoils, "Test the coils" + of,
-                                "Energises the four coils one after the other, slowly; again ends it."));
         tests->addWidget(
-            button(engine.cmdTurn, "Turn" + of,
-                   "Turns the shaft by 48 steps, which the position does not count; again ends it."));
+            button(engine.cmdCoils, "Test the coils" + of,
+                   "Energises the four coils one after the other, slowly. A second press ends the test."));
+        tests->addWidget(button(
+            engine.cmdTurn, "Turn" + of,
+            "Turns the shaft by 48 steps; the position does not count them. A second press ends the test."));
         tests->addStretch(1);
         for (int n = 1; n <= 4; ++n) {
             const QString name = "Coil " + QString::number(n) + of;
@@ -167,7 +169,8 @@ QWidget* Pages::outputs() {
         body.addLayout(question);
         auto* answers = new QGridLayout;
         answers->setSpacing(kGrid);
-        answers->addWidget(button(engine.cmdRight, "The right way" + of, "The way that >> is to go."), 0, 0);
+        answers->addWidget(button(engine.cmdRight, "The right way" + of, "The way that you want >> to go."),
+                           0, 0);
         answers->addWidget(button(engine.cmdWrong, "The other way" + of, "Names the wires to exchange."), 0,
                            1);
         answers->addWidget(button(engine.cmdTrembled, "It trembled" + of,
@@ -178,6 +181,9 @@ QWidget* Pages::outputs() {
         body.addLayout(answers);
         body.addWidget(label(engine.lblWires, "What to do about the wires" + of,
                              "Exchange wires 5 and 6, then Turn again"));
+        auto* wires = new WiresPicture(engine, &engine == &form_.engineA ? 1 : 5);
+        adapters_.of(engine.lblWires).onDrawn = [wires] { wires->update(); };
+        body.addWidget(wires);
     }));
     return page;
 }
@@ -209,10 +215,16 @@ QWidget* Pages::motor() {
         line(fixedText("measured"), engine.txtMeasured, "Measured", "How far it really moved.",
              button(engine.cmdCorrect, "Correct" + of, "Corrects the units per revolution."));
         body.addLayout(grid);
+        QHBoxLayout* result = row();
         CaptionLabel* corrected =
             label(engine.lblCorrected, "Correction" + of, "10 becomes 12, a whole number here");
         corrected->setTone(CaptionLabel::Tone::Accent);
-        body.addWidget(corrected);
+        result->addWidget(corrected, 1);
+        result->addWidget(adapters_.bar(
+            engine.barTurn,
+            {"Shaft" + of, "Where the shaft should stand: a revolution brings the pointer back."},
+            new ShaftPicture));
+        body.addLayout(result);
     }));
     return page;
 }
@@ -226,6 +238,10 @@ QWidget* Pages::speeds() {
         trial->addWidget(button(engine.cmdTryBackward, "Try backward" + of, tip, "hold Space"), 1);
         trial->addWidget(button(engine.cmdTryForward, "Try forward" + of, tip, "hold Space"), 1);
         body.addLayout(trial);
+        ThinBar* faster = adapters_.bar(
+            engine.barTry, {"Trial, how fast" + of, "From 20 milliseconds a step to the shortest, 1."});
+        faster->setFixedHeight(kGrid / 2);
+        body.addWidget(faster);
         CaptionLabel* result = label(engine.lblTry, "Trial" + of, "Up to 20 ms a step: fast 1000");
         result->setTone(CaptionLabel::Tone::Accent);
         body.addWidget(result);
@@ -264,7 +280,8 @@ QWidget* Pages::positions() {
     memories->addWidget(button(form_.cmdRecall, "Recall", "Drives both engines to the memory."));
     memories->addWidget(label(form_.lblMemory, "What the memory holds", "28.500.000 (-998.76--998.76)"), 1);
     memories->addWidget(
-        button(form_.cmdRotator, "Ranges and parking", "What the rotator can turn to, and where it parks."));
+        button(form_.cmdRotator, "Ranges and parking", "The range of the rotator, and its parking place."));
+    memories->addStretch();
     all->addLayout(memories);
     return page;
 }
@@ -300,11 +317,11 @@ QWidget* Pages::saving() {
     off->addStretch(1);
     page->body().addLayout(off);
     page->body().addWidget(adapters_.checkBox(
-        form_.chkKeepPositions, {"Save the positions at exit",
-                                 "Where the engines stand is written when the program ends.", "Space"}));
-    page->body().addWidget(
-        adapters_.checkBox(form_.chkLoadPositions, {"Load the positions at the start",
-                                                    "Positions begin where they were, not at 0.", "Space"}));
+        form_.chkKeepPositions,
+        {"Save the positions at exit", "When the program ends, it saves where the engines stand.", "Space"}));
+    page->body().addWidget(adapters_.checkBox(
+        form_.chkLoadPositions, {"Load the positions at the start",
+                                 "The program starts with the saved positions, not with 0.", "Space"}));
     page->body().addStretch(1);
     return page;
 }
@@ -326,7 +343,6 @@ void layOut(Dialog& window, form::FrmAssistant& form) {
     all->addWidget(pages->make(), 1);
     CaptionLabel* trouble = adapters.label(form.lblTrouble, {"What is wrong", "What is wrong on this page."},
                                            "Elevation, units/r: type a number that is not 0");
-    trouble->setTone(CaptionLabel::Tone::Accent);
     all->addWidget(trouble);
 
     QHBoxLayout* line = row();
@@ -336,13 +352,15 @@ void layOut(Dialog& window, form::FrmAssistant& form) {
     stop->setMinimumWidth(20 * kGrid);
     line->addWidget(stop);
     line->addStretch(1);
-    line->addWidget(
-        adapters.button(form.cmdBack, {"Back", "To the page before; this page changes nothing.", "Space"}));
-    line->addWidget(
-        adapters.button(form.cmdSkip, {"Skip", "To the next page; this page changes nothing.", "Space"}));
+    line->addWidget(adapters.button(
+        form.cmdBack, {"Back", "Goes to the page before, without the entries of this page.", "Space"}));
+    line->addWidget(adapters.button(
+        form.cmdSkip, {"Skip", "Goes to the next page, without the entries of this page.", "Space"}));
     line->addWidget(window.addButtons(
-        form.cmdNext, {"Next", "Takes what the page says, and goes on.", "Enter"}, form.cmdExitAssistant,
-        {"Cancel", "Leaves what this page found, and closes. Earlier pages hold.", "Esc"}));
+        form.cmdNext, {"Next", "Takes the settings of this page and goes on.", "Enter"},
+        form.cmdExitAssistant,
+        {"Cancel", "Closes, and undoes what was done on this page. What earlier pages changed stays.",
+         "Esc"}));
     all->addLayout(line);
 }
 

@@ -78,7 +78,8 @@ QSize CaptionLabel::minimumSizeHint() const {
 }
 
 QColor CaptionLabel::textColour() const {
-    if (!isEnabled()) return palette().color(QPalette::Disabled, QPalette::WindowText);
+    if (!isEnabled())
+        return mixed(cardColour(palette()), palette().color(QPalette::Active, QPalette::WindowText), 0.5);
     if (text_) return *text_;
     if (background_) return readableOn(*background_);
     switch (tone_) {

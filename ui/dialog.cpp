@@ -56,7 +56,7 @@ void Dialog::showEvent(QShowEvent* event) {
 }
 
 void Dialog::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Escape && onEscape) onEscape();
+    if (event->key() == Qt::Key_Escape && onEscape && onEscape()) return;
     QDialog::keyPressEvent(event);
 }
 

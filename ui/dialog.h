@@ -28,8 +28,8 @@ class Dialog : public QDialog {
 
     void reject() override;
 
-    /// Runs when Esc is pressed in this window, before the dialog is cancelled.
-    std::function<void()> onEscape;
+    /// Runs when Esc is pressed in this window. The dialog is not cancelled if it returns true.
+    std::function<bool()> onEscape;
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;

@@ -15,6 +15,8 @@ constexpr int kCells = 7; // "-998.76"
 constexpr int kMargin = 16;
 constexpr double kCorner = 8;
 constexpr double kPointShare = 0.5; // the point's cell, in digits
+constexpr int kRoomy = 80;          // logical pixels of a display's height
+constexpr double kMovementSize = 1.4;
 
 /// Whole pixels, so that every cell is painted alike.
 int digitWidth(const QFontMetricsF& metrics) {
@@ -160,7 +162,7 @@ QSize Display::sizeHint() const {
 }
 
 QSize Display::minimumSizeHint() const {
-    return {240, std::max(64, fontMetrics().height() * 7 / 2)};
+    return {240, std::max(64, fontMetrics().height() * 7 / 2 + kMargin * 3 / 4)};
 }
 
 void Display::paintEvent(QPaintEvent* /*event*/) {
@@ -201,33 +203,41 @@ bool Display::event(QEvent* event) {
 void Display::arrange() {
     if (!unit_ || size().isEmpty()) return;
     unit_->setFixedSize(unit_->sizeHint());
-    const int side = std::max(unit_->width(), target_->sizeHint().width()) + 2 * kMargin;
     const bool receiving = received_ && received_->isVisibleTo(this);
+    // Large, unless there is hardly room for the digits.
+    const bool large = !receiving && height() >= kRoomy;
+    for (CaptionLabel* movement : {target_, toGo_})
+        movement->setFont(scaledFont(font(), large ? kMovementSize : 1));
+    const int movement = std::max(target_->sizeHint().width(), toGo_->sizeHint().width()) + kMargin;
     int baseline = 0;
     if (receiving) {
         const int parting = width() * 3 / 5;
-        baseline = placeNumber(*angle_, {side, 0, parting - side, height()});
+        const int left = std::max(movement, unit_->width() + kMargin) + kMargin / 2;
+        placeNumber(*angle_, {left, 0, parting - left, height()});
         receivedCaption_->setFixedSize(width() - parting - 2 * kMargin,
                                        receivedCaption_->sizeHint().height());
         receivedCaption_->move(parting + kMargin, kMargin / 2);
         const int top = receivedCaption_->geometry().bottom();
         placeNumber(*received_, {parting + kMargin, top, width() - parting - 2 * kMargin, height() - top});
     } else {
-        placeNumber(*angle_, rect().adjusted(side, 0, -side, 0));
-        baseline = placeNumber(*position_, rect().adjusted(side, 0, -side, 0));
+        const QRect area = rect().adjusted(unit_->width() + 2 * kMargin, 0, -movement, 0);
+        placeNumber(*angle_, area);
+        baseline = placeNumber(*position_, area);
     }
-    arrangeMovement();
-    unit_->move(kMargin, baseline - (unit_->height() + unit_->fontMetrics().capHeight()) / 2);
-}
-
-/// Beside the position, which Satellite Rotor does not show.
-void Display::arrangeMovement() {
-    const int left = position_->geometry().right() + kMargin / 2;
-    const int middle = height() / 2;
     const int line = target_->sizeHint().height();
-    const int room = std::max(0, width() - kMargin / 2 - left);
-    target_->setGeometry(left, middle - line, room, line);
-    toGo_->setGeometry(left, middle, room, line);
+    if (receiving) {
+        // The target received stands right of the angle, so all of this stands left of it.
+        const QRect all(kMargin, 2, movement - kMargin, height() - 4);
+        target_->setGeometry(all.x(), all.y(), all.width(), line);
+        unit_->move(all.x(), all.center().y() - unit_->height() / 2);
+        toGo_->setGeometry(all.x(), all.bottom() - line, all.width(), line);
+    } else {
+        const int left = position_->geometry().right() + kMargin / 2;
+        const int room = std::max(0, width() - kMargin / 2 - left);
+        target_->setGeometry(left, height() / 2 - line, room, line);
+        toGo_->setGeometry(left, height() / 2, room, line);
+        unit_->move(kMargin, baseline - (unit_->height() + unit_->fontMetrics().capHeight()) / 2);
+    }
     constexpr int kBar = 3;
     bar_->setGeometry(kMargin, height() - kMargin / 2 + 1, width() - 2 * kMargin, kBar);
 }

@@ -42,7 +42,7 @@ class Display : public QWidget {
     void setFill(const QColor& colour);
     /// The numbers lie on top of each other, the unit before them.
     void place(Digits& position, Digits& angle, CaptionLabel& unit);
-    /// Right of the position: the target over the time to go; the bar below.
+    /// Right of the position, left of the angle: the target over the time to go; the bar below.
     void placeMovement(CaptionLabel& target, CaptionLabel& toGo, QWidget& bar);
     /// Right of the angle while the angle is visible, under its caption.
     void placeReceived(Digits& received, CaptionLabel& caption);
@@ -57,7 +57,6 @@ class Display : public QWidget {
 
   private:
     void arrange();
-    void arrangeMovement();
     static int placeNumber(Digits& digits, const QRect& area);
 
     QColor fill_;

@@ -157,9 +157,10 @@ void EngineView::layOutMovement(Display& display) {
         engine_.target, {"Target of %1", "The direction in which %1 runs, and where it will stop."},
         "▸ -998.76");
     CaptionLabel* toGo = adapters_.label(
-        engine_.toGo, {"Time to go of %1", "How long %1 needs to its target, or that its range ends here."},
-        "999 min");
-    ThinBar* bar = adapters_.bar(engine_.bar, {"Way of %1", "How much of its way %1 has made."});
+        engine_.toGo,
+        {"Time to go of %1", "The time that %1 needs to its target; end of range: %1 can go no further."},
+        "999 min|end of range");
+    ThinBar* bar = adapters_.bar(engine_.bar, {"Way of %1", "How far %1 is on its way."});
     display.placeMovement(*target, *toGo, *bar);
 }
 
@@ -197,7 +198,7 @@ void EngineView::layOutJogChoice() {
     QComboBox* choice = adapters_.comboBox(
         engine_.jogChoice,
         {"Jog of %1",
-         "What a press of << or >>, or of a jog key, does: %1 runs while it is held, or moves by so much.",
+         "What <<, >> and the jog keys do. hold: %1 runs while you press. A number: %1 moves by that much.",
          "Up and Down"});
     choice->installEventFilter(this);
     CaptionLabel* other = adapters_.label(
@@ -217,6 +218,10 @@ void EngineView::layOutJogChoice() {
 }
 
 bool EngineView::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Wheel) {
+        event->ignore(); // it scrolls the window
+        return true;
+    }
     if (event->type() == QEvent::KeyPress && !static_cast<QKeyEvent*>(event)->text().isEmpty() &&
         static_cast<QKeyEvent*>(event)->text().front().isLetter()) {
         event->ignore(); // a letter jogs; it does not search the list
@@ -275,10 +280,10 @@ void EngineView::layOutSpeeds(QBoxLayout& place) {
 QWidget* EngineView::notices() {
     CaptionLabel* step = adapters_.label(
         engine_.step,
-        {"Steps of %1", "What follows from the parameters of %1: a step takes whole milliseconds."},
+        {"Steps of %1", "The size of a step of %1, and its real speeds: a step takes whole milliseconds."},
         "0.05 mm a step, 100 to 200 steps/s");
-    CaptionLabel* entry =
-        adapters_.label(engine_.entryNotice, {"Entry of %1", "What became of the last entry."}, "");
+    CaptionLabel* entry = adapters_.label(
+        engine_.entryNotice, {"Entry of %1", "Whether the last entry was changed or refused."}, "");
     step->setTone(CaptionLabel::Tone::Quiet);
     for (CaptionLabel* label : {step, entry})
         label->setAlignment((engine_.mirrored ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);

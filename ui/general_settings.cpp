@@ -8,7 +8,7 @@ namespace ui {
 namespace {
 
 Card* keys(form::FrmGenSet& form, Adapters& adapters) {
-    auto* card = new Card("Keyboard Commands:", "The letters that are to jog the engines, a to z.");
+    auto* card = new Card("Keyboard Commands:", "The letters that jog the engines, a to z.");
     card->body().addWidget(groupTitle(card->accessibleName(), card->toolTip()));
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(2 * kGrid);
@@ -51,7 +51,7 @@ Card* colours(form::FrmGenSet& form, Adapters& adapters) {
     line->addWidget(groupTitle(card->accessibleName(), card->toolTip()));
     line->addStretch(1);
     line->addWidget(adapters.comboBox(
-        form.cmbColor, {"Change display color", "Choose what is to change; the main window shows it at once.",
+        form.cmbColor, {"Change display color", "Choose what to change. The main window shows it at once.",
                         "Up and Down, then Enter"}));
     card->body().addLayout(line);
     return card;
@@ -61,10 +61,10 @@ Card* habits(form::FrmGenSet& form, Adapters& adapters) {
     auto* card = new Card("Start and exit", "What is kept from one run to the next, and what is heard.");
     card->body().addWidget(groupTitle(card->accessibleName(), card->toolTip()));
     card->body().addWidget(adapters.checkBox(
-        form.chkSalvaM, {"Save positions on exit", "Keeps both positions when the program ends.", "Alt+X"}));
+        form.chkSalvaM, {"Save positions on exit", "Saves both positions when the program ends.", "Alt+X"}));
     card->body().addWidget(
-        adapters.checkBox(form.chkCaricaInAvvio,
-                          {"Load positions on start", "Starts with the positions that were kept.", "Alt+L"}));
+        adapters.checkBox(form.chkCaricaInAvvio, {"Load positions on start",
+                                                  "The program starts with the saved positions.", "Alt+L"}));
     card->body().addWidget(adapters.checkBox(
         form.chkAlarmOnOff,
         {"Audio alarm", "A sound announces that the radio has changed its band.", "Alt+A"}));
@@ -77,7 +77,7 @@ Card* tuner(form::FrmGenSet& form, Adapters& adapters) {
     card->body().addWidget(adapters.checkBox(
         form.chkWaitTransmitting,
         {"No movement while transmitting",
-         "Recalls wait while the radio transmits, as far as Hamlib or N1MM Logger say so.", "Alt+M"}));
+         "Recalls wait while Hamlib or N1MM Logger reports that the radio transmits.", "Alt+M"}));
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(kGrid);
     grid->setColumnStretch(3, 1);
@@ -90,8 +90,9 @@ Card* tuner(form::FrmGenSet& form, Adapters& adapters) {
                           {"Backlash of engine 2", form.txtBacklash2, form.lblBacklash2}};
     int at = 0;
     for (const Line& line : lines) {
-        const QString tip = "The play of the gear. A recall that moves down goes so far below and comes back "
-                            "up, so that each position is reached from below.";
+        const QString tip =
+            "The play of the gear, in steps. A recall that moves down goes that far below and comes back "
+            "up, so that each position is reached from below.";
         grid->addWidget(fixedText(line.name, tip), at, 0);
         grid->addWidget(adapters.textBox(line.steps, {line.name, tip, "0 to 9"}, "00000"), at, 1);
         grid->addWidget(fixedText("steps", tip), at, 2);
@@ -112,7 +113,7 @@ void layOut(Dialog& window, form::FrmGenSet& form) {
     all->addWidget(colours(form, adapters));
     all->addWidget(habits(form, adapters));
     all->addWidget(tuner(form, adapters));
-    all->addWidget(window.addButtons(form.cmdSalvaGenSet, {"Save", "Keeps these settings.", "Enter"},
+    all->addWidget(window.addButtons(form.cmdSalvaGenSet, {"Save", "Saves these settings.", "Enter"},
                                      form.cmdExitGen, {"Cancel", "Leaves everything as it was.", "Esc"}));
 }
 

@@ -25,10 +25,11 @@ void layOut(Dialog& window, form::FrmGoTo& form) {
         grid->addWidget(adapters.label(line.name, {"Name of " + what, "The name of " + what + "."},
                                        "Engine 2|Elevation|Engine A"),
                         at, 0);
-        LineEdit* box = adapters.textBox(
-            line.box,
-            {"Position for " + what, "Where it is to go. Empty: it stays where it is.", "Enter goes"},
-            "-000.00M");
+        LineEdit* box =
+            adapters.textBox(line.box,
+                             {"Position for " + what,
+                              "The position to go to. Empty: the engine stays where it is.", "Enter goes"},
+                             "-000.00M");
         box->setFont(scaledFont(box->font(), 1.5, QFont::DemiBold));
         box->setAlignment(Qt::AlignRight);
         grid->addWidget(box, at, 1);

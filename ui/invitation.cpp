@@ -26,6 +26,7 @@ PushButton* choice(form::Menu& menu, const QString& caption, const QString& tip)
     button->setToolTip(tip);
     button->setFont(scaledFont(button->font(), kChoiceSize, QFont::DemiBold));
     button->setMinimumHeight(6 * kGrid);
+    button->setAutoDefault(true); // Enter presses it
     QObject::connect(button, &QPushButton::clicked, button, [&menu] { menu.Click.fire(); });
     return button;
 }
@@ -68,8 +69,8 @@ Invitation::Invitation(form::Form1& form)
     assistant->addStretch(1);
     body().addLayout(assistant);
     body().addWidget(
-        words("It leads through outputs, motors, speeds, positions and connections, page by page. "
-              "A set-up that was saved: File, Load Config."));
+        words("It leads through outputs, motors, speeds, positions and connections, page by page.\n"
+              "To load a saved configuration: File, Load Config."));
     body().addStretch(2);
 }
 

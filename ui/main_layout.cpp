@@ -65,7 +65,13 @@ bool MainLayout::event(QEvent* event) {
 void MainLayout::choose() {
     if (!compact_ && !inviting_) need_ = area_->widget()->minimumSizeHint();
     const bool compact = width() < need_.width() || height() < need_.height();
-    if (std::exchange(compact_, compact) != compact) arrange();
+    constexpr int kScrollBar = 2 * kGrid;
+    const int pair = cards_.left->minimumSizeHint().width() + cards_.right->minimumSizeHint().width();
+    const bool beside = width() >= pair + 3 * kGrid + kScrollBar;
+    const bool changed = compact != compact_ || (compact && beside != beside_);
+    compact_ = compact;
+    beside_ = beside;
+    if (changed) arrange();
     if (compact_) {
         const int least = top_->minimumSizeHint().height();
         top_->setFixedHeight(std::max(least, static_cast<int>(height() * kTopShare)));
@@ -121,8 +127,9 @@ void MainLayout::arrangeCompact() {
         engine->setCompact(true);
         settings->show();
     }
-    put(*grid_, cards_.left, 0, 0, 2);
-    put(*grid_, cards_.right, 1, 0, 2);
+    // First of all, whether the antenna fits.
+    put(*grid_, cards_.right, 0, beside_ ? 1 : 0, beside_ ? 1 : 2);
+    put(*grid_, cards_.left, beside_ ? 0 : 1, 0, beside_ ? 1 : 2);
     put(*grid_, settingsA_, 2, 0);
     put(*grid_, settingsB_, 2, 1);
     grid_->setRowStretch(0, 0);

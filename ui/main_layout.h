@@ -50,6 +50,7 @@ class MainLayout : public QWidget {
     ZoomArea* area_;
     QSize need_; // of the large arrangement
     bool compact_ = false;
+    bool beside_ = false; // memories and radio, in a small window
     bool inviting_ = false;
 };
 

@@ -6,6 +6,7 @@
 #include "ui/dialogs.h"
 #include "ui/engine_view.h"
 #include "ui/invitation.h"
+#include "ui/key_repeat.h"
 #include "ui/main_layout.h"
 #include "ui/memory_view.h"
 #include "ui/menus.h"
@@ -65,6 +66,7 @@ MainWindow::MainWindow(form::Form1& form, form::Boxes& boxes)
     auto* stop = new QShortcut(QKeySequence(Qt::Key_Escape), this);
     stop->setAutoRepeat(false);
     connect(stop, &QShortcut::activated, this, [this] { stopBoth(); });
+    qApp->installEventFilter(new KeyRepeat(this)); // of all windows
 
     form_.onBeep = [] { QApplication::beep(); };
     auto* add = new QShortcut(QKeySequence(Qt::Key_Insert), this);
@@ -258,6 +260,7 @@ void MainWindow::showModal(form::Form& form) {
     // The dialog covers the Stop buttons; Esc stops the engines here too.
     dialog.onEscape = [this] {
         if (!form_.cmdOff.Enabled) stopBoth();
+        return false;
     };
     if (auto* position = dynamic_cast<form::FrmInsPosition*>(&form)) {
         layOut(dialog, *position);
@@ -276,7 +279,11 @@ void MainWindow::showModal(form::Form& form) {
         layOut(dialog, *rotator);
     } else if (auto* assistant = dynamic_cast<form::FrmAssistant*>(&form)) {
         layOut(dialog, *assistant);
-        dialog.onEscape = nullptr; // its Cancel stops first what runs
+        dialog.onEscape = [assistant] {
+            bool ran = false;
+            assistant->guard([&] { ran = assistant->onEscape(); });
+            return ran;
+        };
     } else if (auto* goTo = dynamic_cast<form::FrmGoTo*>(&form)) {
         layOut(dialog, *goTo);
     } else if (auto* about = dynamic_cast<form::FrmAbout*>(&form)) {

@@ -1,10 +1,11 @@
 #include "ui/memory_view.h"
 
-#include <QContextMenuEvent>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QShortcut>
 #include <QToolButton>
+#include <utility>
 
 namespace ui {
 
@@ -13,7 +14,8 @@ namespace {
 constexpr double kLabelSize = 1.15;
 constexpr const char* kPositionSamples = "-000.00|Elevation|Engine 2|MMMMMMMM";
 constexpr double kCorner = 6;
-constexpr int kFinger = 32; // logical pixels that a finger hits
+constexpr int kFinger = 40; // logical pixels that a finger hits
+constexpr int kMark = 32;   // the width of a mark beside a whole row that a finger hits
 
 CaptionLabel* positionText(const QString& text) {
     CaptionLabel* label = fixedText(text);
@@ -27,7 +29,7 @@ QToolButton* menuButton() {
     button->setText(QStringLiteral("⋮"));
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::NoFocus); // the menu key opens the same menu
-    button->setMinimumWidth(kFinger);
+    button->setMinimumWidth(kMark);
     button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Ignored);
     return button;
 }
@@ -46,7 +48,8 @@ QHBoxLayout* columns(QWidget* first, QWidget* number, QWidget* label, QWidget* a
 
 } // namespace
 
-/// One memory. The one that is selected lies on the accent colour.
+/// One memory. The one that is selected lies on the accent colour. A click anywhere but on the number, which
+/// stores, and on the menu's button recalls it.
 class MemoryView::Row : public QWidget {
   public:
     Row(int number, form::Form1& form, Adapters& adapters);
@@ -56,6 +59,8 @@ class MemoryView::Row : public QWidget {
 
   protected:
     void contextMenuEvent(QContextMenuEvent* event) override { openMenu(event->globalPos()); }
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
   private:
@@ -64,6 +69,7 @@ class MemoryView::Row : public QWidget {
 
     int n_;
     form::Form1& form_;
+    bool pressed_ = false;
     OptionDot* dot_;
     CaptionLabel* number_;
     CaptionLabel* positionA_;
@@ -91,7 +97,7 @@ MemoryView::Row::Row(int number, form::Form1& form, Adapters& adapters) : n_(num
     positionB_ = positionText({});
     positionA_->setObjectName("strMemPosA" + n);
     positionB_->setObjectName("strMemPosB" + n);
-    dot_->setMinimumWidth(kFinger);
+    dot_->setMinimumWidth(kMark);
     dot_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
     QToolButton* menu = menuButton();
     menu->setObjectName("memoryMenu" + n);
@@ -134,6 +140,15 @@ void MemoryView::Row::openMenu(const QPoint& place) {
     menu->popup(place);
 }
 
+void MemoryView::Row::mousePressEvent(QMouseEvent* event) {
+    pressed_ = event->button() == Qt::LeftButton && childAt(event->pos()) != number_;
+}
+
+void MemoryView::Row::mouseReleaseEvent(QMouseEvent* event) {
+    const bool recalls = std::exchange(pressed_, false) && event->button() == Qt::LeftButton;
+    if (recalls && rect().contains(event->pos())) dot_->click();
+}
+
 void MemoryView::Row::paintEvent(QPaintEvent* /*event*/) {
     const QColor accent = palette().color(QPalette::Highlight);
     const QColor card = cardColour(palette());
@@ -151,6 +166,7 @@ void MemoryView::Row::paintEvent(QPaintEvent* /*event*/) {
 
 MemoryView::MemoryView(form::Form1& form, Adapters& adapters)
     : Card("Memories", "Ten memories of both positions. Ctrl+1 to Ctrl+0 recall them.") {
+    body().setContentsMargins(2 * kGrid, kGrid, 2 * kGrid, kGrid); // the height is the rows'
     body().setSpacing(0);
     engineA_ = positionText({});
     engineB_ = positionText({});
@@ -169,7 +185,6 @@ MemoryView::MemoryView(form::Form1& form, Adapters& adapters)
     room->hide();
     heading->setLayout(headings);
     body().addWidget(heading);
-    body().addSpacing(kGrid / 2);
 
     OptionDot* previous = nullptr;
     std::vector<OptionDot*> dots;

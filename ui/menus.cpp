@@ -30,11 +30,12 @@ void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
 
     QMenu* file = addMenu(window, "&File", "mnuFile");
     entry(file, form.mnuLoadConfig,
-          "Replaces all settings, positions and memories by those of a stored configuration.",
+          "Loads a stored configuration: its settings, positions and memories replace the present ones.",
           QKeySequence::Open);
     entry(file, form.mnuSaveConfig, "Stores all settings, positions and memories under a name.",
           QKeySequence::Save);
-    entry(file, form.mnuFileMemHR, "Both positions over the radio's frequency.", Qt::CTRL | Qt::Key_M);
+    entry(file, form.mnuFileMemHR,
+          "Opens the frequency table: both positions for each frequency of the radio.", Qt::CTRL | Qt::Key_M);
     file->addSeparator();
     entry(file, form.mnuUscita, "Switches the outputs off, saves and ends the program.",
           Qt::CTRL | Qt::Key_Q);
@@ -43,7 +44,7 @@ void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
     entry(edit, form.mnuUndo,
           "Takes back the last change of a position, a memory, the function or the configuration.",
           Qt::CTRL | Qt::Key_Z);
-    entry(edit, form.mnuRedo, "Makes it again.", Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
+    entry(edit, form.mnuRedo, "Makes the change again that was undone.", Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
 
     QMenu* function = addMenu(window, "Fu&nction", "mnuFunction");
     auto* functions = new QActionGroup(&window);
@@ -58,7 +59,7 @@ void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
         functions->addAction(action);
     }
     function->addSeparator();
-    entry(function, form.mnuGoTo, "Moves one engine, or both, to a position that is typed in.",
+    entry(function, form.mnuGoTo, "Moves one engine or both to a position that you type.",
           Qt::CTRL | Qt::Key_P);
 
     QMenu* settings = addMenu(window, "&Settings", "mnuSettings");
@@ -68,11 +69,10 @@ void layOutMenus(QMainWindow& window, form::Form1& form, Adapters& adapters) {
     entry(settings, form.mnuTunConn, "Which program reports the radio's frequency.", Qt::CTRL | Qt::Key_T);
     entry(settings, form.mnuSatConn, "Which tracking program sends, and the port of the tracking server.");
     entry(settings, form.mnuTvnServer, "Settings of the program's own data server, which is not ready yet.");
-    entry(settings, form.mnuRotator, "What the rotator can turn to, where it parks and when it rests.");
+    entry(settings, form.mnuRotator, "The range of the rotator, its parking place, and when its coils rest.");
     settings->addSeparator();
     entry(settings, form.mnuHardware,
-          "Which devices the outputs go to, a test of the coils, and where the links are.",
-          Qt::CTRL | Qt::Key_H);
+          "Where the outputs go, a test of the coils, and the addresses of the links.", Qt::CTRL | Qt::Key_H);
 
     QMenu* help = addMenu(window, "&Help", "mnuHelpMenu");
     entry(help, form.mnuHelp, "Opens the manual in the browser.", QKeySequence(Qt::Key_F1));
@@ -89,7 +89,8 @@ constexpr int kNoticeStretch = 6, kClockStretch = 3;
 QWidget* notices(form::Form1& form, Adapters& adapters) {
     CaptionLabel* rate = adapters.label(
         form.rateNotice, {"Measured rate", "The steps per second that Arduino or USB board can take."}, "");
-    CaptionLabel* notice = adapters.label(form.notice, {"Notice", "What did not happen, and why."}, "");
+    CaptionLabel* notice =
+        adapters.label(form.notice, {"Notice", "What has happened, or why something has not."}, "");
     auto* place = new QWidget;
     auto* pile = new QStackedLayout(place);
     pile->addWidget(rate);
@@ -133,9 +134,9 @@ void layOutStatusBar(QMainWindow& window, form::Form1& form, Adapters& adapters)
         if (panels.size() == form::kPanelMessage)
             bar->addPermanentWidget(notices(form, adapters), kNoticeStretch);
     }
-    CaptionLabel* clock =
-        adapters.label(form.lblClock, {"Step clock", "Whether the step clock goes before other programs."},
-                       "real-time 20, memory not locked");
+    CaptionLabel* clock = adapters.label(
+        form.lblClock, {"Step clock", "Whether the step clock has priority over other programs."},
+        "real-time 20, memory not locked");
     clock->setTone(CaptionLabel::Tone::Quiet);
     bar->addPermanentWidget(clock, kClockStretch);
     adapters.statusBar(form.StatusBar1, *bar, panels);

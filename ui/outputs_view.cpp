@@ -4,6 +4,10 @@
 
 namespace ui {
 
+namespace {
+constexpr int kLeastSlider = 8 * kGrid;
+} // namespace
+
 OutputsView::OutputsView(form::Form1& form, Adapters& adapters)
     : Card("Outputs", "The outputs to the coils of both engines.") {
     QHBoxLayout* line = row();
@@ -36,7 +40,7 @@ OutputsView::OutputsView(form::Form1& form, Adapters& adapters)
     QHBoxLayout* time = row();
     time->addWidget(fixedText("Time Out Off", tip));
     Slider* seconds = adapters.scrollBar(form.hScrCmdOff, {"Time out", tip, "Left and Right"});
-    seconds->setMinimumWidth(14 * kGrid);
+    seconds->setMinimumWidth(kLeastSlider);
     time->addWidget(seconds, 1);
     CaptionLabel* value = adapters.label(form.lblAutoCmdOff, {"Time out, value", tip}, "00");
     value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -46,15 +50,13 @@ OutputsView::OutputsView(form::Form1& form, Adapters& adapters)
     QHBoxLayout* usb = row();
     usb->setSpacing(2 * kGrid);
     lines->addLayout(usb);
-    usb->addWidget(offIn);
-    usb->addWidget(divider());
-
     usb->addWidget(adapters.checkBox(
         form.chkUsbOn, {"USB board", "Ticked, the coils are driven through the USB board too.", "Space"},
         "USB Off|USB On"));
     usb->addWidget(adapters.label(form.lblUsb, {"State of the USB board", "State of the USB board."},
                                   "USB Card 0 disconnected"));
     usb->addStretch(1);
+    usb->addWidget(offIn);
     body().addLayout(lines);
     layOutRamp(form, adapters);
 }
@@ -65,7 +67,7 @@ void OutputsView::layOutRamp(form::Form1& form, Adapters& adapters) {
     QHBoxLayout* line = row();
     line->addWidget(fixedText("Ramp (20 ms)", tip));
     Slider* bar = adapters.scrollBar(form.HScroll1, {"Ramp", tip, "Left and Right"});
-    bar->setMinimumWidth(14 * kGrid);
+    bar->setMinimumWidth(kLeastSlider);
     line->addWidget(bar, 1);
     CaptionLabel* value = adapters.label(form.lblAccCurve, {"Ramp, value", tip}, "000");
     value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);

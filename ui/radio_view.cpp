@@ -24,14 +24,13 @@ QWidget* pile(std::initializer_list<QWidget*> widgets) {
 }
 
 RadioView::RadioView(form::Form1& form, Adapters& adapters)
-    : Card("Radio", "The frequency of the radio, and what it may do to the engines.") {
+    : Card("Radio", "The frequency of the radio, and how the engines follow it.") {
     adapters.frame(form.framTuner, *this);
     QHBoxLayout* heading = row();
     heading->addWidget(groupTitle(accessibleName(), toolTip()));
     heading->addStretch(1);
-    CaptionLabel* bandChanged =
-        adapters.label(form.lblBandCh, {"Band change", "The radio has gone to another band."},
-                       shown(form.lblBandCh.Caption));
+    CaptionLabel* bandChanged = adapters.label(
+        form.lblBandCh, {"Band change", "The radio has changed its band."}, shown(form.lblBandCh.Caption));
     bandChanged->setFont(scaledFont(bandChanged->font(), kStateSize, QFont::DemiBold));
     bandChanged->setTone(CaptionLabel::Tone::Accent);
     QSizePolicy keepsPlace = bandChanged->sizePolicy();
@@ -50,6 +49,7 @@ void RadioView::layOutFrequency(form::Form1& form, Adapters& adapters) {
         CaptionLabel* label =
             adapters.label(control, {QString("Frequency from %1").arg(program), tip}, "144.200.000");
         label->setFont(scaledFont(label->font(), kFrequencySize, QFont::DemiBold));
+        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter); // beside its unit
         return label;
     };
     QWidget* frequencies = pile({frequency(form.lblFreqRx, "Ham Radio Deluxe", "MHz"),
@@ -113,9 +113,10 @@ void RadioView::layOutRecall(form::Form1& form, Adapters& adapters) {
         return label;
     };
     grid->addWidget(
-        adapters.checkBox(form.chkAutoMemOnOff,
-                          {"Automatic recall",
-                           "A settled frequency recalls the first memory whose label fits it.", "Alt+U"}),
+        adapters.checkBox(
+            form.chkAutoMemOnOff,
+            {"Automatic recall",
+             "Recalls the first memory whose label fits the frequency, once the frequency rests.", "Alt+U"}),
         0, 0);
     grid->addWidget(state(form.lblAutoMemOnOff,
                           {"Recall mode", "Whether memories are recalled by the radio or by hand."},
@@ -123,12 +124,13 @@ void RadioView::layOutRecall(form::Form1& form, Adapters& adapters) {
                     0, 1);
     grid->addWidget(
         adapters.checkBox(form.chkBandMode,
-                          {"Band mode", "Labels name bands (40) in place of frequencies (7.050).", "Alt+B"}),
+                          {"Band mode", "The labels are bands (40), not frequencies (7.050).", "Alt+B"}),
         0, 3);
-    grid->addWidget(state(form.lblBandMode,
-                          {"Meaning of labels", "What the labels of the memories are read as."},
-                          "Frequency Mode"),
-                    0, 4);
+    grid->addWidget(
+        state(form.lblBandMode,
+              {"Meaning of labels", "Whether the labels of the memories are frequencies or bands."},
+              "Frequency Mode"),
+        0, 4);
     grid->addWidget(
         adapters.checkBox(form.chkExact,
                           {"Exact",
@@ -138,14 +140,14 @@ void RadioView::layOutRecall(form::Form1& form, Adapters& adapters) {
     grid->addWidget(
         adapters.checkBox(form.chkHRM,
                           {"Frequency table",
-                           "Positions come from the frequency table in place of the ten memories.", "Alt+T"}),
+                           "Positions come from the frequency table, not from the ten memories.", "Alt+T"}),
         1, 4);
-    grid->addWidget(adapters.checkBox(form.chkFastMemory,
-                                      {"Fast memory store",
-                                       "After a jog, switching the outputs off automatically stores the "
-                                       "positions in the selected memory.",
-                                       "Space"}),
-                    1, 0, 1, 3);
+    grid->addWidget(
+        adapters.checkBox(
+            form.chkFastMemory,
+            {"Fast memory store",
+             "When the outputs go off after a jog, stores the positions in the selected memory.", "Space"}),
+        1, 0, 1, 3);
 
     const QString tip = "A recall runs slowly when its way is shorter than this, in units of the position.";
     QHBoxLayout* slow = row();

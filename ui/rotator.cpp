@@ -20,14 +20,14 @@ void layOut(Dialog& window, form::FrmRotator& form) {
     int line = 0;
     for (const Field& field :
          {Field{form.txtAzimuth, "Azimuth range",
-                "From where to where azimuth turns: 0..360, or -90..360 for a rotator of 450 degrees. Every "
+                "The range of azimuth: 0..360, or -90..360 for a rotator of 450 degrees. Every "
                 "motion stops at its ends."},
           Field{form.txtElevation, "Elevation range",
-                "From where to where elevation turns: 0..90, or 0..180 for one that goes over the top."},
+                "The range of elevation: 0..90, or 0..180 for a rotator that goes over the top."},
           Field{form.txtFollowFrom, "Follow from elevation",
                 "The elevation of the target from which azimuth is followed; below, the antenna stands."},
           Field{form.txtSilence, "Target lost after (s)",
-                "Seconds without a word from the program until its target is lost."},
+                "The target is lost after so many seconds without data from the program."},
           Field{form.txtPark, "Parking place", "Azimuth and elevation of the machine, such as 180,0."}}) {
         grid->addWidget(fixedText(field.name, field.tip), line, 0);
         grid->addWidget(adapters.textBox(field.box, {field.name, field.tip, "Tab"}, "-180.00..360.00"),
@@ -45,8 +45,9 @@ void layOut(Dialog& window, form::FrmRotator& form) {
                            "does not sink.",
                            "Alt+H"}),
         line, 0);
-    grid->addWidget(fixedText("Warning: its coils stay hot", "An engine that holds heats up all the time."),
-                    line++, 1);
+    grid->addWidget(
+        fixedText("Warning: its coils stay hot", "An engine that holds stays energised and gets hot."),
+        line++, 1);
     CaptionLabel* error =
         adapters.label(form.lblRotatorError, {"What is wrong", "What is wrong with the settings."},
                        "\"-180..360\" is not a range such as 0..360, which begins at -180 to 0 and ends");
@@ -54,9 +55,9 @@ void layOut(Dialog& window, form::FrmRotator& form) {
     card->body().addLayout(grid);
     QVBoxLayout* all = window.column();
     all->addWidget(card);
-    all->addWidget(window.addButtons(
-        form.cmdSaveRotator, {"Save", "Uses these settings, and keeps them for the next start.", "Enter"},
-        form.cmdExitRotator, {"Cancel", "Leaves everything as it was.", "Esc"}));
+    all->addWidget(window.addButtons(form.cmdSaveRotator,
+                                     {"Save", "Uses these settings and saves them.", "Enter"},
+                                     form.cmdExitRotator, {"Cancel", "Leaves everything as it was.", "Esc"}));
     window.findChild<QWidget*>(shown(form.txtAzimuth.name()))->setFocus();
 }
 

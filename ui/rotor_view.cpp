@@ -35,7 +35,7 @@ QLayout* slider(Adapters& adapters, form::ScrollBar& bar, form::Label& value, Ca
 } // namespace
 
 RotorView::RotorView(form::Form1& form, Adapters& adapters)
-    : Card("Satellite", "Where the satellite stands, and how the rotor is to follow it.") {
+    : Card("Satellite", "The satellite, and how the rotor follows it.") {
     adapters.frame(form.framSat, *this);
     QHBoxLayout* heading = row();
     heading->addWidget(groupTitle(accessibleName(), toolTip()));
@@ -72,7 +72,7 @@ RotorView::RotorView(form::Form1& form, Adapters& adapters)
         {form.HScroll5, form.lblAutoRStEl, "Restart, elevation (0.1°)",
          "The error in elevation, in tenths of a degree, at which a resting rotor starts; 0: one step."},
         {form.HScroll3, form.lblAntiRipEl, "Anti-ripple, elevation (0.1°)",
-         "By how many tenths of a degree beyond the restart elevation must be off before it turns back."},
+         "Added to the restart when elevation has to turn back, in tenths of a degree: prevents hunting."},
     };
     int place = 0;
     for (const Threshold& threshold : thresholds) {
@@ -85,8 +85,7 @@ RotorView::RotorView(form::Form1& form, Adapters& adapters)
     body().addLayout(grid, 1);
     CaptionLabel* rotctld = adapters.label(
         form.lblRotctld,
-        {"rotctld", "Where Gpredict and other programs that know rotctld reach the rotor. Set in "
-                    "Hardware and Links."},
+        {"rotctld", "Where Gpredict and other rotctld programs connect. Set in Hardware and Links."},
         "rotctld 192.168.100.100:45330, 16 clients");
     rotctld->setTone(CaptionLabel::Tone::Quiet);
     body().addWidget(rotctld, 0, Qt::AlignLeft);
@@ -96,15 +95,16 @@ void RotorView::layOutFollowing(form::Form1& form, Adapters& adapters) {
     QHBoxLayout* state = row();
     state->addWidget(adapters.checkBox(
         form.chkRotOnOff,
-        {"Follow", "The antenna follows the target. A press of Stop ends it. Grey: nothing sends targets.",
+        {"Follow", "The antenna follows the target, until you press Stop. Grey: nothing sends targets.",
          "Space"}));
-    state->addWidget(adapters.label(
-        form.lblSource, {"Source of the target", "Which program says where the antenna is to point."},
-        "Target: tracking server"));
-    state->addWidget(adapters.label(form.lblRotorState,
-                                    {"State of the antenna", "What the antenna does, and how long."},
-                                    "Follows: 359.99° and 179.99° to go, 999 s"),
-                     1);
+    state->addWidget(adapters.label(form.lblSource,
+                                    {"Source of the target", "The program that sends the target."},
+                                    "Target: tracking server"));
+    state->addWidget(
+        adapters.label(form.lblRotorState,
+                       {"State of the antenna", "What the antenna does now, and how long it takes."},
+                       "Follows: 359.99° and 179.99° to go, 999 s"),
+        1);
     body().addLayout(state);
 
     QHBoxLayout* commands = row();
@@ -115,8 +115,7 @@ void RotorView::layOutFollowing(form::Form1& form, Adapters& adapters) {
     };
     button(form.cmdPark, "Park", "Unticks Follow and turns the antenna to its parking place.");
     commands->addStretch(1);
-    const QString place =
-        "Where the antenna is to point by hand, in degrees. A click into the sky does it too.";
+    const QString place = "The direction to turn to, in degrees. A click in the sky plot does the same.";
     commands->addWidget(fixedText("Point to", place));
     commands->addWidget(
         adapters.textBox(form.txtPointAz, {"Azimuth to point to", place, "Enter turns"}, "000.00"));
@@ -124,8 +123,9 @@ void RotorView::layOutFollowing(form::Form1& form, Adapters& adapters) {
         adapters.textBox(form.txtPointEl, {"Elevation to point to", place, "Enter turns"}, "000.00"));
     button(form.cmdPoint, "Point", "Turns the antenna there, while Follow is not ticked.");
     commands->addStretch(1);
-    button(form.cmdCalibrate, "Calibrate",
-           "The antenna points at the target now (the Sun, a beacon): takes the target's place as its own.");
+    button(
+        form.cmdCalibrate, "Calibrate",
+        "Press when the antenna really points at the target (the Sun, a beacon): sets its position to that.");
     button(form.cmdUndoCalibrate, "Undo the calibration", "Takes the last calibration back.");
     body().addLayout(commands);
 }

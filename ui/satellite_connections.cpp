@@ -16,7 +16,7 @@ CaptionLabel* text(Adapters& adapters, form::Label& control) {
 
 void layOut(Dialog& window, form::FrmSatConn& form) {
     Adapters& adapters = window.adapters();
-    auto* card = new Card("Tracking program", "The program whose data steer the rotor.");
+    auto* card = new Card("Tracking program", "The program whose data turn the rotor.");
     card->body().addWidget(groupTitle(card->accessibleName(), card->toolTip()));
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(2 * kGrid);
@@ -52,7 +52,7 @@ void layOut(Dialog& window, form::FrmSatConn& form) {
     card->body().addLayout(grid);
     QVBoxLayout* all = window.column();
     all->addWidget(card);
-    all->addWidget(window.addButtons(form.cmdSaveSatCfg, {"Save", "Keeps program and port.", "Enter"},
+    all->addWidget(window.addButtons(form.cmdSaveSatCfg, {"Save", "Saves program and port.", "Enter"},
                                      form.cmdExitSatConn, {"Cancel", "Leaves everything as it was.", "Esc"}));
     (form.optSatPc32.Value ? satPc32 : orbitron)->setFocus();
 }

@@ -30,8 +30,8 @@ SkyView::SkyView(form::Form1& form)
     side->addWidget(groupTitle(accessibleName(), toolTip()));
     side->addSpacing(kGrid);
     side->addLayout(legend("Antenna", new SkyMark(SkyPlot::Who::Antenna), "Where the antenna points."));
-    side->addLayout(legend("Target", new SkyMark(SkyPlot::Who::Target),
-                           "Where the program points that holds the target."));
+    side->addLayout(
+        legend("Target", new SkyMark(SkyPlot::Who::Target), "The target that the program sends."));
     side->addStretch(1);
     QHBoxLayout* all = row();
     all->addLayout(side);

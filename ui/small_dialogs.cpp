@@ -16,7 +16,7 @@ void layOut(Dialog& window, form::FrmInsPosition& form) {
     Adapters& adapters = window.adapters();
     QVBoxLayout* all = window.column();
     all->setSpacing(kGrid);
-    CaptionLabel* title = adapters.label(form.Label1, {"New value of", "The position that is declared anew."},
+    CaptionLabel* title = adapters.label(form.Label1, {"New value of", "The position that gets a new value."},
                                          "Tune Value|Load Value");
     title->setFont(scaledFont(title->font(), 1.15, QFont::DemiBold));
     all->addWidget(title);

@@ -73,8 +73,8 @@ Lamp* Adapters::lamp(form::Shape& control, const Words& words) {
     return widget;
 }
 
-ThinBar* Adapters::bar(form::Bar& control, const Words& words) {
-    auto* widget = new ThinBar;
+ThinBar* Adapters::bar(form::Bar& control, const Words& words, ThinBar* widget) {
+    if (!widget) widget = new ThinBar;
     add<BarAdapter>(control, control, *widget, words);
     return widget;
 }

@@ -9,6 +9,7 @@ class ThinBar : public QWidget {
   public:
     /// 0 to 1.
     void setShare(double share);
+    double share() const { return share_; }
 
   protected:
     void paintEvent(QPaintEvent* event) override;

@@ -13,12 +13,13 @@ constexpr int kOptionColumn = 0, kOnColumn = 1, kOffColumn = 2, kStateColumn = 3
 
 void addTest(QGridLayout& grid, int at, Adapters& adapters, const QString& program, form::Button& on,
              form::Button& off, form::Label& state) {
-    grid.addWidget(adapters.button(on, {"Try " + program, "Connects to " + program + " for a try.", "Space"}),
-                   at, kOnColumn);
-    grid.addWidget(adapters.button(off, {"End the try of " + program, "Ends the try.", "Space"}), at,
+    grid.addWidget(
+        adapters.button(on, {"Test " + program, "Connects to " + program + " to test it.", "Space"}), at,
+        kOnColumn);
+    grid.addWidget(adapters.button(off, {"End the test of " + program, "Ends the test.", "Space"}), at,
                    kOffColumn);
     CaptionLabel* label = adapters.label(
-        state, {"State of the try with " + program, "Whether " + program + " answers."}, "MConn.M|MDisc.M");
+        state, {"State of the test of " + program, "Whether " + program + " answers."}, "MConn.M|MDisc.M");
     label->setAlignment(Qt::AlignCenter);
     grid.addWidget(label, at, kStateColumn);
 }
@@ -29,7 +30,8 @@ void addPort(QGridLayout& grid, int at, Adapters& adapters, form::FrmTunerConn& 
                          {"Port of N1MM Logger", "The UDP port of N1MM Logger.", "Alt+C takes it"}, "000000");
     grid.addWidget(port, at, kOnColumn);
     grid.addWidget(adapters.button(form.Command1,
-                                   {"Change the port", "Listens at the port typed in.", "Alt+C"}, "Change"),
+                                   {"Change the port", "Listens at the port that you typed.", "Alt+C"},
+                                   "Change"),
                    at, kOffColumn);
     CaptionLabel* listening =
         adapters.label(form.lblListening, {"Listening", "The program listens at this port."}, "Listening");
@@ -54,7 +56,7 @@ QHBoxLayout* hamlib(form::FrmTunerConn& form, Adapters& adapters, OptionDot* dot
 
 Card* programs(form::FrmTunerConn& form, Adapters& adapters) {
     auto* card =
-        new Card("Frequency from", "The program that reports the radio's frequency, and a try of it.");
+        new Card("Frequency from", "The program that reports the radio's frequency, and a test of it.");
     card->body().addWidget(groupTitle(card->accessibleName(), card->toolTip()));
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(kGrid);
@@ -100,7 +102,7 @@ Card* programs(form::FrmTunerConn& form, Adapters& adapters) {
 }
 
 Card* received(form::FrmTunerConn& form, Adapters& adapters) {
-    auto* card = new Card("Received", "What the program that is tried reports.");
+    auto* card = new Card("Received", "What the tested program reports.");
     QHBoxLayout* line = row();
     line->addWidget(groupTitle(card->accessibleName(), card->toolTip()));
     const auto data = [&](form::Label& control, const char* program) {
@@ -126,7 +128,7 @@ void layOut(Dialog& window, form::FrmTunerConn& form) {
     QVBoxLayout* all = window.column();
     all->addWidget(programs(form, adapters));
     all->addWidget(received(form, adapters));
-    all->addWidget(window.addButtons(form.cmdSaveTConf, {"Save", "Keeps program, port and address.", "Enter"},
+    all->addWidget(window.addButtons(form.cmdSaveTConf, {"Save", "Saves program, port and address.", "Enter"},
                                      form.cmdExitTConf, {"Cancel", "Leaves everything as it was.", "Esc"}));
     // What was chosen before there was a window.
     const form::OptionButton* chosen = &form.optHamDeluxe;

@@ -122,6 +122,8 @@ TEST_F(AssistantTest, SkipBackAndCancelLeaveWhatThePageFound) {
         [](FrmAssistant& dialog) { dialog.cmdExitAssistant.Click.fire(); },
         [](FrmAssistant& dialog) { dialog.cancel(); }};
     for (const auto& leave : leaves) {
+        f().sngPosA = 0;
+        const auto halfSteps = f().halfStepsA;
         withAssistant([&](FrmAssistant& dialog) {
             skipTo(dialog, FrmAssistant::kMotor);
             dialog.engineA.txtStepsR.Text = "48";
@@ -129,10 +131,15 @@ TEST_F(AssistantTest, SkipBackAndCancelLeaveWhatThePageFound) {
             dialog.engineB.txtUnitsR.Text = "3";
             dialog.engineB.cmdOnce.Click.fire();
             dialog.engineA.cmdOnce.Click.fire();
+            clock.advance(95); // a half step of A is tried as 1/96 of a turn
             f().cmdAlt.Click.fire();
             f().cmdAltB.Click.fire();
+            f().sngPosA = 7; // what was counted
             leave(dialog);
         });
+        const auto made = static_cast<double>(f().halfStepsA - halfSteps);
+        EXPECT_GT(made, 5);
+        EXPECT_NEAR(f().sngPosA, made * 10 / 400, 1e-3);
         EXPECT_EQ(parameters(), before);
         EXPECT_FALSE(f().bolHalfStepA);
         withAssistant([&](FrmAssistant& dialog) {
@@ -178,16 +185,97 @@ TEST_F(AssistantTest, NothingGoesOnBehindAPageThatIsLeft) {
     }
 }
 
-TEST_F(AssistantTest, CancelStopsFirstAndClosesThen) {
+TEST_F(AssistantTest, CancelClosesAndEscapeStopsFirst) {
+    startTuner();
+    for (const bool escape : {true, false}) {
+        withAssistant([&](FrmAssistant& dialog) {
+            skipTo(dialog, FrmAssistant::kMotor);
+            dialog.engineA.cmdOnce.Click.fire();
+            EXPECT_TRUE(!escape || dialog.onEscape());
+            EXPECT_EQ(stands(), escape);
+            EXPECT_FALSE(closed_);
+            EXPECT_FALSE(escape && dialog.onEscape());
+            dialog.cmdExitAssistant.Click.fire();
+            EXPECT_TRUE(stands());
+            EXPECT_TRUE(closed_);
+        });
+    }
+}
+
+TEST_F(AssistantTest, TheBoardIsOffAgainBehindATestThatIsLeft) {
+    hardware.use({.port = "simulated", .usb = "simulated"});
+    startTuner();
+    const std::function<void(FrmAssistant&)> leaves[] = {
+        [](FrmAssistant& d) { d.cmdSkip.Click.fire(); }, [](FrmAssistant& d) { d.cmdBack.Click.fire(); },
+        [](FrmAssistant& d) { d.cmdExitAssistant.Click.fire(); }, [](FrmAssistant& d) { d.cancel(); }};
+    for (const auto& leave : leaves) {
+        withAssistant([&](FrmAssistant& dialog) {
+            skipTo(dialog, FrmAssistant::kOutputs);
+            dialog.engineA.cmdTurn.Click.fire();
+            EXPECT_TRUE(f().chkUsbOn.ticked());
+            leave(dialog);
+            EXPECT_FALSE(f().chkUsbOn.ticked());
+        });
+    }
+    withAssistant([&](FrmAssistant& dialog) {
+        skipTo(dialog, FrmAssistant::kOutputs);
+        dialog.engineA.cmdTurn.Click.fire();
+        next(dialog);
+        EXPECT_TRUE(f().chkUsbOn.ticked());
+    });
+}
+
+TEST_F(AssistantTest, WhatItDeclaresAndStoresIsUndoneByCancelOrLater) {
+    startTuner();
+    const auto declare = [this](FrmAssistant& dialog) {
+        f().sngPosA = 5;
+        skipTo(dialog, FrmAssistant::kPositions);
+        dialogs.okAnswers = {true, true};
+        dialogs.textAnswers = {"14.020"};
+        dialog.engineA.cmdZero.Click.fire();
+        dialog.cmdStore.Click.fire();
+        dialog.engineA.cmdForward.MouseDown.fire();
+        clock.advance(105);
+        dialog.engineA.cmdForward.MouseUp.fire();
+    };
+    withAssistant(declare); // and Cancel
+    EXPECT_EQ(f().lblFr[1].Caption, "");
+    EXPECT_FLOAT_EQ(f().sngPosA, 5.5); // with the ten steps made since
+    withAssistant([&](FrmAssistant& dialog) {
+        declare(dialog);
+        next(dialog, 3);
+    });
+    EXPECT_EQ(f().mnuUndo.Caption, "&Undo: Memory 1 stored");
+    f().mnuUndo.Click.fire();
+    EXPECT_EQ(f().lblFr[1].Caption, "");
+    f().mnuUndo.Click.fire();
+    EXPECT_FLOAT_EQ(f().sngPosA, 5.5);
+}
+
+TEST_F(AssistantTest, AMeasurementCorrectsOnce) {
     startTuner();
     withAssistant([this](FrmAssistant& dialog) {
         skipTo(dialog, FrmAssistant::kMotor);
-        dialog.engineA.cmdOnce.Click.fire();
-        dialog.cmdExitAssistant.Click.fire();
-        EXPECT_TRUE(stands());
-        EXPECT_FALSE(closed_);
-        dialog.cmdExitAssistant.Click.fire();
-        EXPECT_TRUE(closed_);
+        form::AssistantEngine& engine = dialog.engineA;
+        engine.txtAsked.Text = "5";
+        engine.cmdMove.Click.fire();
+        clock.advance(5000);
+        engine.txtUnitsR.Text = "20"; // not what the move was made with
+        engine.txtMeasured.Text = "6";
+        engine.cmdCorrect.Click.fire();
+        EXPECT_EQ(engine.lblCorrected.Caption, "10 becomes 12");
+        engine.cmdCorrect.Click.fire();
+        EXPECT_EQ(engine.txtUnitsR.Text, "12");
+        EXPECT_EQ(dialog.lblTrouble.Caption, "Engine 1, measured: type a number that is not 0");
+    });
+}
+
+TEST_F(AssistantTest, APageWithoutAFunctionIsNotTaken) {
+    start();
+    withAssistant([](FrmAssistant& dialog) {
+        next(dialog);
+        EXPECT_TRUE(dialog.page[FrmAssistant::kFunction].Visible);
+        EXPECT_EQ(dialog.lblTrouble.Caption, "Choose what the motors turn");
     });
 }
 
@@ -202,12 +290,21 @@ TEST_F(AssistantTest, NamesTheWiresOfTheEngineThatTrembles) {
         EXPECT_FALSE(dialog.tmrCoils.Enabled); // over by itself
         dialog.engineB.cmdTrembled.Click.fire();
         EXPECT_EQ(dialog.engineB.lblWires.Caption, "Exchange wires 6 and 7, then Turn again");
+        EXPECT_EQ(dialog.engineB.wiresToSwap, std::pair(2, 3));
         dialog.engineB.cmdTrembled.Click.fire();
-        EXPECT_EQ(dialog.engineB.lblWires.Caption, "Exchange wires 7 and 8, then Turn again");
-        dialog.engineB.cmdWrong.Click.fire();
-        EXPECT_EQ(dialog.engineB.lblWires.Caption, "Exchange wires 5 and 7, then Turn again");
-        dialog.engineB.cmdRight.Click.fire();
-        EXPECT_EQ(dialog.engineB.lblWires.Caption, "The wires are right");
+        EXPECT_EQ(dialog.engineB.lblWires.Caption, "Press Turn first");
+        const std::pair<form::Button&, const char*> answers[] = {
+            {dialog.engineB.cmdTrembled, "Exchange wires 7 and 8, then Turn again"},
+            {dialog.engineB.cmdWrong, "Exchange wires 5 and 7, then Turn again"},
+            {dialog.engineB.cmdRight, "The wires are right"}};
+        for (const auto& [answer, advice] : answers) {
+            dialog.engineB.cmdCoils.Click.fire();
+            dialog.engineB.cmdTurn.Click.fire(); // in place of the other test
+            EXPECT_TRUE(dialog.tmrCoils.Enabled);
+            answer.Click.fire();
+            EXPECT_EQ(dialog.engineB.lblWires.Caption, advice);
+        }
+        EXPECT_FALSE(dialog.engineB.wiresToSwap);
         EXPECT_EQ(dialog.engineA.lblWires.Caption, "");
     });
 }
@@ -242,6 +339,8 @@ TEST_F(AssistantTest, ShowsWhatIsHeardNow) {
         clock.advance(2 * FrmAssistant::kLookMilliseconds);
         EXPECT_EQ(dialog.lblHeard.Caption, "14.0255 MHz");
     });
+    EXPECT_FALSE(f().sourceConnected()); // as the page found it
+    EXPECT_EQ(f().lblFreqNote.Caption, "kHz, not current");
     f().mnuSat.Click.fire();
     withAssistant([](FrmAssistant& dialog) {
         skipTo(dialog, FrmAssistant::kSource);

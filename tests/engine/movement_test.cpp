@@ -65,6 +65,27 @@ TEST_F(MovementTest, NamesDirectionAndEndOfTheRange) {
     EXPECT_EQ(f().lblToGoA.Caption, "");
 }
 
+TEST_F(MovementTest, ShowsTheAntennasWayAndItsEnd) {
+    f().mnuSat.Click.fire();
+    f().txtPointAz.Text = "20";
+    f().txtPointEl.Text = "0";
+    f().cmdPoint.Click.fire();
+    clock.advance(100);
+    EXPECT_EQ(f().lblTargetA.Caption, "▸ 20.00");
+    EXPECT_EQ(f().lblToGoA.Caption, "2 s");
+    EXPECT_TRUE(f().barA.Visible);
+    clock.advance(5000);
+    EXPECT_EQ(f().lblTargetA.Caption, "");
+    f().sngPosAz = 0;
+    f().cmdIndMan.MouseDown.fire();
+    clock.advance(100);
+    f().cmdIndMan.MouseUp.fire();
+    EXPECT_EQ(f().lblToGoA.Caption, "end of range");
+    f().mnuCoilTuner.Click.fire(); // at 0 too, which is no end there
+    clock.advance(100);
+    EXPECT_EQ(f().lblToGoA.Caption, "");
+}
+
 TEST_F(MovementTest, SaysWhatFollowsFromTheParameters) {
     EXPECT_EQ(f().lblStepA.Caption, "0.05 mm a step, 100 to 200 steps/s");
     enter(f().lblMemAltaA, f().txtAltaVelA, "700"); // a step takes 1 ms

@@ -56,6 +56,29 @@ TEST_F(ParametersTest, OnlyEngineATakesANewSlowSpeedAtOnce) {
     EXPECT_EQ(f().Timer4.Interval, 20);
 }
 
+TEST_F(ParametersTest, AReasonDoesNotOutliveItsFunction) {
+    f().mnuCoilTuner.Click.fire();
+    enter(f().lblMMGiro, f().txtMMGiro, "x");
+    EXPECT_EQ(f().entryNoticeA.Caption, "mm/r: enter a number");
+    f().mnuSat.Click.fire();
+    EXPECT_EQ(f().entryNoticeA.Caption, "");
+}
+
+TEST_F(ParametersTest, ARefusedCharacterIsToldUntilItsEntryIsOver) {
+    f().mnuCoilTuner.Click.fire();
+    f().lblMMGiroB.DblClick.fire();
+    for (int character : {'1', '0', '.', '5'})
+        f().txtMMGiroB.KeyPress.fire(character);
+    EXPECT_EQ(f().entryNoticeB.Caption, "mm/r: whole numbers only here");
+    clock.advance(form::Notice::kMilliseconds + 1);
+    EXPECT_EQ(f().entryNoticeB.Caption, "mm/r: whole numbers only here");
+    f().txtMMGiroB.Text.load("105");
+    f().lblMMGiroB.DblClick.fire();
+    EXPECT_EQ(f().entryNoticeB.Caption, "mm/r: 105, whole numbers only here");
+    clock.advance(form::Notice::kMilliseconds + 1);
+    EXPECT_EQ(f().entryNoticeB.Caption, "");
+}
+
 TEST_F(ParametersTest, WhatIsNoValueIsRefusedAndTheEntryStaysOpen) {
     const std::tuple<form::Label*, form::TextBox*, form::Label*, const char*> cases[] = {
         {&f().lblMemAltaA, &f().txtAltaVelA, &f().entryNoticeA, "fast: enter 1 to 1000"},

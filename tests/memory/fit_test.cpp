@@ -150,7 +150,7 @@ TEST_F(FitLineTest, FollowsTheRadioFromSilenceToItsPlace) {
     EXPECT_EQ(f().lblFreqNote.Caption, "kHz, 20 m, 20 s ago");
     EXPECT_FALSE(f().lblFreqN1MM.Enabled);
     f().cmdAutoMemConn.Click.fire();
-    EXPECT_EQ(f().lblFreqNote.Caption, "");
+    EXPECT_EQ(f().lblFreqNote.Caption, "kHz, not current");
     EXPECT_FALSE(f().lblFreqN1MM.Enabled);
 }
 

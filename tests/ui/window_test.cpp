@@ -139,6 +139,28 @@ TEST_F(Window, TextThatPassesNoFilterIsJudgedByTheControl) {
     EXPECT_TRUE(box.isEnabled());
 }
 
+TEST_F(Window, AHeldKeyRunsOnThroughTheRepeatsOfX11) {
+    const auto send = [this](QEvent::Type type, quint64 milliseconds) {
+        QKeyEvent event(type, Qt::Key_Space, Qt::NoModifier, " ");
+        event.setTimestamp(milliseconds);
+        QCoreApplication::sendEvent(window().windowHandle(), &event);
+    };
+    int releases = 0;
+    widget("cmdAvMan").setFocus();
+    send(QEvent::KeyPress, 1000);
+    EXPECT_FALSE(stands());
+    f().cmdAvMan.MouseUp.attach([&] { ++releases; });
+    for (const quint64 repeat : {1500U, 1533U, 1566U}) {
+        send(QEvent::KeyRelease, repeat); // none is marked as a repeat
+        send(QEvent::KeyPress, repeat);
+    }
+    settle();
+    EXPECT_EQ(releases, 0);
+    send(QEvent::KeyRelease, 1600);
+    settle();
+    EXPECT_EQ(releases, 1);
+}
+
 TEST_F(Window, MemoriesShowWhatTheyHoldAndArrowKeysRecallNothing) {
     EXPECT_FALSE(widget("Option2").isEnabled());
     for (int n : {1, 2}) {
@@ -165,6 +187,12 @@ TEST_F(Window, MemoriesShowWhatTheyHoldAndArrowKeysRecallNothing) {
     EXPECT_EQ(text("lblUsoB"), "14.020");
     click("Option1");
     EXPECT_FALSE(second.isChecked());
+    for (const char* part : {"lblMem2", "lblFr3"}) { // the first stores, the other is empty
+        click(part);
+        EXPECT_TRUE(widget<ui::OptionDot>("Option1").isChecked());
+    }
+    click("lblFr2");
+    EXPECT_TRUE(second.isChecked());
     click("cmdAvMan"); // a jog leaves none of them selected
     EXPECT_FALSE(widget<ui::OptionDot>("Option1").isChecked());
 }
