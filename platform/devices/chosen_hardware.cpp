@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* kSection = "hardware"; // of the settings
 constexpr const char* kLowAllowed = "low-allowed";
-constexpr const char* kNotAgreed = "Low on the Arduino has not been confirmed in Hardware and links";
+constexpr const char* kNotAgreed = "confirm Low in Hardware and links";
 
 } // namespace
 

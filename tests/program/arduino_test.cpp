@@ -205,7 +205,7 @@ TEST_F(Arduino, GetsLowOnlyAfterTheBox) {
             EXPECT_EQ(state(program), "Arduino is not used");
             EXPECT_EQ(program.ask("click cmdAv"), "done");
             EXPECT_TRUE(comesTrue([&] {
-                return program.ask("text notice").find("confirmed") != std::string::npos;
+                return program.ask("text notice").find("confirm Low in") != std::string::npos;
             })) << program.ask("text notice");
             std::this_thread::sleep_for(1200ms); // past a look at the port
             EXPECT_THAT(board.takeChanges(), IsEmpty()) << "it was opened";
