@@ -2,6 +2,7 @@
 
 #include "watchdog/io_ports.h"
 
+#include <bit>
 #include <cerrno>
 #include <linux/gpio.h>
 #include <linux/ppdev.h>
@@ -44,11 +45,11 @@ void closeSerial(int descriptor) {
     ::pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
     ::pthread_attr_setstacksize(&attributes, kStackBytes);
     const auto close = [](void* argument) -> void* {
-        ::close(static_cast<int>(reinterpret_cast<std::intptr_t>(argument)));
+        ::close(static_cast<int>(std::bit_cast<std::intptr_t>(argument)));
         return nullptr;
     };
     pthread_t thread{};
-    void* const argument = reinterpret_cast<void*>(static_cast<std::intptr_t>(descriptor));
+    void* const argument = std::bit_cast<void*>(static_cast<std::intptr_t>(descriptor));
     if (::pthread_create(&thread, &attributes, close, argument) != 0) close(argument);
     ::pthread_attr_destroy(&attributes);
 }
