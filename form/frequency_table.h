@@ -14,7 +14,7 @@ struct TableEntry {
     bool operator==(const TableEntry&) const = default;
 };
 
-/// Entries by rising frequency, each frequency once, at most kTableEntriesMax of them.
+/// At most kTableEntriesMax entries by rising frequency. Some coincide only where digits were lost.
 using FrequencyTable = std::vector<TableEntry>;
 constexpr int kTableEntriesMax = 200;
 
