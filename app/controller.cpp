@@ -236,6 +236,7 @@ void Controller::Subsystems::wireTuner() {
     };
     recall.keepSettings = keep;
     table.keepSettings = keep;
+    tableRecall.subResetPressedMem = [this] { slots.subResetPressedMem(); };
     table.notify = [this](const std::string& what) { form.notice.tell(what); };
     table.faultOfPlace = [this] { return approach.faultOfPlace(); };
     startup.tableFile = [this] { return table.file(); };

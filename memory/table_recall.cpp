@@ -39,6 +39,7 @@ bool TableRecall::subHiResMem() {
     }
     move(sides_.a, positions->a);
     move(sides_.b, positions->b);
+    if (subResetPressedMem) subResetPressedMem();
     const std::string shown = runtime::shortestText(megahertz).substr(0, kInUseCharacters);
     form_.lblUsoA.Caption = shown;
     form_.lblUsoB.Caption = shown;

@@ -24,6 +24,8 @@ class TableRecall {
     /// The next call recalls even at the same frequency.
     void forget() { recalled_.reset(); }
 
+    /// Called to deselect the memory: fast store must not put the table's positions into it.
+    std::function<void()> subResetPressedMem;
     /// Called when a recall has begun.
     std::function<void(const Recalled&)> onRecall;
 

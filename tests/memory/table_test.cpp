@@ -48,11 +48,14 @@ TEST_F(TableTest, FollowsTheFrequencyBetweenItsEntries) {
     add(710000, 20, 80);
     add(1400000, 40, 60);
     window().grid.Edited.fire(1, form::TableGrid::kEndOfStretch, "1");
-    f().sngPosA = f().sngPosB = 50;
+    storeMemory(1, 50, 50, "21.010");
+    f().Option[1].userClick();
+    EXPECT_TRUE(f().Option[1].Value);
     follow();
     settle(702550); // 7.0255 is not 7.02
     expectAt(12.55, 87.45);
     EXPECT_EQ(f().lblUsoA.Caption, "7.0255");
+    EXPECT_FALSE(f().Option[1].Value);
     settle(709000);
     expectAt(19, 81);
     tune(1000000); // outside all stretches
