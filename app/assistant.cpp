@@ -133,7 +133,7 @@ void Assistant::show(int page) {
     dialog_.lblTrouble.Caption = "";
     dialog_.cmdBack.Enabled = page > Page::kFunction;
     dialog_.cmdSkip.Enabled = page < FrmAssistant::kPages;
-    dialog_.cmdNext.Caption = page < FrmAssistant::kPages ? "Next" : "Finish";
+    dialog_.cmdNext.Caption = page < FrmAssistant::kPages ? "&Next" : "&Finish";
     open(static_cast<Page>(page));
     look();
 }

@@ -91,12 +91,11 @@ float& EngineSetUp::position() const {
 
 void EngineSetUp::restore() {
     put(found_);
-    if (found_.steps == 0) return;
-    const double halfStep = double{found_.units} / (kHalfStepsOfFull * found_.steps);
+    const double halfStep = found_.steps == 0 ? 0 : double{found_.units} / (kHalfStepsOfFull * found_.steps);
     const float counted =
         runtime::toSingle(positionFound_ + static_cast<double>(side_.halfSteps - halfStepsFound_) * halfStep);
     // Positions are sums of rounded steps: only a step made in other units matters.
-    if (std::fabs(counted - position()) < std::fabs(halfStep)) return;
+    if (std::fabs(counted - position()) <= std::fabs(halfStep)) return;
     position() = counted;
     engine::showPosition(main_, side_);
 }

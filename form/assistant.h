@@ -88,8 +88,8 @@ struct FrmAssistant : Form {
     Label lblAsk{*this, "lblAsk"};         // what the page is about
     Label lblTrouble{*this, "lblTrouble"}; // what is wrong with the entries
     Button cmdStopAll{*this, "cmdStopAll", "Stop"};
-    Button cmdBack{*this, "cmdBack", "Back"}, cmdSkip{*this, "cmdSkip", "Skip"};
-    Button cmdNext{*this, "cmdNext", "Next"};
+    Button cmdBack{*this, "cmdBack", "&Back"}, cmdSkip{*this, "cmdSkip", "&Skip"};
+    Button cmdNext{*this, "cmdNext", "&Next"};
     Button cmdExitAssistant{*this, "cmdExitAssistant", "Cancel"};
     AssistantEngine engineA{*this, "A"}, engineB{*this, "B"};
     Timer tmrCoils, tmrTry, tmrLook;

@@ -353,11 +353,12 @@ void layOut(Dialog& window, form::FrmAssistant& form) {
     line->addWidget(stop);
     line->addStretch(1);
     line->addWidget(adapters.button(
-        form.cmdBack, {"Back", "Goes to the page before, without the entries of this page.", "Space"}));
+        form.cmdBack, {"Back", "Goes to the page before, without the entries of this page.", "Alt+B"}));
     line->addWidget(adapters.button(
-        form.cmdSkip, {"Skip", "Goes to the next page, without the entries of this page.", "Space"}));
+        form.cmdSkip, {"Skip", "Goes to the next page, without the entries of this page.", "Alt+S"}));
     line->addWidget(window.addButtons(
-        form.cmdNext, {"Next", "Takes the settings of this page and goes on.", "Enter"},
+        form.cmdNext,
+        {"Next", "Takes the settings of this page and goes on.", "Alt+N, Alt+F, or Enter in an entry"},
         form.cmdExitAssistant,
         {"Cancel", "Closes, and undoes what was done on this page. What earlier pages changed stays.",
          "Esc"}));

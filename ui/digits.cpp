@@ -227,10 +227,11 @@ void Display::arrange() {
     const int line = target_->sizeHint().height();
     if (receiving) {
         // The target received stands right of the angle, so all of this stands left of it.
-        const QRect all(kMargin, 2, movement - kMargin, height() - 4);
-        target_->setGeometry(all.x(), all.y(), all.width(), line);
-        unit_->move(all.x(), all.center().y() - unit_->height() / 2);
-        toGo_->setGeometry(all.x(), all.bottom() - line, all.width(), line);
+        const int tall = unit_->height() + 2 * line;
+        const int top = std::max(2, (height() - kMargin / 2 - tall) / 2); // above the bar
+        target_->setGeometry(kMargin, top, movement - kMargin, line);
+        unit_->move(kMargin, top + line);
+        toGo_->setGeometry(kMargin, top + line + unit_->height(), movement - kMargin, line);
     } else {
         const int left = position_->geometry().right() + kMargin / 2;
         const int room = std::max(0, width() - kMargin / 2 - left);
