@@ -209,35 +209,34 @@ void Display::arrange() {
     for (CaptionLabel* movement : {target_, toGo_})
         movement->setFont(scaledFont(font(), large ? kMovementSize : 1));
     const int movement = std::max(target_->sizeHint().width(), toGo_->sizeHint().width()) + kMargin;
-    int baseline = 0;
-    if (receiving) {
-        const int parting = width() * 3 / 5;
-        const int left = std::max(movement, unit_->width() + kMargin) + kMargin / 2;
-        placeNumber(*angle_, {left, 0, parting - left, height()});
-        receivedCaption_->setFixedSize(width() - parting - 2 * kMargin,
-                                       receivedCaption_->sizeHint().height());
-        receivedCaption_->move(parting + kMargin, kMargin / 2);
-        const int top = receivedCaption_->geometry().bottom();
-        placeNumber(*received_, {parting + kMargin, top, width() - parting - 2 * kMargin, height() - top});
-    } else {
+    const int line = target_->sizeHint().height();
+    if (large) {
         const QRect area = rect().adjusted(unit_->width() + 2 * kMargin, 0, -movement, 0);
         placeNumber(*angle_, area);
-        baseline = placeNumber(*position_, area);
-    }
-    const int line = target_->sizeHint().height();
-    if (receiving) {
-        // The target received stands right of the angle, so all of this stands left of it.
+        const int baseline = placeNumber(*position_, area);
+        unit_->move(kMargin, baseline - (unit_->height() + unit_->fontMetrics().capHeight()) / 2);
+        const int left = position_->geometry().right() + kMargin / 2;
+        const int room = std::max(0, width() - kMargin / 2 - left);
+        target_->setGeometry(left, height() / 2 - line, room, line);
+        toGo_->setGeometry(left, height() / 2, room, line);
+    } else {
+        // All beside the number stands left of it, as the target received stands right of the angle.
+        const int parting = receiving ? width() * 3 / 5 : width();
+        const int left = std::max(movement, unit_->width() + kMargin) + kMargin / 2;
+        for (Digits* number : {angle_, position_})
+            placeNumber(*number, {left, 0, parting - left, height()});
         const int tall = unit_->height() + 2 * line;
         const int top = std::max(2, (height() - kMargin / 2 - tall) / 2); // above the bar
         target_->setGeometry(kMargin, top, movement - kMargin, line);
         unit_->move(kMargin, top + line);
         toGo_->setGeometry(kMargin, top + line + unit_->height(), movement - kMargin, line);
-    } else {
-        const int left = position_->geometry().right() + kMargin / 2;
-        const int room = std::max(0, width() - kMargin / 2 - left);
-        target_->setGeometry(left, height() / 2 - line, room, line);
-        toGo_->setGeometry(left, height() / 2, room, line);
-        unit_->move(kMargin, baseline - (unit_->height() + unit_->fontMetrics().capHeight()) / 2);
+        if (receiving) {
+            const int right = parting + kMargin, room = width() - parting - 2 * kMargin;
+            receivedCaption_->setFixedSize(room, receivedCaption_->sizeHint().height());
+            receivedCaption_->move(right, kMargin / 2);
+            const int under = receivedCaption_->geometry().bottom();
+            placeNumber(*received_, {right, under, room, height() - under});
+        }
     }
     constexpr int kBar = 3;
     bar_->setGeometry(kMargin, height() - kMargin / 2 + 1, width() - 2 * kMargin, kBar);

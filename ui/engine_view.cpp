@@ -212,6 +212,9 @@ void EngineView::layOutJogChoice() {
     jogLine_->setContentsMargins(0, 0, 0, 0);
     jogLine_->setSpacing(kGrid / 2);
     jogLine_->addStretch(1);
+    // As much room above the choice as below it, so that it stands beside the middle of the buttons.
+    const int below = other->sizeHint().height();
+    jogLine_->addItem(new QSpacerItem(0, below, QSizePolicy::Fixed, QSizePolicy::Maximum));
     jogLine_->addWidget(choice);
     jogLine_->addWidget(other);
     jogLine_->addStretch(1);

@@ -110,11 +110,11 @@ void layOutStatusBar(QMainWindow& window, form::Form1& form, Adapters& adapters)
         int stretch;
     };
     static constexpr PanelWords kPanels[form::StatusBar::kPanels] = {
-        {"The function that is on.", "Choose a function", 3},
+        {"The function that is on.", "Choose a function", 0},
         {"Messages.", "Message", 0},
-        {"The program that reports the frequency.", "N1MM Logger", 2},
-        {"The port of the tracking server.", "00000", 1},
-        {"The configuration that was loaded or saved.", "MMMMMMMM", 2},
+        {"The program that reports the frequency.", "N1MM Logger", 0},
+        {"The port of the tracking server.", "00000", 0},
+        {"The configuration that was loaded or saved.", "MMMMMMMM", 0},
         {"Where the outputs go.", "/dev/parport0", 2},
     };
     QStatusBar* bar = window.statusBar();
