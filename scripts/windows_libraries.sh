@@ -67,8 +67,9 @@ build_windows_qt() {
     build=$folder.build
     mkdir -p "${folder%/*}"
     [[ -d $source ]] || fetch_source "qt6-base=$(windows_qt_version)" "$source"
+    cp cmake/mingw.cmake "$source/twinstep-mingw.cmake" # a build that goes on later may do so from another folder
     cmake -S "$source" -B "$build" -G Ninja --log-level=WARNING \
-        -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw.cmake" -DCMAKE_INSTALL_PREFIX="$folder" -DQT_HOST_PATH=/usr \
+        -DCMAKE_TOOLCHAIN_FILE="$source/twinstep-mingw.cmake" -DCMAKE_INSTALL_PREFIX="$folder" -DQT_HOST_PATH=/usr \
         -DQT_HOST_PATH_CMAKE_DIR="/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/cmake" \
         "${windows_qt_options[@]}" >&2
     cmake --build "$build" --parallel "$(nproc)" >&2

@@ -27,7 +27,6 @@ VIAddVersionKey "LegalCopyright" "GNU General Public License, version 3"
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
 !define MUI_FINISHPAGE_RUN "$INSTDIR\twinstep.exe"
-!define MUI_FINISHPAGE_RUN_PARAMETERS "--user-data"
 !define MUI_FINISHPAGE_RUN_NOTCHECKED
 !insertmacro MUI_PAGE_FINISH
 !insertmacro MUI_UNPAGE_CONFIRM
@@ -56,7 +55,7 @@ Section "Twinstep"
   File /r "${FOLDER}\*"
   WriteUninstaller "$INSTDIR\uninstall.exe"
   CreateDirectory "${MENU}"
-  CreateShortcut "${MENU}\Twinstep.lnk" "$INSTDIR\twinstep.exe" "--user-data"
+  CreateShortcut "${MENU}\Twinstep.lnk" "$INSTDIR\twinstep.exe"
   CreateShortcut "${MENU}\Twinstep help.lnk" "$INSTDIR\docs\help.html"
   CreateShortcut "${MENU}\Uninstall Twinstep.lnk" "$INSTDIR\uninstall.exe"
   WriteRegStr HKCU "Software\Twinstep" "Folder" "$INSTDIR"

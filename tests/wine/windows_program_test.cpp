@@ -1,18 +1,28 @@
+#include "config/position_slots.h"
 #include "config/record_file.h"
 #include "config/records.h"
 #include "form/form1.h"
 #include "platform/linux/storage.h"
+#include "rotor/tracking_data.h"
 #include "tests/desk.h"
+#include "tests/emulated_board/pty_board.h"
 #include "tests/wine/linux_program.h"
 #include "tests/wine/station_window.h"
 
 #include <QUdpSocket>
+#include <algorithm>
+#include <csignal>
+#include <gmock/gmock.h>
+#include <iomanip>
+#include <iostream>
 #include <sstream>
 
 // Twinstep itself as a Windows program, in the prefix of the station programs. tests/windows/run.sh builds
 // it.
 
 namespace {
+
+using namespace std::chrono_literals;
 
 /// The program with a hand on its buttons.
 class WindowsTwinstep : public WindowsProgram {
@@ -37,49 +47,96 @@ class WindowsTwinstep : public WindowsProgram {
     }
 };
 
-/// What a trace says about the outputs of one engine, in their order: its time is left out, and so is what
-/// belongs to the other engine.
-std::vector<std::string> writesTo(const std::string& trace, char firstBit, char lastBit) {
-    std::vector<std::string> writes;
-    std::istringstream lines(trace);
-    for (std::string time, device, bit, value, rest; lines >> time >> device && std::getline(lines, rest);) {
-        std::istringstream words(rest);
-        if (device == "port" && words >> bit >> value && bit.front() >= firstBit && bit.front() <= lastBit)
-            writes.push_back(bit + ' ' + value);
+/// A line of a trace about an output of the port.
+struct Write {
+    std::chrono::microseconds when;
+    int output, state;
+};
+
+std::vector<Write> writesIn(const std::filesystem::path& trace) {
+    std::istringstream lines(bytesOf(trace));
+    std::vector<Write> writes;
+    std::int64_t time = 0;
+    std::string line;
+    while (lines >> time && std::getline(lines, line)) {
+        std::istringstream words(line);
+        std::string device;
+        Write write{std::chrono::microseconds(time), 0, 0};
+        if (words >> device >> write.output >> write.state && device == "port") writes.push_back(write);
     }
     return writes;
+}
+
+/// The writes to one engine's outputs without their times: those of the other engine may come between.
+std::vector<int> statesOf(const std::vector<Write>& writes, int firstOutput) {
+    std::vector<int> states;
+    for (const Write& write : writes) {
+        if (write.output >= firstOutput && write.output < firstOutput + 4)
+            states.push_back(10 * write.output + write.state);
+    }
+    return states;
+}
+
+struct Spacing {
+    double rate;     // of the wanted rate
+    double shortest; // of the period
+};
+
+/// Of the longest motion of engine A; each step writes its four outputs.
+Spacing spacingOf(const std::vector<Write>& writes, std::chrono::microseconds period) {
+    std::vector<std::chrono::microseconds> motion, longest;
+    int count = 0;
+    for (const Write& write : writes) {
+        if (write.output > 4 || count++ % 4 != 0) continue;
+        if (!motion.empty() && write.when - motion.back() > 20 * period) motion.clear();
+        motion.push_back(write.when);
+        if (motion.size() > longest.size()) longest = motion;
+    }
+    const auto part = [&](auto time) {
+        return static_cast<double>(time.count()) / static_cast<double>(period.count());
+    };
+    Spacing spacing{.rate = static_cast<double>(longest.size() - 1) / part(longest.back() - longest.front()),
+                    .shortest = 1e9};
+    for (std::size_t step = 1; step < longest.size(); ++step)
+        spacing.shortest = std::min(spacing.shortest, part(longest[step] - longest[step - 1]));
+    return spacing;
 }
 
 class WindowsProgramTest : public ::testing::Test {
   protected:
     static constexpr int kMemory = 1;
+    static constexpr int kStepsPerSecond = 200;
 
-    void save(const std::filesystem::path& where, short frequencyProgram, short function = form::kCoilTuner) {
+    void save(const std::filesystem::path& where, short frequencyProgram, short function = form::kCoilTuner,
+              short trackingProgram = rotor::kOrbitron) {
         namespace record = config::record;
         std::filesystem::create_directories(where);
         linux_ports::Storage disk;
         config::RecordFile file(disk, where / "save.cfg");
         file.write({config::integerRecord(record::kStepsA, 200), config::singleRecord(record::kUnitsA, 10),
-                    config::integerRecord(record::kFastA, 100), config::integerRecord(record::kSlowA, 100),
-                    config::integerRecord(record::kFastB, 100), config::integerRecord(record::kSlowB, 100),
+                    config::integerRecord(record::kFastA, kStepsPerSecond),
+                    config::integerRecord(record::kSlowA, kStepsPerSecond),
+                    config::integerRecord(record::kFastB, kStepsPerSecond),
+                    config::integerRecord(record::kSlowB, kStepsPerSecond),
                     config::integerRecord(record::kStepsB, 200), config::singleRecord(record::kUnitsB, 10),
                     config::integerRecord(record::kFunction, function),
                     config::integerRecord(record::kFrequencyProgram, frequencyProgram),
-                    config::textRecord(record::kMemoryPosA + kMemory, "002.50"),
-                    config::textRecord(record::kMemoryPosB + kMemory, "001.50"),
+                    config::integerRecord(record::kTrackingProgram, trackingProgram),
+                    config::textRecord(record::kMemoryPosA + kMemory, "020.00"),
+                    config::textRecord(record::kMemoryPosB + kMemory, "010.00"),
                     config::textRecord(record::kMemoryLabel + kMemory, "14.05")});
         file.finish();
     }
-    static QStringList arguments(const std::filesystem::path& where) {
+    static QStringList arguments(const std::filesystem::path& where, const QString& port = "simulated") {
         const QString drive = "Z:" + QString::fromStdString(where);
-        return {"--directory", drive, "--port", "simulated", "--trace", drive + "/trace"};
+        return {"--directory", drive, "--port", port, "--trace", drive + "/trace"};
     }
 
     TemporaryFolder folder;
     const std::filesystem::path shack = folder.path() / "shack";
 };
 
-TEST_F(WindowsProgramTest, RecallsFromHamRadioDeluxeInItsOwnPrefixAndFindsAllAgain) {
+TEST_F(WindowsProgramTest, RecallsFromHamRadioDeluxeAndFindsAllAgain) {
     save(shack, form::kHamRadioDeluxe);
     DdeServer radio(DdeServer::HamRadioDeluxe, "14050000");
     {
@@ -89,7 +146,7 @@ TEST_F(WindowsProgramTest, RecallsFromHamRadioDeluxeInItsOwnPrefixAndFindsAllAga
         ASSERT_EQ(program.ask("click chkAutoMemOnOff"), "done");
         radio.set("14200000");
         EXPECT_TRUE(program.shows("lblUsoA", "14.05"));
-        EXPECT_TRUE(program.shows("Label2", "002.50"));
+        EXPECT_TRUE(program.shows("Label2", "020.00"));
         EXPECT_TRUE(program.exits());
     }
     WindowsTwinstep again(arguments(shack));
@@ -107,50 +164,122 @@ TEST_F(WindowsProgramTest, HearsLogger32) {
     EXPECT_TRUE(program.shows("lblLog32DataM", "14.200.000"));
 }
 
-TEST_F(WindowsProgramTest, FollowsOrbitron) {
-    save(shack, form::kNoProgram, form::kSatelliteRotor);
-    DdeServer orbitron(DdeServer::Orbitron, "UPDATE AZ123.4 EL45.6");
-    WindowsTwinstep program(arguments(shack));
-    ASSERT_EQ(program.ask("click cmdConnect"), "done");
-    EXPECT_TRUE(program.shows("lblAzRx", "123.4"));
+TEST_F(WindowsProgramTest, FollowsOrbitronAndSatPc32) {
+    const struct {
+        DdeServer::Kind kind;
+        short number;
+        const char *text, *button, *azimuth;
+    } programs[] = {{DdeServer::Orbitron, rotor::kOrbitron, "UPDATE AZ123.4 EL45.6", "cmdConnect", "123.4"},
+                    {DdeServer::SatPc32, rotor::kSatPc32, "SNAO-7 AZ123.4 EL45.6 UP0 UMFM DN0 DMFM MA1",
+                     "chkOpenCom", "123.40"}};
+    for (const auto& tracking : programs) {
+        save(shack, form::kNoProgram, form::kSatelliteRotor, tracking.number);
+        DdeServer server(tracking.kind, tracking.text);
+        WindowsTwinstep program(arguments(shack));
+        ASSERT_EQ(program.ask("click " + std::string(tracking.button)), "done");
+        EXPECT_TRUE(program.shows("lblAzRx", tracking.azimuth)) << tracking.button;
+        EXPECT_TRUE(program.exits());
+    }
+}
+
+/// N1MM Logger, which is heard until the program stands at the memory's positions.
+template <class Twinstep>
+::testing::AssertionResult recallsByDatagrams(Twinstep& program) {
+    program.ask("click cmdAutoMemConn");
+    program.ask("click chkAutoMemOnOff");
+    QUdpSocket n1mm;
+    constexpr quint16 kPort = 12060;
+    const bool stands = waitFor([&] {
+        n1mm.writeDatagram("<RadioInfo><TXFreq>1420000</TXFreq></RadioInfo>", QHostAddress::LocalHost, kPort);
+        return program.ask("text Label8") == "010.00" && program.ask("text Label2") == "020.00";
+    });
+    if (stands) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << program.ask("text Label2") << ' ' << program.ask("text Label8");
 }
 
 TEST_F(WindowsProgramTest, StepsAsOnLinuxWhenN1mmTells) {
     const auto linuxShack = folder.path() / "linux";
-    QUdpSocket n1mm;
-    constexpr quint16 kPort = 12060;
-    const auto hear = [&](const std::function<bool()>& done) {
-        return waitFor([&] {
-            n1mm.writeDatagram("<RadioInfo><TXFreq>1420000</TXFreq></RadioInfo>", QHostAddress::LocalHost,
-                               kPort);
-            return done();
-        });
-    };
     save(shack, form::kN1mmLogger);
     save(linuxShack, form::kN1mmLogger);
     {
         WindowsTwinstep program(arguments(shack));
-        program.ask("click cmdAutoMemConn");
-        program.ask("click chkAutoMemOnOff");
-        EXPECT_TRUE(hear([&] { return program.ask("text Label8") == "001.50"; }));
-        EXPECT_TRUE(program.shows("Label2", "002.50"));
+        EXPECT_TRUE(recallsByDatagrams(program));
         EXPECT_TRUE(program.exits());
     }
     {
         Program program({"--directory", QString::fromStdString(linuxShack), "--port", "simulated", "--trace",
                          QString::fromStdString(linuxShack / "trace")});
-        program.ask("click cmdAutoMemConn");
-        program.ask("click chkAutoMemOnOff");
-        EXPECT_TRUE(hear([&] { return program.ask("text Label8") == "001.50"; }));
-        EXPECT_TRUE(program.shows("Label2", "002.50"));
+        EXPECT_TRUE(recallsByDatagrams(program));
         program.ask("open mnuUscita");
         EXPECT_TRUE(program.ends());
     }
-    const std::string here = bytesOf(linuxShack / "trace");
-    const std::string there = bytesOf(shack / "trace");
-    EXPECT_GT(writesTo(here, '0', '3').size(), 50U);
-    EXPECT_EQ(writesTo(there, '0', '3'), writesTo(here, '0', '3'));
-    EXPECT_EQ(writesTo(there, '4', '7'), writesTo(here, '4', '7'));
+    const auto here = writesIn(linuxShack / "trace");
+    const auto there = writesIn(shack / "trace");
+    constexpr std::size_t kStepsA = 400; // of four writes each
+    EXPECT_GT(statesOf(here, 1).size(), 4 * kStepsA);
+    EXPECT_EQ(statesOf(there, 1), statesOf(here, 1));
+    EXPECT_EQ(statesOf(there, 5), statesOf(here, 5));
+
+    constexpr std::chrono::microseconds kPeriod = 1s / kStepsPerSecond;
+    const Spacing windows = spacingOf(there, kPeriod);
+    for (const auto& [name, spacing] : {std::pair{"Linux", spacingOf(here, kPeriod)}, {"Windows", windows}})
+        std::cout << std::fixed << std::setprecision(3) << name << ", " << kStepsPerSecond
+                  << " steps/s: rate " << spacing.rate << ", shortest " << spacing.shortest
+                  << " of the period\n";
+    EXPECT_GE(windows.shortest, 0.85);
+    EXPECT_NEAR(windows.rate, 1, 0.02);
+}
+
+TEST_F(WindowsProgramTest, IsSwitchedOffByItsWatchdogWhenItIsKilledInMidMove) {
+    save(shack, form::kNoProgram);
+    PtyBoard board(Wine::instance().folder() / "dosdevices/com5");
+    auto best = 1h / 1ms * 1ms;
+    // A busy machine may hold up one of them.
+    for (int attempt = 0; attempt < 3 && best > 100ms; ++attempt) {
+        WindowsTwinstep program(arguments(shack, "firmata:COM5"));
+        ASSERT_TRUE(waitFor([&] {
+            board.takeChanges();
+            return program.ask("click cmdAv") == "done" &&
+                   waitFor([&] { return board.takeChanges().size() > 10; }, 200);
+        })) << program.ask("text StatusBar1Panel6")
+            << program.ask("box");
+        const auto killed = PtyBoard::now();
+        program.kill();
+        ASSERT_TRUE(waitFor([&] { return board.levels() == 0; }));
+        const auto off = board.takeChanges().back().when - killed;
+        best = std::min(best, std::chrono::duration_cast<std::chrono::milliseconds>(off));
+        std::cout << "killed: outputs off after " << off / 1ms << " ms\n";
+    }
+    EXPECT_LE(best, 100ms);
+    EXPECT_THAT(board.faults(), ::testing::IsEmpty());
+}
+
+TEST_F(WindowsProgramTest, SavesAndSwitchesOffHoweverItIsAskedToEnd) {
+    const struct {
+        const char* what;
+        void (*end)(const WindowsTwinstep& program);
+    } ways[] = {{"Ctrl+C", [](const WindowsTwinstep& program) { program.signal(SIGINT); }},
+                {"a polite task manager",
+                 [](const WindowsTwinstep&) {
+                     Wine::instance().run("wine", {"taskkill", "/IM", "twinstep_driven.exe"});
+                 }},
+                {"the session", [](const WindowsTwinstep&) {
+                     Wine::instance().run("wine", {"wineboot", "--end-session"});
+                 }}};
+    for (const auto& way : ways) {
+        const auto where = shack / std::to_string(&way - &ways[0]);
+        save(where, form::kNoProgram);
+        WindowsTwinstep program(arguments(where));
+        ASSERT_EQ(program.ask("click cmdAv"), "done");
+        ASSERT_TRUE(waitFor([&] { return program.ask("text Label2") > "000.50"; })) << way.what;
+        way.end(program);
+        ASSERT_TRUE(program.ends()) << way.what;
+        std::array<int, 8> last{};
+        for (const Write& write : writesIn(where / "trace"))
+            last.at(static_cast<std::size_t>(write.output - 1)) = write.state;
+        EXPECT_THAT(last, ::testing::Each(1)) << way.what;
+        EXPECT_FALSE(std::filesystem::exists(where / config::kPositionFile)) << way.what;
+    }
 }
 
 } // namespace

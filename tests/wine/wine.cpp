@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 #include <QTimer>
+#include <csignal>
 #include <gtest/gtest.h>
 #include <iostream>
 #include <stdexcept>
@@ -22,7 +23,6 @@ constexpr const char* kRegistry = "WINE REGISTRY Version 2\n\n"
                                   "[Software\\\\Wine\\\\Drivers]\n"
                                   "\"Graphics\"=\"null\"\n";
 constexpr int kMakingMilliseconds = 180'000;
-constexpr int kEndingMilliseconds = 30'000;
 
 std::runtime_error problem(const QString& text) {
     return std::runtime_error(text.toStdString());
@@ -59,8 +59,8 @@ Wine::Wine(const QString& programs) : programs_(QDir(programs).absolutePath()) {
 Wine::~Wine() {
     theOne = nullptr;
     try {
-        run("wineserver", {"--kill"}, kEndingMilliseconds);
-        run("wineserver", {"--wait"}, kEndingMilliseconds);
+        run("wineserver", {"--kill"});
+        run("wineserver", {"--wait"});
     } catch (const std::exception& error) {
         std::cerr << error.what() << '\n';
     }
@@ -94,6 +94,10 @@ QString Wine::program(const QString& file) const {
     QString path = programs_ + "/" + file;
     if (!QFileInfo::exists(path)) throw problem(path + " was not built.");
     return path;
+}
+
+std::filesystem::path Wine::folder() const {
+    return environment_.value("WINEPREFIX").toStdString();
 }
 
 int Wine::serverProcess() const {
@@ -165,6 +169,10 @@ void WindowsProgram::kill() {
     if (process_.state() == QProcess::NotRunning) return;
     process_.kill();
     process_.waitForFinished();
+}
+
+void WindowsProgram::signal(int number) const {
+    ::kill(static_cast<pid_t>(process_.processId()), number);
 }
 
 bool waitFor(const std::function<bool()>& condition, int milliseconds) {

@@ -2,6 +2,7 @@
 
 #include <QProcess>
 #include <QTemporaryDir>
+#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -22,12 +23,14 @@ class Wine {
     /// The path of a Windows program, checked to be there.
     QString program(const QString& file) const;
     const QProcessEnvironment& environment() const { return environment_; }
+    /// Of the prefix.
+    std::filesystem::path folder() const;
+    /// Runs a program of Wine's own to its end; throws when it fails.
+    void run(const QString& command, const QStringList& arguments, int milliseconds = 30'000) const;
     /// The process of the Wine server, which holds every handle of every program.
     int serverProcess() const;
 
   private:
-    void run(const QString& command, const QStringList& arguments, int milliseconds) const;
-
     QString programs_;
     QTemporaryDir folder_;
     QProcessEnvironment environment_;
@@ -51,6 +54,8 @@ class WindowsProgram {
     bool ends();
     /// As `kill -9` does.
     void kill();
+    /// SIGINT is Ctrl+C for it.
+    void signal(int number) const;
 
   private:
     std::string find(const std::string& what, const std::function<bool(const std::string&)>& fits);

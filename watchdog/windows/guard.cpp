@@ -13,7 +13,6 @@ constexpr std::uint8_t kBoardOff[] = {0, 5, 0, 0, 0, 0, 0, 0, 0};
 constexpr DWORD kLook = 250; // milliseconds between looks at the signs of life
 /// While the controller hangs, its outputs are written again and again: an endless loop may still write them.
 constexpr DWORD kAgain = 100;
-constexpr DWORD kPatience = 80; // for a device that takes bytes
 /// After the controller's end, a failed output is tried again at this interval, for this time.
 constexpr DWORD kRetry = 10;
 constexpr DWORD kLongestEnd = 2000;
@@ -52,7 +51,7 @@ DWORD Guard::carryOut(Request& request) {
         return 0;
     case Kind::GuardSerial:
         forgetPort();
-        serial_ = reinterpret_cast<HANDLE>(static_cast<std::uintptr_t>(request.handle));
+        serial_.hold(reinterpret_cast<HANDLE>(static_cast<std::uintptr_t>(request.handle)));
         takeOff(request);
         return 0;
     case Kind::ForgetPort:
@@ -82,7 +81,7 @@ DWORD Guard::guardBoard(const Request& request) {
                                      FILE_FLAG_OVERLAPPED, nullptr);
     if (board == INVALID_HANDLE_VALUE) return GetLastError();
     forgetBoard();
-    board_ = board;
+    board_.hold(board);
     return 0;
 }
 
@@ -92,14 +91,12 @@ void Guard::takeOff(const Request& request) {
 }
 
 void Guard::forgetPort() {
-    if (serial_) CloseHandle(serial_);
-    serial_ = nullptr;
+    serial_.hold(nullptr);
     address_ = 0;
 }
 
 void Guard::forgetBoard() {
-    if (board_) CloseHandle(board_);
-    board_ = nullptr;
+    board_.hold(nullptr);
     card_ = -1;
 }
 
@@ -118,26 +115,17 @@ void Guard::lookAtSilence() {
 bool Guard::switchOff() {
     // The port first: nothing there can keep this waiting.
     if (address_ != 0) ports_.write(address_, off_[0]);
-    const bool serialOff = !serial_ || write(serial_, static_cast<const std::uint8_t*>(off_), offSize_);
-    const bool boardOff =
-        !board_ || write(board_, static_cast<const std::uint8_t*>(kBoardOff), sizeof kBoardOff);
+    serial_.send(static_cast<const std::uint8_t*>(off_), offSize_);
+    board_.send(static_cast<const std::uint8_t*>(kBoardOff), sizeof kBoardOff);
+    const bool serialOff = serial_.finish();
+    const bool boardOff = board_.finish();
     const bool cardOff = card_ < 0 || boards_.switchOff(card_) == 0;
     return serialOff && boardOff && cardOff;
 }
 
-bool Guard::write(HANDLE device, const std::uint8_t* bytes, DWORD size) const {
-    OVERLAPPED state{};
-    state.hEvent = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    bool done = WriteFile(device, bytes, size, nullptr, &state) || GetLastError() == ERROR_IO_PENDING;
-    if (done && WaitForSingleObject(state.hEvent, kPatience) != WAIT_OBJECT_0) CancelIoEx(device, &state);
-    DWORD written = 0;
-    done = done && GetOverlappedResult(device, &state, &written, TRUE) && written == size;
-    CloseHandle(state.hEvent);
-    return done;
-}
-
 void Guard::end() {
-    for (DWORD waited = 0; !switchOff() && waited < kLongestEnd; waited += kRetry)
+    const ULONGLONG latest = GetTickCount64() + kLongestEnd;
+    while (!switchOff() && GetTickCount64() < latest)
         Sleep(kRetry);
     ExitProcess(0);
 }

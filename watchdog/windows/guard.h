@@ -1,5 +1,6 @@
 #pragma once
 
+#include "watchdog/windows/byte_device.h"
 #include "watchdog/windows/libraries.h"
 #include "watchdog/windows/shared.h"
 
@@ -25,7 +26,6 @@ class Guard {
 
     /// All of what is guarded goes off. Returns false when a device does not take it.
     bool switchOff();
-    bool write(HANDLE device, const std::uint8_t* bytes, DWORD size) const;
 
     Inherited inherited_;
     Shared& shared_;
@@ -33,10 +33,10 @@ class Guard {
 
     PortLibrary ports_;
     unsigned address_ = 0; // 0: none
-    HANDLE serial_ = nullptr;
+    ByteDevice serial_;
     std::uint8_t off_[kMostBytes] = {}; // of the port
     DWORD offSize_ = 0;
-    HANDLE board_ = nullptr;
+    ByteDevice board_;
     BoardLibrary boards_;
     long card_ = -1; // through the library; -1: none
 };

@@ -1,5 +1,7 @@
 #include "platform/windows/outside/end_requests.h"
 
+#include "platform/windows/console.h"
+
 #include <mutex>
 #include <utility>
 
@@ -25,6 +27,7 @@ State& state() {
 } // namespace
 
 EndRequests::EndRequests() {
+    joinConsole(); // Ctrl+C comes through it
     ResetEvent(state().done);
     SetConsoleCtrlHandler(consoleEvent, TRUE);
 }

@@ -10,6 +10,8 @@ namespace windows_ports {
 
 namespace {
 
+constexpr DWORD kLastBytes = 200; // milliseconds
+
 std::string whyNotOpened(DWORD error) {
     switch (error) {
     case ERROR_FILE_NOT_FOUND:
@@ -29,8 +31,7 @@ std::string whyNotOpened(DWORD error) {
 } // namespace
 
 SerialPort::SerialPort(const std::string& device, int baud)
-    : written_(CreateEventW(nullptr, TRUE, TRUE, nullptr)),
-      read_(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
+    : read_(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
       wake_(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {
     // The prefix is needed from COM10 on.
     port_ = Handle(CreateFileW((L"\\\\.\\" + wide(device)).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
@@ -60,25 +61,25 @@ SerialPort::SerialPort(const std::string& device, int baud)
 
 SerialPort::~SerialPort() {
     if (!port_) return;
-    CancelIoEx(port_.get(), nullptr);
-    if (writing()) WaitForSingleObject(written_.get(), INFINITE);
-}
-
-bool SerialPort::writing() {
-    return WaitForSingleObject(written_.get(), 0) != WAIT_OBJECT_0;
+    // The last bytes may switch coils off.
+    if (write_->settled(kLastBytes)) return;
+    CancelIoEx(port_.get(), &write_->state);
+    // A driver that hangs may still read there.
+    if (!write_->settled(kLastBytes)) static_cast<void>(write_.release());
 }
 
 std::size_t SerialPort::write(std::span<const std::uint8_t> bytes) {
-    if (bytes.empty() || writing()) return 0;
+    if (bytes.empty() || !write_->settled(0)) return 0;
     DWORD size = 0;
-    if (!writes_.empty() && !GetOverlappedResult(port_.get(), &write_, &size, FALSE)) failGone();
-    writes_.assign(bytes.begin(), bytes.end());
-    write_ = {};
-    write_.hEvent = written_.get();
-    if (!WriteFile(port_.get(), writes_.data(), static_cast<DWORD>(writes_.size()), nullptr, &write_) &&
+    if (!write_->bytes.empty() && !GetOverlappedResult(port_.get(), &write_->state, &size, FALSE)) failGone();
+    write_->bytes.assign(bytes.begin(), bytes.end());
+    write_->state = {};
+    write_->state.hEvent = write_->done.get();
+    if (!WriteFile(port_.get(), write_->bytes.data(), static_cast<DWORD>(bytes.size()), nullptr,
+                   &write_->state) &&
         GetLastError() != ERROR_IO_PENDING) {
-        SetEvent(written_.get());
-        writes_.clear();
+        SetEvent(write_->done.get());
+        write_->bytes.clear();
         failGone();
     }
     return bytes.size();

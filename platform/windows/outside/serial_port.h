@@ -3,6 +3,7 @@
 #include "platform/serial_port.h"
 #include "platform/windows/outside/handle.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -25,13 +26,19 @@ class SerialPort : public platform::SerialPort {
     HANDLE handle() const { return port_.get(); }
 
   private:
-    /// Whether the last write is still under way.
-    bool writing();
+    /// What is under way, or was last.
+    struct Write {
+        Handle done{CreateEventW(nullptr, TRUE, TRUE, nullptr)};
+        OVERLAPPED state{};
+        std::vector<std::uint8_t> bytes;
+        bool settled(DWORD patience) const {
+            return WaitForSingleObject(done.get(), patience) == WAIT_OBJECT_0;
+        }
+    };
 
     Handle port_;
-    Handle written_, read_, wake_; // events
-    OVERLAPPED write_{};
-    std::vector<std::uint8_t> writes_; // what is under way
+    Handle read_, wake_; // events
+    std::unique_ptr<Write> write_ = std::make_unique<Write>();
 };
 
 /// The names of the COM ports of this computer, "COM3", with what the system calls them.

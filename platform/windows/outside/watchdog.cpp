@@ -17,6 +17,10 @@ namespace {
 using watchdog::Kind;
 using watchdog::Request;
 
+/// A watchdog that lived for less has not done its work; so many of these in a row, and it is given up.
+constexpr std::chrono::seconds kShortLife{1};
+constexpr int kShortLivesInARow = 3;
+
 /// What the system's handler for crashes needs, and nothing else that a crash may have harmed.
 std::atomic<watchdog::Shared*> crashShared = nullptr;
 std::atomic<HANDLE> crashEvent = nullptr;
@@ -30,39 +34,50 @@ LONG WINAPI onCrash(EXCEPTION_POINTERS* /*what*/) noexcept {
     return EXCEPTION_CONTINUE_SEARCH;
 }
 
+void ask(WatchdogProcess& process, const Request& request, const std::string& device) {
+    const DWORD error = process.ask(request);
+    if (error == 0) return;
+    throw runtime::ObjectError("The watchdog cannot guard " + device + ": " +
+                               (error == ERROR_TIMEOUT       ? "it does not answer"
+                                : error == ERROR_BROKEN_PIPE ? "it has ended"
+                                                             : reason(error)));
+}
+
 } // namespace
+
+void Watchdog::Port::guardedBy(WatchdogProcess& process) const {
+    Request request{.kind = serial ? Kind::GuardSerial : Kind::GuardAddress};
+    request.size = static_cast<std::uint32_t>(std::min(off.size(), watchdog::kMostBytes));
+    std::copy_n(off.begin(), request.size, static_cast<std::uint8_t*>(request.off));
+    request.address = address;
+    if (serial) request.handle = reinterpret_cast<std::uintptr_t>(process.share(serial));
+    ask(process, request,
+        serial ? "the board on the serial port" : "the printer port at " + runtime::hexText(address, "0x"));
+}
+
+void Watchdog::Board::guardedBy(WatchdogProcess& process) const {
+    Request request{.kind = Kind::GuardBoard};
+    const std::wstring name = wide(path);
+    if (name.size() >= watchdog::kLongestPath)
+        throw runtime::ObjectError(path + ": " + reason(ERROR_FILENAME_EXCED_RANGE));
+    std::ranges::copy(name, static_cast<wchar_t*>(request.path));
+    request.card = static_cast<std::uint32_t>(card);
+    ask(process, request, "the K8055 board");
+}
 
 std::filesystem::path Watchdog::installedProgram() {
     return programFolder() / "twinstep-watchdog.exe";
 }
 
 Watchdog::Watchdog(std::filesystem::path program) : program_(std::move(program)) {
-    start();
+    follow(start());
+    standBy();
     SetUnhandledExceptionFilter(onCrash);
 }
 
 Watchdog::~Watchdog() {
     SetUnhandledExceptionFilter(nullptr);
     crashShared = nullptr;
-}
-
-void Watchdog::start() {
-    auto process = std::make_unique<WatchdogProcess>(program_);
-    process->beat(engineRuns_);
-    crashShared = nullptr;
-    trippedWait_.reset();
-    endWait_.reset();
-    process_ = std::move(process);
-    crashEvent = process_->requestEvent();
-    crashShared = &process_->shared();
-    trippedWait_ = std::make_unique<Wait>(
-        mailbox_, process_->tripped(),
-        [this] {
-            if (tripped_) tripped_();
-        },
-        false);
-    endWait_ = std::make_unique<Wait>(
-        mailbox_, process_->process(), [this] { ended(); }, true);
 }
 
 void Watchdog::guardPortAddress(unsigned address, std::uint8_t off) {
@@ -94,41 +109,23 @@ void Watchdog::forgetBoard() {
     forget(Kind::ForgetBoard);
 }
 
-void Watchdog::require(const Port& port) {
+template <class Device>
+void Watchdog::require(const Device& device) {
     if (!process_) replace();
-    Request request{.kind = port.serial ? Kind::GuardSerial : Kind::GuardAddress};
-    const std::size_t size = std::min(port.off.size(), watchdog::kMostBytes);
-    std::copy_n(port.off.begin(), size, static_cast<std::uint8_t*>(request.off));
-    request.size = static_cast<std::uint32_t>(size);
-    request.address = port.address;
-    if (port.serial) request.handle = reinterpret_cast<std::uintptr_t>(process_->share(port.serial));
-    require(request, port.serial ? "the board on the serial port"
-                                 : "the printer port at " + runtime::hexText(port.address, "0x"));
-}
-
-void Watchdog::require(const Board& board) {
-    Request request{.kind = Kind::GuardBoard};
-    const std::wstring path = wide(board.path);
-    if (path.size() >= watchdog::kLongestPath)
-        throw runtime::ObjectError(board.path + ": " + reason(ERROR_FILENAME_EXCED_RANGE));
-    std::ranges::copy(path, static_cast<wchar_t*>(request.path));
-    request.card = static_cast<std::uint32_t>(board.card);
-    require(request, "the K8055 board");
-}
-
-void Watchdog::require(const Request& request, const std::string& device) {
-    if (!process_) replace();
-    const DWORD error = process_->ask(request);
-    if (error == 0) return;
-    throw runtime::ObjectError("The watchdog cannot guard " + device + ": " +
-                               (error == ERROR_TIMEOUT       ? "it does not answer"
-                                : error == ERROR_BROKEN_PIPE ? "it has ended"
-                                                             : reason(error)));
+    device.guardedBy(*process_);
+    if (!reserve_) return;
+    try {
+        device.guardedBy(*reserve_);
+    } catch (const runtime::ObjectError&) { // One that does not guard the same must not stand by.
+        reserve_->kill();
+    }
 }
 
 void Watchdog::forget(Kind kind) {
     // One that cannot be told must not keep the device: its end frees it, and the next one does not take it.
-    if (process_ && process_->ask({.kind = kind}) != 0) process_->kill();
+    for (const auto* process : {&process_, &reserve_}) {
+        if (*process && (*process)->ask({.kind = kind}) != 0) (*process)->kill();
+    }
 }
 
 void Watchdog::beat(bool engineRuns) {
@@ -141,6 +138,7 @@ void Watchdog::beat(bool engineRuns) {
             if (!process_) ended();
         });
     }
+    if (reserveWanted_ && !engineRuns) standBy();
 }
 
 void Watchdog::watch(std::function<void()> tripped, std::function<void(const std::string&)> unguarded) {
@@ -156,14 +154,66 @@ void Watchdog::ended() {
     }
 }
 
+void Watchdog::countShortLife() {
+    shortLives_ = Clock::now() - started_ < kShortLife ? shortLives_ + 1 : 0;
+}
+
 void Watchdog::replace() {
     crashShared = nullptr;
     trippedWait_.reset();
     endWait_.reset();
+    reserveWait_.reset();
+    if (process_) countShortLife();
     process_.reset();
-    start();
-    if (port_) require(*port_);
-    if (board_) require(*board_);
+    if (shortLives_ >= kShortLivesInARow) {
+        shortLives_ = 0;
+        reserve_.reset();
+        throw runtime::ObjectError("The watchdog " + program_.string() + " ends again and again");
+    }
+    follow(reserve_ ? std::move(reserve_) : start());
+    standBy();
+}
+
+std::unique_ptr<WatchdogProcess> Watchdog::start() {
+    auto process = std::make_unique<WatchdogProcess>(program_);
+    started_ = Clock::now();
+    if (port_) port_->guardedBy(*process);
+    if (board_) board_->guardedBy(*process);
+    return process;
+}
+
+void Watchdog::follow(std::unique_ptr<WatchdogProcess> process) {
+    process_ = std::move(process);
+    process_->beat(engineRuns_);
+    crashEvent = process_->requestEvent();
+    crashShared = &process_->shared();
+    trippedWait_ = std::make_unique<Wait>(
+        mailbox_, process_->tripped(),
+        [this] {
+            if (tripped_) tripped_();
+        },
+        false);
+    endWait_ = std::make_unique<Wait>(
+        mailbox_, process_->process(), [this] { ended(); }, true);
+}
+
+void Watchdog::standBy() {
+    reserveWait_.reset();
+    reserve_.reset();
+    // Starting a process may take seconds, and engines step on this thread.
+    reserveWanted_ = engineRuns_;
+    if (reserveWanted_ || shortLives_ >= kShortLivesInARow) return;
+    try {
+        reserve_ = start();
+        reserveWait_ = std::make_unique<Wait>(
+            mailbox_, reserve_->process(),
+            [this] {
+                countShortLife();
+                standBy();
+            },
+            true);
+    } catch (const runtime::ObjectError&) { // The first one guards, and is replaced as soon as it ends.
+    }
 }
 
 } // namespace windows_ports

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <gtest/gtest.h>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -16,16 +17,17 @@
 int runSubject(const std::string& end);
 int runSerialSubject();
 
-/// The process of a watchdog; 0 if there is none.
-inline DWORD watchdogProcess() {
+/// The processes of watchdogs.
+inline std::set<DWORD> watchdogProcesses() {
+    std::set<DWORD> found;
     const windows_ports::Handle all(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
     PROCESSENTRY32W entry{};
     entry.dwSize = sizeof entry;
     for (BOOL more = Process32FirstW(all.get(), &entry); more; more = Process32NextW(all.get(), &entry)) {
         if (std::wstring_view(static_cast<const wchar_t*>(entry.szExeFile)) == L"twinstep-watchdog.exe")
-            return entry.th32ProcessID;
+            found.insert(entry.th32ProcessID);
     }
-    return 0;
+    return found;
 }
 
 /// This program once more, as the controller of a port whose coil is on; see runSubject.
@@ -48,11 +50,11 @@ class Subject {
     }
     Subject(const Subject&) = delete;
     Subject& operator=(const Subject&) = delete;
-    /// Waits until its watchdog writes no more.
+    /// Waits until its watchdogs write no more.
     ~Subject() {
         terminate();
         WaitForSingleObject(process_.get(), INFINITE);
-        EXPECT_TRUE(pumpUntil([] { return watchdogProcess() == 0; }));
+        EXPECT_TRUE(pumpUntil([] { return watchdogProcesses().empty(); }));
     }
     bool coilWasOn() const {
         return pumpUntil([] { return FakeDevices::instance().wasLit != 0; });

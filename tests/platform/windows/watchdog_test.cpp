@@ -6,6 +6,7 @@
 #include "tests/platform/windows/pump.h"
 #include "tests/platform/windows/subject.h"
 
+#include <algorithm>
 #include <chrono>
 #include <gtest/gtest.h>
 #include <iostream>
@@ -42,6 +43,14 @@ TEST(Watchdog, SwitchesOffWhileTheProgramHangs) {
     EXPECT_TRUE(subject.runs());
 }
 
+void terminate(const std::set<DWORD>& processes) {
+    for (const DWORD number : processes) {
+        const Handle process(OpenProcess(PROCESS_TERMINATE, FALSE, number));
+        ASSERT_TRUE(process);
+        TerminateProcess(process.get(), 1);
+    }
+}
+
 TEST(Watchdog, IsReplacedWhereItEnds) {
     windows_ports::Watchdog watchdog;
     FakeDevices& devices = FakeDevices::instance();
@@ -49,16 +58,33 @@ TEST(Watchdog, IsReplacedWhereItEnds) {
     watchdog.guardPortAddress(0x378, kOff);
     std::string unguarded;
     watchdog.watch([] {}, [&](const std::string& why) { unguarded = why; });
-    const DWORD first = watchdogProcess();
-    const Handle process(OpenProcess(PROCESS_TERMINATE, FALSE, first));
-    ASSERT_TRUE(process);
-    TerminateProcess(process.get(), 1);
-    EXPECT_TRUE(pumpUntil([&] { return watchdogProcess() != 0 && watchdogProcess() != first; }));
-    EXPECT_EQ(unguarded, "");
-    port.clearBit(0);
-    EXPECT_EQ(devices.port, kCoilOn);
-    watchdog.beat(true);
-    EXPECT_TRUE(goesOff("silent, guarded by the second")); // nothing beats here
+    // Each of the two, the other one, and both at once.
+    for (int round = 0; round < 3; ++round) {
+        const std::set<DWORD> before = watchdogProcesses();
+        ASSERT_EQ(before.size(), 2U);
+        const std::set<DWORD> ends =
+            round == 2 ? before : std::set<DWORD>{round == 0 ? *before.begin() : *before.rbegin()};
+        terminate(ends);
+        EXPECT_TRUE(pumpUntil([&] {
+            const std::set<DWORD> now = watchdogProcesses();
+            return now.size() == 2 &&
+                   std::ranges::none_of(ends, [&](DWORD one) { return now.contains(one); });
+        }));
+        EXPECT_EQ(unguarded, "");
+        port.clearBit(0);
+        EXPECT_EQ(devices.port, kCoilOn);
+        watchdog.beat(true);
+        EXPECT_TRUE(goesOff("silent, guarded by another one")); // nothing beats here
+        watchdog.beat(false);
+    }
+}
+
+TEST(Watchdog, ThatStandsBySwitchesOffWhereTheFirstEndsWithTheProgram) {
+    const Subject subject("wait");
+    ASSERT_TRUE(subject.coilWasOn());
+    terminate({*watchdogProcesses().begin()});
+    subject.terminate();
+    EXPECT_TRUE(goesOff("terminated with one watchdog"));
 }
 
 } // namespace
