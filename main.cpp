@@ -11,6 +11,7 @@
 #include "ui/window_place.h"
 
 #include <QApplication>
+#include <QStyle>
 #include <cstdlib>
 #include <string>
 
@@ -92,6 +93,9 @@ int run(int argc, char** argv, const app::Options& options) {
     const auto usualHandler = qInstallMessageHandler(ui::tellOfNoDisplay);
     QApplication application(argc, argv);
     qInstallMessageHandler(usualHandler);
+    // The window is the same on every system; the toolkit's styles for Windows draw its sliders and boxes
+    // otherwise.
+    if (QApplication::style()->name().startsWith("windows")) QApplication::setStyle("Fusion");
     QApplication::setApplicationName("twinstep");
     QApplication::setWindowIcon(QIcon::fromTheme("twinstep"));
     QApplication::setApplicationVersion(app::kVersion.data());

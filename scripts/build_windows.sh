@@ -14,7 +14,7 @@ if [[ ${1:-} == --without-window ]]; then
     settings+=(-DTWINSTEP_WINDOW=OFF)
 else
     build_windows_qt
-    settings+=(-DTWINSTEP_WINDOW=ON -DQt6_DIR="$(windows_qt_folder)/lib/cmake/Qt6")
+    settings+=(-DTWINSTEP_WINDOW=ON -DCMAKE_PREFIX_PATH="$(windows_qt_folder)")
 fi
 configure_preset windows "${settings[@]}"
 cmake --build --preset windows >&2
@@ -25,7 +25,7 @@ package=build/windows/package
 stage=$package/Twinstep
 rm -rf "$package"
 mkdir -p "$stage/assets" "$stage/licences/qt"
-cp build/windows/program/{twinstep,twinstep-watchdog,twinstep-bridge}.exe "$stage"
+cp build/windows/program/{twinstep,twinstep-watchdog}.exe build/windows/bridge/twinstep-bridge.exe "$stage"
 cp -r docs README.md "$stage"
 cp -r assets/sounds "$stage/assets"
 cp assets/twinstep.ico "$package"

@@ -27,15 +27,21 @@ std::filesystem::path path(const QString& text) {
 /// In the order of the help.
 struct Words {
     const QCommandLineOption directory{
-        "directory", "Folder that holds save.cfg and twinstep.ini (default: the current folder).", "DIR"};
-    const QCommandLineOption userData{"user-data", "Keep save.cfg and twinstep.ini in your data folder, "
-                                                   "mostly ~/.local/share/twinstep, made when missing; the "
-                                                   "entry in the desktop's menu does so."};
+        "directory",
+        "Folder that holds save.cfg and twinstep.ini (default: the current folder; on Windows your data "
+        "folder, or the program's own where a file \"portable\" is in it).",
+        "DIR"};
+    const QCommandLineOption userData{"user-data",
+                                      "Keep save.cfg and twinstep.ini in your data folder, "
+                                      "mostly ~/.local/share/twinstep, on Windows "
+                                      "%LOCALAPPDATA%\\twinstep, made when missing; the entry in "
+                                      "the desktop's menu does so."};
     const QCommandLineOption port{
         "port",
         "Where the outputs go: simulated, a printer port /dev/parportN, an I/O address such as 0x378, an "
         "Arduino firmata:DEVICE[:PINS][:BAUD], pins gpio:CHIP[:LINES], or auto (default: auto, which is "
-        "/dev/parport0 where it can be claimed, else simulated).",
+        "/dev/parport0 where it can be claimed, on Windows 0x378 where inpoutx64.dll is beside the program, "
+        "else simulated).",
         "PORT"};
     const QCommandLineOption coilsOn{
         "coils-on",
@@ -60,7 +66,7 @@ struct Words {
     const QCommandLineOption bridge{
         "bridge",
         "Where twinstep-bridge runs, beside Ham Radio Deluxe, Logger32, Orbitron or SatPC32 (default: "
-        "127.0.0.1:7380).",
+        "127.0.0.1:7380; on Windows none is needed for programs on the same computer).",
         "HOST[:PORT]"};
     const QCommandLineOption rigctld{
         "rigctld",

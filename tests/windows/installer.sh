@@ -5,8 +5,10 @@ set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
-local_data=$(wine cmd /c 'echo %LOCALAPPDATA%' 2>/dev/null | tr -d '\r')
-local_data=$(winepath -u "$local_data")
+# folder VARIABLE: of the user, in the present prefix.
+folder() { wine cmd /c "echo %$1%" 2>/dev/null | tr -d '\r'; }
+
+local_data=$(winepath -u "$(folder LOCALAPPDATA)")
 program=$local_data/Programs/Twinstep
 settings=$local_data/twinstep
 
@@ -28,7 +30,7 @@ runs_in() {
 echo "The installer"
 wine build/windows/twinstep-*-setup.exe /S
 [[ -f $program/twinstep.exe && -f $program/uninstall.exe ]]
-runs_in "$settings" wine start /wait "C:\\users\\$USER\\AppData\\Roaming\\Microsoft\\Windows\\Start Menu\\Programs\\Twinstep\\Twinstep.lnk"
+runs_in "$settings" wine start /wait "$(folder APPDATA)\\Microsoft\\Windows\\Start Menu\\Programs\\Twinstep\\Twinstep.lnk"
 
 echo "The zip"
 stick=$WINEPREFIX/drive_c/stick

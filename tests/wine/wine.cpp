@@ -50,6 +50,7 @@ Wine::Wine(const QString& programs) : programs_(QDir(programs).absolutePath()) {
     environment_.insert("WINEDEBUG", "-all");
     environment_.insert("WINEDLLOVERRIDES", "mscoree,mshtml="); // neither is needed, nor asked for
     environment_.insert("LANG", "C.UTF-8");
+    environment_.insert("QT_QPA_GENERIC_PLUGINS", "hand"); // in Twinstep itself
     run("wine", {"wineboot", "--init"}, kMakingMilliseconds);
     if (!QFileInfo::exists(folder.filePath("prefix/drive_c/windows/system32/user32.dll")))
         throw problem("wineboot made no prefix in " + folder.filePath("prefix"));

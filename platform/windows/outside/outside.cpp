@@ -1,5 +1,5 @@
-// The program's outside on Windows. This file and devices.* belong to the program and not to a library: they
-// choose the adapters, including those of the toolkit.
+// The program's outside on Windows. This file belongs to the program and not to a library: it chooses the
+// adapters, including those of the toolkit.
 
 #include "app/outside.h"
 
