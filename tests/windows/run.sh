@@ -42,6 +42,9 @@ if [[ $with_window ]]; then
     export DISPLAY=:$number
 fi
 wine wineboot --init 2>/dev/null
+# A desktop of Wine's own, which gives the focus to windows as Windows does.
+wine reg add 'HKCU\Software\Wine\Explorer' /v Desktop /d Default /f >/dev/null 2>&1
+wine reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default /d 1400x1000 /f >/dev/null 2>&1
 wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Debugger /d none /f >/dev/null 2>&1
 
 echo "The core's tests as a Windows program"
@@ -59,6 +62,7 @@ run_under_wine build/windows-window.log wine build/windows/tests/twinstep_ui_tes
 tests/windows/installer.sh
 
 echo "The program in front of station programs in its own prefix"
+cmake --build --preset windows --target station_programs >&2
 build_preset tests --target twinstep_wine_tests
-QT_QPA_PLATFORM=offscreen build/tests/tests/wine/twinstep_wine_tests build/windows/bridge \
-    --gtest_filter='WindowsProgramTest.*'
+QT_QPA_PLATFORM=offscreen run_under_wine build/windows-program.log build/tests/tests/wine/twinstep_wine_tests \
+    build/windows/bridge --gtest_filter='WindowsProgramTest.*'

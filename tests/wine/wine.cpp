@@ -8,7 +8,6 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 #include <QTimer>
-#include <csignal>
 #include <gtest/gtest.h>
 #include <iostream>
 #include <stdexcept>
@@ -50,7 +49,9 @@ Wine::Wine(const QString& programs) : programs_(QDir(programs).absolutePath()) {
     environment_.insert("WINEDEBUG", "-all");
     environment_.insert("WINEDLLOVERRIDES", "mscoree,mshtml="); // neither is needed, nor asked for
     environment_.insert("LANG", "C.UTF-8");
-    environment_.insert("QT_QPA_GENERIC_PLUGINS", "hand"); // in Twinstep itself
+    // A variable of this name reaches a Windows program without "WINE", and none of a Linux program's Qt
+    // does.
+    environment_.insert("WINEQT_QPA_GENERIC_PLUGINS", "hand");
     run("wine", {"wineboot", "--init"}, kMakingMilliseconds);
     if (!QFileInfo::exists(folder.filePath("prefix/drive_c/windows/system32/user32.dll")))
         throw problem("wineboot made no prefix in " + folder.filePath("prefix"));
@@ -170,10 +171,6 @@ void WindowsProgram::kill() {
     if (process_.state() == QProcess::NotRunning) return;
     process_.kill();
     process_.waitForFinished();
-}
-
-void WindowsProgram::signal(int number) const {
-    ::kill(static_cast<pid_t>(process_.processId()), number);
 }
 
 bool waitFor(const std::function<bool()>& condition, int milliseconds) {

@@ -54,8 +54,6 @@ class WindowsProgram {
     bool ends();
     /// As `kill -9` does.
     void kill();
-    /// SIGINT is Ctrl+C for it.
-    void signal(int number) const;
 
   private:
     std::string find(const std::string& what, const std::function<bool(const std::string&)>& fits);
