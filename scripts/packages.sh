@@ -16,7 +16,7 @@ bridge_packages=(build-essential cmake ninja-build g++-mingw-w64-x86-64-posix)
 # The core and the adapters for Windows, whose libraries are built from Debian's sources.
 windows_packages=("${bridge_packages[@]}" dpkg-dev qt6-base-dev qt6-base-dev-tools libhidapi-dev googletest nsis)
 # The tests under Wine; 64 bits are enough.
-wine_packages=("${test_packages[@]}" "${windows_packages[@]}" wine wine64 fonts-wine)
+wine_packages=("${test_packages[@]}" "${windows_packages[@]}" wine wine64)
 # To draw the icon of the bridge anew.
 icon_packages=(librsvg2-bin imagemagick)
 # The benchmarks.
