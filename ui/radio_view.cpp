@@ -113,10 +113,9 @@ void RadioView::layOutRecall(form::Form1& form, Adapters& adapters) {
         return label;
     };
     grid->addWidget(
-        adapters.checkBox(
-            form.chkAutoMemOnOff,
-            {"Automatic recall",
-             "Recalls the first memory whose label fits the frequency, once the frequency rests.", "Alt+U"}),
+        adapters.checkBox(form.chkAutoMemOnOff,
+                          {"Automatic recall",
+                           "Recalls the first memory whose label fits, once the frequency rests.", "Alt+U"}),
         0, 0);
     grid->addWidget(state(form.lblAutoMemOnOff,
                           {"Recall mode", "Whether memories are recalled by the radio or by hand."},
