@@ -16,7 +16,7 @@ constexpr int kMargin = 16;
 constexpr double kCorner = 8;
 constexpr double kPointShare = 0.5; // the point's cell, in digits
 constexpr int kRoomy = 80;          // logical pixels of a display's height
-constexpr double kMovementSize = 1.4;
+constexpr double kMovementSize = 1.25;
 
 /// Whole pixels, so that every cell is painted alike.
 int digitWidth(const QFontMetricsF& metrics) {
