@@ -328,6 +328,7 @@ void Controller::Subsystems::mnuAssistant_Click() {
     assistant.source = [this] { return sources.chosen(); };
     assistant.onMove = [this](const engine::Side& side) {
         leaveMemory();
+        slots.subResetPressedMem(); // fast store must not take the place of a trial
         side.lblUso.Caption = "Manual";
     };
     assistant.changes = [this] { return undo.changes(); };

@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QGridLayout>
 #include <QStackedLayout>
+#include <QTimer>
 
 namespace ui {
 
@@ -49,7 +50,10 @@ class Pages : public QObject {
         for (QWidget* widget : page->findChildren<QWidget*>()) {
             if (!widget->isEnabled() || widget->isHidden() || !(widget->focusPolicy() & Qt::TabFocus))
                 continue;
-            widget->setFocus(Qt::TabFocusReason); // selects an entry's text
+            widget->setFocus();
+            // Its text may be drawn after the page.
+            if (auto* entry = qobject_cast<QLineEdit*>(widget))
+                QTimer::singleShot(0, entry, &QLineEdit::selectAll);
             return;
         }
     }
