@@ -9,7 +9,6 @@
 using ::testing::AnyOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::SizeIs;
 
 /// Lines that stay at 1 when nobody holds them any more.
 constexpr const char* kPulledUp = "gpio:gpiochip0:1,2,3,4,5,6,7,8";

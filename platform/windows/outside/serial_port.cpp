@@ -15,7 +15,7 @@ constexpr DWORD kLastBytes = 200; // milliseconds
 std::string whyNotOpened(DWORD error) {
     switch (error) {
     case ERROR_FILE_NOT_FOUND:
-        return "there is no such port; is the board plugged in?";
+        return "there is no such port: plug the board in";
     case ERROR_ACCESS_DENIED:
     case ERROR_SHARING_VIOLATION:
         return "another program has it; end that program";
