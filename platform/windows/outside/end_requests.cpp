@@ -42,14 +42,15 @@ EndRequests::~EndRequests() {
 void EndRequests::deliver(std::function<void()> end) {
     const std::lock_guard lock(state().mutex);
     state().post = [slot = mailbox_.slot(), end = std::move(end)] { slot.post(end); };
-    if (std::exchange(state().asked, false)) state().post();
+    if (std::exchange(state().asked, false)) std::exchange(state().post, nullptr)();
 }
 
 BOOL WINAPI EndRequests::consoleEvent(DWORD event) noexcept {
     {
         const std::lock_guard lock(state().mutex);
-        if (state().post) {
-            state().post();
+        // Once: the user may press Ctrl+C again while the program ends.
+        if (const auto post = std::exchange(state().post, nullptr)) {
+            post();
         } else {
             state().asked = true;
         }
