@@ -13,11 +13,14 @@ KeyRepeat::KeyRepeat(QObject* parent) : QObject(parent) {
 
 bool KeyRepeat::eventFilter(QObject* watched, QEvent* event) {
     const bool press = event->type() == QEvent::KeyPress, release = event->type() == QEvent::KeyRelease;
-    if (delivering_ || !(press || release) || !watched->isWindowType()) return false;
+    if (event == sent_ || !(press || release) || !watched->isWindowType()) return false;
     const auto& key = *static_cast<QKeyEvent*>(event);
     if (press && release_ && key.key() == release_->key() && key.timestamp() == release_->timestamp()) {
         wait_.stop();
         release_.reset();
+        QKeyEvent repeat(key.type(), key.key(), key.modifiers(), key.nativeScanCode(), key.nativeVirtualKey(),
+                         key.nativeModifiers(), key.text(), true);
+        send(repeat);
         return true;
     }
     deliver(); // in their order
@@ -30,11 +33,14 @@ bool KeyRepeat::eventFilter(QObject* watched, QEvent* event) {
 
 void KeyRepeat::deliver() {
     wait_.stop();
-    const std::unique_ptr<QKeyEvent> release = std::move(release_);
-    if (!release || !window_) return;
-    delivering_ = true;
-    QCoreApplication::sendEvent(window_, release.get());
-    delivering_ = false;
+    if (const auto release = std::move(release_)) send(*release);
+}
+
+/// What this opens may take keys until long after.
+void KeyRepeat::send(QKeyEvent& event) {
+    sent_ = &event;
+    if (window_) QCoreApplication::sendEvent(window_, &event);
+    sent_ = nullptr;
 }
 
 } // namespace ui

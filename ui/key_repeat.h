@@ -8,9 +8,9 @@
 
 namespace ui {
 
-/// Hides the repeats of a held key. X11 sends a release and a press of the same time for each; the toolkit
+/// Knows the repeats of a held key. X11 sends a release and a press of the same time for each; the toolkit
 /// knows a release as a repeat only if the press has arrived already. So a release waits a moment for its
-/// press, and both are dropped. Install it on the application.
+/// press: the two together are one repeat. Install it on the application.
 class KeyRepeat : public QObject {
   public:
     static constexpr int kWaitMilliseconds = 10;
@@ -22,11 +22,12 @@ class KeyRepeat : public QObject {
 
   private:
     void deliver();
+    void send(QKeyEvent& event);
 
     QTimer wait_;
     QPointer<QWindow> window_;
     std::unique_ptr<QKeyEvent> release_; // that waits
-    bool delivering_ = false;
+    const QEvent* sent_ = nullptr;
 };
 
 } // namespace ui

@@ -66,7 +66,8 @@ MainWindow::MainWindow(form::Form1& form, form::Boxes& boxes)
     auto* stop = new QShortcut(QKeySequence(Qt::Key_Escape), this);
     stop->setAutoRepeat(false);
     connect(stop, &QShortcut::activated, this, [this] { stopBoth(); });
-    qApp->installEventFilter(new KeyRepeat(this)); // of all windows
+    if (QGuiApplication::platformName() == "xcb")
+        qApp->installEventFilter(new KeyRepeat(this)); // of all windows
 
     form_.onBeep = [] { QApplication::beep(); };
     auto* add = new QShortcut(QKeySequence(Qt::Key_Insert), this);
