@@ -251,7 +251,7 @@ TEST(PlatformDialogs, ASavedFileGetsItsExtensionAndReplacesNoneUnasked) {
         QTest::keyClick(edit, Qt::Key_Return);
     };
     withDialog(save, [&](QWidget& dialog) { choose(dialog, "field.day"); });
-    EXPECT_EQ(answer, folder.filePath("field.day.cfg").toStdString());
+    EXPECT_EQ(answer, QDir::toNativeSeparators(folder.filePath("field.day.cfg")).toStdString());
 
     for (const bool replace : {false, true}) {
         withDialog(save, [&](QWidget& dialog) {
