@@ -45,6 +45,9 @@ wine wineboot --init 2>/dev/null
 # A desktop of Wine's own, which gives the focus to windows as Windows does.
 wine reg add 'HKCU\Software\Wine\Explorer' /v Desktop /d Default /f >/dev/null 2>&1
 wine reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default /d 1400x1000 /f >/dev/null 2>&1
+# The font of the tests on Linux, DejaVu Sans of 12 pixels: a bare prefix has none that a Windows has.
+font=F4FFFFFF$(printf '%024d' 0)90010000$(printf '%014d' 0)22$(printf '%s%084d' 440065006A006100560075002000530061006E007300 0)
+wine reg add 'HKCU\Control Panel\Desktop\WindowMetrics' /v MessageFont /t REG_BINARY /d "$font" /f >/dev/null 2>&1
 wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' /v Debugger /d none /f >/dev/null 2>&1
 
 echo "The core's tests as a Windows program"
