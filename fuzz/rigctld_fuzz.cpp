@@ -35,10 +35,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
     });
 
-    // Whatever was said: a new connection to a real daemon finds the frequency.
+    // Whatever was said: a real daemon that comes after it is asked everything, and tells the frequency.
+    tcp.stopListening(radio::Rigctld::kDefaultPort);
     tcp.drop();
-    clock.advance(20'000);
-    tcp.answer();
+    for (int round = 0; round < 2; ++round) {
+        clock.advance(20'000);
+        tcp.answer();
+        tcp.listen(radio::Rigctld::kDefaultPort);
+    }
     tcp.takeSent();
     for (const char* answer : {"0\n", "7050000\n", "0\nVFOA\n", "1\n"})
         tcp.send(answer);
