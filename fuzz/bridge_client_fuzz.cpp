@@ -1,8 +1,8 @@
 // A bridge that says anything, while links come and go and time passes.
 
 #include "fuzz/script.h"
-#include "platform/linux/bridge_dde_links.h"
-#include "platform/linux/bridge_station_messages.h"
+#include "platform/bridge/dde_links.h"
+#include "platform/bridge/station_messages.h"
 #include "platform/simulated/clock.h"
 #include "platform/simulated/tcp_clients.h"
 
@@ -38,7 +38,7 @@ static_assert(kFirstWord + kWords.size() == kAction);
 /// What the owner of a link relies on.
 class WatchedLink {
   public:
-    void open(linux_ports::BridgeDdeLinks& links, bool leaveInside) {
+    void open(bridge_ports::DdeLinks& links, bool leaveInside) {
         end();
         state_ = State::Asked;
         platform::DdeEvents events;
@@ -77,9 +77,9 @@ class WatchedLink {
 struct Desk {
     simulated::Clock clock;
     simulated::TcpClients tcp;
-    linux_ports::BridgeConnection connection{tcp, clock, "1", {}};
-    linux_ports::BridgeDdeLinks links{connection, clock};
-    linux_ports::BridgeStationMessages station{connection, clock};
+    bridge_ports::Connection connection{tcp, clock, "1", {}};
+    bridge_ports::DdeLinks links{connection, clock};
+    bridge_ports::StationMessages station{connection, clock};
     std::array<WatchedLink, 3> watched;
     const long message = station.registerMessage("Logger32");
     const long form = station.ownWindow("Form1");

@@ -5,7 +5,7 @@
 #include "config/record_file.h"
 #include "config/records.h"
 #include "flood.h"
-#include "platform/linux/bridge_dde_links.h"
+#include "platform/bridge/dde_links.h"
 #include "platform/linux/tcp_servers.h"
 #include "platform/linux/timers.h"
 #include "platform/linux/udp_sockets.h"
@@ -183,8 +183,8 @@ class Program : SimulatedOutside {
     linux_ports::UdpSockets sockets_{watcher_, *linux_ports::parseAddress("127.0.0.1")};
     qt_ports::TcpClients clients_;
     linux_ports::TcpServers servers_{watcher_};
-    linux_ports::BridgeConnection bridge_{clients_, timers_, "bench", {}};
-    linux_ports::BridgeDdeLinks bridgeLinks_{bridge_, timers_};
+    bridge_ports::Connection bridge_{clients_, timers_, "bench", {}};
+    bridge_ports::DdeLinks bridgeLinks_{bridge_, timers_};
     std::optional<app::Controller> controller_;
     std::optional<ui::MainWindow> window_;
 };

@@ -6,9 +6,9 @@
 #include "app/version.h"
 #include "config/hardware_settings.h"
 #include "config/position_slots.h"
+#include "platform/bridge/dde_links.h"
+#include "platform/bridge/station_messages.h"
 #include "platform/devices/chosen_hardware.h"
-#include "platform/linux/bridge_dde_links.h"
-#include "platform/linux/bridge_station_messages.h"
 #include "platform/linux/devices.h"
 #include "platform/linux/position_file.h"
 #include "platform/linux/realtime.h"
@@ -44,7 +44,7 @@ in_addr listenAddress(const HardwareSettings& settings) {
     return *address;
 }
 
-BridgeAddress bridgeAddress(const HardwareSettings& settings) {
+bridge_ports::Address bridgeAddress(const HardwareSettings& settings) {
     const auto endpoint = config::parseEndpoint(settings.bridge, bridge::kPort);
     if (!endpoint) throw runtime::ObjectError("\"" + settings.bridge + "\" is no address of a bridge");
     return {endpoint->host, endpoint->port};
@@ -59,9 +59,9 @@ struct Connections {
     Timers timers;
     UdpSockets udp;
     TcpServers tcpServers;
-    BridgeConnection bridge;
-    BridgeDdeLinks links{bridge, timers};
-    BridgeStationMessages station{bridge, timers};
+    bridge_ports::Connection bridge;
+    bridge_ports::DdeLinks links{bridge, timers};
+    bridge_ports::StationMessages station{bridge, timers};
 };
 
 /// Every access to the outputs, recorded.

@@ -2,8 +2,8 @@
 
 #include "app/controller.h"
 #include "config/records.h"
-#include "platform/linux/bridge_dde_links.h"
-#include "platform/linux/bridge_station_messages.h"
+#include "platform/bridge/dde_links.h"
+#include "platform/bridge/station_messages.h"
 #include "platform/linux/timers.h"
 #include "platform/qt/fd_watcher.h"
 #include "platform/qt/tcp_clients.h"
@@ -74,9 +74,9 @@ class StationWindow : public ::testing::Test {
     qt_ports::FdWatcher watcher_;
     linux_ports::Timers timers_{watcher_};
     qt_ports::TcpClients tcp_;
-    linux_ports::BridgeConnection connection_{tcp_, timers_, "1.0.0", {"127.0.0.1", port}};
-    linux_ports::BridgeDdeLinks links_{connection_, timers_};
-    linux_ports::BridgeStationMessages station_{connection_, timers_};
+    bridge_ports::Connection connection_{tcp_, timers_, "1.0.0", {"127.0.0.1", port}};
+    bridge_ports::DdeLinks links_{connection_, timers_};
+    bridge_ports::StationMessages station_{connection_, timers_};
     std::unique_ptr<app::Controller> controller_;
     std::unique_ptr<ui::MainWindow> window_;
 };

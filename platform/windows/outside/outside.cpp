@@ -6,9 +6,9 @@
 #include "app/version.h"
 #include "config/hardware_settings.h"
 #include "config/position_slots.h"
+#include "platform/bridge/dde_links.h"
+#include "platform/bridge/station_messages.h"
 #include "platform/devices/chosen_hardware.h"
-#include "platform/linux/bridge_dde_links.h"
-#include "platform/linux/bridge_station_messages.h"
 #include "platform/qt/settings_file.h"
 #include "platform/qt/start_folder.h"
 #include "platform/trace/traced_outputs.h"
@@ -48,7 +48,7 @@ std::filesystem::path usualFolder() {
     return std::filesystem::exists(beside / kPortable, error) ? beside : qt_ports::userDataFolder();
 }
 
-linux_ports::BridgeAddress bridgeAddress(const HardwareSettings& settings) {
+bridge_ports::Address bridgeAddress(const HardwareSettings& settings) {
     const auto endpoint = config::parseEndpoint(settings.bridge, bridge::kPort);
     if (!endpoint) throw runtime::ObjectError("\"" + settings.bridge + "\" is no address of a bridge");
     return {endpoint->host, endpoint->port};
@@ -68,9 +68,9 @@ struct BridgeLinks {
           station(bridge, timers) {
         bridge.stayConnected(true);
     }
-    linux_ports::BridgeConnection bridge;
-    linux_ports::BridgeDdeLinks links;
-    linux_ports::BridgeStationMessages station;
+    bridge_ports::Connection bridge;
+    bridge_ports::DdeLinks links;
+    bridge_ports::StationMessages station;
 };
 
 /// Clocks and links: what needs the event loop.

@@ -1,7 +1,7 @@
 // The toolkit's TCP clients on real sockets, and the bridge's client over them.
 
-#include "platform/linux/bridge_dde_links.h"
-#include "platform/linux/bridge_station_messages.h"
+#include "platform/bridge/dde_links.h"
+#include "platform/bridge/station_messages.h"
 #include "platform/linux/timers.h"
 #include "platform/qt/tcp_clients.h"
 #include "tests/platform/linux/event_loop.h"
@@ -187,9 +187,9 @@ class BridgeOnSocketsTest : public ::testing::Test {
     int changes = 0;
     linux_ports::Timers timers{loop.watcher};
     qt_ports::TcpClients tcp;
-    linux_ports::BridgeConnection connection{tcp, timers, "9.9", {}};
-    linux_ports::BridgeDdeLinks links{connection, timers};
-    linux_ports::BridgeStationMessages station{connection, timers};
+    bridge_ports::Connection connection{tcp, timers, "9.9", {}};
+    bridge_ports::DdeLinks links{connection, timers};
+    bridge_ports::StationMessages station{connection, timers};
 };
 
 TEST_F(BridgeOnSocketsTest, AnswersWithinASecondAndBringsChangesAtOnce) {

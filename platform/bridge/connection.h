@@ -9,17 +9,17 @@
 #include <string_view>
 #include <vector>
 
-namespace linux_ports {
+namespace bridge_ports {
 
-struct BridgeAddress {
+struct Address {
     std::string host = "127.0.0.1"; // name or address
     int port = bridge::kPort;
-    bool operator==(const BridgeAddress&) const = default;
+    bool operator==(const Address&) const = default;
 };
 
 /// A part of the program that uses the bridge. Of these functions only bridgeSaid may call code outside the
 /// adapters.
-class BridgeUser {
+class User {
   public:
     /// Whether a lost connection must be restored.
     virtual bool wantsBridge() const = 0;
@@ -32,27 +32,27 @@ class BridgeUser {
     virtual bool bridgeSaid(const std::vector<std::string>& fields) = 0;
 
   protected:
-    ~BridgeUser() = default;
+    ~User() = default;
 };
 
 /// The connection to the bridge. It is opened when a user first needs it, then kept, and restored after a
 /// loss as long as a user wants it. No function waits.
-class BridgeConnection {
+class Connection {
   public:
     /// `programVersion` is sent to the bridge.
-    BridgeConnection(platform::TcpClients& tcp, platform::Timers& timers, std::string programVersion,
-                     BridgeAddress address);
-    BridgeConnection(const BridgeConnection&) = delete;
-    BridgeConnection& operator=(const BridgeConnection&) = delete;
-    ~BridgeConnection() = default;
+    Connection(platform::TcpClients& tcp, platform::Timers& timers, std::string programVersion,
+               Address address);
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+    ~Connection() = default;
 
     /// Users are called in the order in which they were added. A user must leave before the connection is
     /// destroyed.
-    void attach(BridgeUser& user);
-    void detach(BridgeUser& user);
+    void attach(User& user);
+    void detach(User& user);
 
     /// Sets another bridge; ends the connection to the old bridge and everything that depends on it.
-    void setAddress(const BridgeAddress& address);
+    void setAddress(const Address& address);
     /// Keeps the connection from now on, even if no user needs it: for an address that the user has entered.
     void stayConnected(bool stay);
 
@@ -81,8 +81,8 @@ class BridgeConnection {
 
     platform::TcpClients& tcp_;
     const std::string programVersion_;
-    BridgeAddress address_;
-    std::vector<BridgeUser*> users_;
+    Address address_;
+    std::vector<User*> users_;
     std::unique_ptr<platform::PeriodicTimer> retry_, ping_, silence_;
     std::unique_ptr<platform::TcpClient> client_;
     bridge::LineReader reader_;
@@ -98,4 +98,4 @@ class BridgeConnection {
     unsigned long notUnderstood_ = 0; // lines, since the connection was made
 };
 
-} // namespace linux_ports
+} // namespace bridge_ports

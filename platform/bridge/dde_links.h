@@ -1,20 +1,20 @@
 #pragma once
 
+#include "platform/bridge/connection.h"
 #include "platform/dde_links.h"
-#include "platform/linux/bridge_connection.h"
 
 #include <map>
 
-namespace linux_ports {
+namespace bridge_ports {
 
 /// DDE links through the bridge. They fail if there is no bridge, and close when the bridge is lost. An ended
 /// link is not restored automatically.
-class BridgeDdeLinks : public platform::DdeLinks, private BridgeUser {
+class DdeLinks : public platform::DdeLinks, private User {
   public:
-    BridgeDdeLinks(BridgeConnection& connection, platform::Timers& timers);
-    BridgeDdeLinks(const BridgeDdeLinks&) = delete;
-    BridgeDdeLinks& operator=(const BridgeDdeLinks&) = delete;
-    ~BridgeDdeLinks() override;
+    DdeLinks(Connection& connection, platform::Timers& timers);
+    DdeLinks(const DdeLinks&) = delete;
+    DdeLinks& operator=(const DdeLinks&) = delete;
+    ~DdeLinks() override;
 
     /// Never calls `failed` during the call.
     std::unique_ptr<platform::DdeLink> open(const std::string& topic, const std::string& item,
@@ -43,11 +43,11 @@ class BridgeDdeLinks : public platform::DdeLinks, private BridgeUser {
     void lookAtDeadlines();
     void tellEnds();
 
-    BridgeConnection& connection_;
+    Connection& connection_;
     std::unique_ptr<platform::PeriodicTimer> deadline_; // runs while a link is being opened
     std::unique_ptr<platform::PeriodicTimer> ends_;     // runs while ended links have not been reported
     std::map<long long, Link> links_;                   // by number
     long long lastId_ = 0;
 };
 
-} // namespace linux_ports
+} // namespace bridge_ports

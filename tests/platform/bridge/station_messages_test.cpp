@@ -1,5 +1,5 @@
-#include "platform/linux/bridge_station_messages.h"
-#include "tests/platform/linux/fake_bridge.h"
+#include "platform/bridge/station_messages.h"
+#include "tests/platform/bridge/fake_bridge.h"
 
 #include <gmock/gmock.h>
 
@@ -24,8 +24,8 @@ class BridgeStationMessagesTest : public ::testing::Test {
     }
     simulated::Clock clock;
     FakeBridge fake;
-    linux_ports::BridgeConnection connection{fake.tcp, clock, "9.9", {}};
-    linux_ports::BridgeStationMessages station{connection, clock};
+    bridge_ports::Connection connection{fake.tcp, clock, "9.9", {}};
+    bridge_ports::StationMessages station{connection, clock};
     const long message = station.registerMessage("Logger32");
     const long form = station.ownWindow("Form1");
     long procedure = 0;

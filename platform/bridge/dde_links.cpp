@@ -1,9 +1,9 @@
-#include "platform/linux/bridge_dde_links.h"
+#include "platform/bridge/dde_links.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace linux_ports {
+namespace bridge_ports {
 
 namespace {
 
@@ -14,30 +14,30 @@ constexpr int kDeadlineTicks = 19;
 } // namespace
 
 /// The object that the owner of a link holds.
-class BridgeDdeLinks::Handle : public platform::DdeLink {
+class DdeLinks::Handle : public platform::DdeLink {
   public:
-    Handle(BridgeDdeLinks& owner, long long id) : owner_(owner), id_(id) {}
+    Handle(DdeLinks& owner, long long id) : owner_(owner), id_(id) {}
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
     ~Handle() override { owner_.end(id_); }
 
   private:
-    BridgeDdeLinks& owner_;
+    DdeLinks& owner_;
     const long long id_;
 };
 
-BridgeDdeLinks::BridgeDdeLinks(BridgeConnection& connection, platform::Timers& timers)
+DdeLinks::DdeLinks(Connection& connection, platform::Timers& timers)
     : connection_(connection), deadline_(timers.create([this] { lookAtDeadlines(); })),
       ends_(timers.create([this] { tellEnds(); })) {
     connection_.attach(*this);
 }
 
-BridgeDdeLinks::~BridgeDdeLinks() {
+DdeLinks::~DdeLinks() {
     connection_.detach(*this);
 }
 
-std::unique_ptr<platform::DdeLink> BridgeDdeLinks::open(const std::string& topic, const std::string& item,
-                                                        platform::DdeEvents events) {
+std::unique_ptr<platform::DdeLink> DdeLinks::open(const std::string& topic, const std::string& item,
+                                                  platform::DdeEvents events) {
     const bool none =
         std::ranges::none_of(links_, [](const auto& link) { return link.second.state == State::Asking; });
     if (none) deadline_->start(kDeadlineTick);
@@ -57,17 +57,17 @@ std::unique_ptr<platform::DdeLink> BridgeDdeLinks::open(const std::string& topic
     return std::make_unique<Handle>(*this, id);
 }
 
-void BridgeDdeLinks::ask(long long id, Link& link) {
+void DdeLinks::ask(long long id, Link& link) {
     if (!connection_.say({"link", std::to_string(id), link.application, link.topic, link.item})) {
         finish(link, State::Failing);
     }
 }
 
-void BridgeDdeLinks::unlink(long long id) {
+void DdeLinks::unlink(long long id) {
     connection_.say({"unlink", std::to_string(id)});
 }
 
-void BridgeDdeLinks::end(long long id) {
+void DdeLinks::end(long long id) {
     const auto found = links_.find(id);
     if (found == links_.end()) return;
     const bool known = live(found->second);
@@ -76,27 +76,27 @@ void BridgeDdeLinks::end(long long id) {
 }
 
 /// Whether the link still exists.
-bool BridgeDdeLinks::live(const Link& link) {
+bool DdeLinks::live(const Link& link) {
     return link.state == State::Asking || link.state == State::Open;
 }
 
-bool BridgeDdeLinks::wantsBridge() const {
+bool DdeLinks::wantsBridge() const {
     return std::ranges::any_of(links_, [](const auto& link) { return live(link.second); });
 }
 
-void BridgeDdeLinks::bridgeConnected() {
+void DdeLinks::bridgeConnected() {
     for (auto& [id, link] : links_)
         if (link.state == State::Asking) ask(id, link);
 }
 
-void BridgeDdeLinks::bridgeLost() {
+void DdeLinks::bridgeLost() {
     for (auto& [id, link] : links_) {
         if (link.state == State::Asking) finish(link, State::Failing);
         if (link.state == State::Open) finish(link, State::Closing);
     }
 }
 
-bool BridgeDdeLinks::bridgeSaid(const std::vector<std::string>& fields) {
+bool DdeLinks::bridgeSaid(const std::vector<std::string>& fields) {
     if (fields.size() < 2) return false;
     const std::string& word = fields.front();
     const auto id = bridge::parseNumber(fields[1]);
@@ -129,12 +129,12 @@ bool BridgeDdeLinks::bridgeSaid(const std::vector<std::string>& fields) {
 }
 
 /// Tells the owner later, by the timer: the caller is not prepared for what the owner may do.
-void BridgeDdeLinks::finish(Link& link, State state) {
+void DdeLinks::finish(Link& link, State state) {
     link.state = state;
     ends_->start(std::chrono::milliseconds(1));
 }
 
-void BridgeDdeLinks::lookAtDeadlines() {
+void DdeLinks::lookAtDeadlines() {
     bool asking = false;
     for (auto& [id, link] : links_) {
         if (link.state != State::Asking) continue;
@@ -149,7 +149,7 @@ void BridgeDdeLinks::lookAtDeadlines() {
 }
 
 /// The timer may call this again while a callback has a box open.
-void BridgeDdeLinks::tellEnds() {
+void DdeLinks::tellEnds() {
     const auto over = [](const auto& link) { return !live(link.second); };
     for (auto next = std::ranges::find_if(links_, over); next != links_.end();
          next = std::ranges::find_if(links_, over)) {
@@ -164,4 +164,4 @@ void BridgeDdeLinks::tellEnds() {
     ends_->stop();
 }
 
-} // namespace linux_ports
+} // namespace bridge_ports

@@ -1,10 +1,10 @@
-#include "platform/linux/bridge_station_messages.h"
+#include "platform/bridge/station_messages.h"
 
 #include <limits>
 #include <optional>
 #include <utility>
 
-namespace linux_ports {
+namespace bridge_ports {
 
 namespace {
 
@@ -34,22 +34,22 @@ const std::string* nameOf(const std::map<std::string, long>& identifiers, long i
 
 } // namespace
 
-BridgeStationMessages::BridgeStationMessages(BridgeConnection& connection, platform::Timers& timers)
+StationMessages::StationMessages(Connection& connection, platform::Timers& timers)
     : connection_(connection), unasked_(timers.create([this] { stopWatching(); })) {
     connection_.attach(*this);
 }
 
-BridgeStationMessages::~BridgeStationMessages() {
+StationMessages::~StationMessages() {
     connection_.detach(*this);
 }
 
-long BridgeStationMessages::registerMessage(const std::string& name) {
+long StationMessages::registerMessage(const std::string& name) {
     const auto [entry, added] = messages_.emplace(name, kFirstMessage + static_cast<long>(messages_.size()));
     if (added) connection_.say({"register", name});
     return entry->second;
 }
 
-long BridgeStationMessages::findWindow(const std::string& title) {
+long StationMessages::findWindow(const std::string& title) {
     unasked_->start(kWatchLimit);
     const auto [entry, added] = watches_.try_emplace(title);
     if (added) {
@@ -60,13 +60,13 @@ long BridgeStationMessages::findWindow(const std::string& title) {
     return std::exchange(watch.gap, false) ? 0 : watch.window;
 }
 
-void BridgeStationMessages::stopWatching() {
+void StationMessages::stopWatching() {
     unasked_->stop();
     for (const auto& [title, watch] : std::exchange(watches_, {}))
         connection_.say({"unwatch", title});
 }
 
-void BridgeStationMessages::post(long window, long message, long wParam, long lParam) {
+void StationMessages::post(long window, long message, long wParam, long lParam) {
     const std::string* const name = nameOf(messages_, message);
     if (name == nullptr) return;
     const std::string* const own = nameOf(ownWindows_, lParam);
@@ -74,7 +74,7 @@ void BridgeStationMessages::post(long window, long message, long wParam, long lP
                      own == nullptr ? std::to_string(lParam) : "@" + *own});
 }
 
-long BridgeStationMessages::hook(long window, Receiver receiver) {
+long StationMessages::hook(long window, Receiver receiver) {
     const std::string* const form = nameOf(ownWindows_, window);
     const bool first = receivers_.insert_or_assign(window, std::move(receiver)).second;
     if (form != nullptr && first) connection_.say({"listen", *form});
@@ -82,20 +82,20 @@ long BridgeStationMessages::hook(long window, Receiver receiver) {
     return kNoProcedure;
 }
 
-void BridgeStationMessages::unhook(long window, long /*previousProcedure*/) {
+void StationMessages::unhook(long window, long /*previousProcedure*/) {
     const std::string* const form = nameOf(ownWindows_, window);
     if (receivers_.erase(window) > 0 && form != nullptr) connection_.say({"unlisten", *form});
 }
 
-long BridgeStationMessages::ownWindow(const std::string& form) {
+long StationMessages::ownWindow(const std::string& form) {
     return ownWindows_.emplace(form, kFirstOwnWindow - static_cast<long>(ownWindows_.size())).first->second;
 }
 
-bool BridgeStationMessages::wantsBridge() const {
+bool StationMessages::wantsBridge() const {
     return !receivers_.empty() || !watches_.empty();
 }
 
-void BridgeStationMessages::bridgeConnected() {
+void StationMessages::bridgeConnected() {
     // Sent before the windows: a post to a window uses these names.
     for (const auto& [name, message] : messages_)
         connection_.say({"register", name});
@@ -105,18 +105,18 @@ void BridgeStationMessages::bridgeConnected() {
         connection_.say({"watch", title});
 }
 
-void BridgeStationMessages::bridgeLost() {
+void StationMessages::bridgeLost() {
     for (auto& [title, watch] : watches_)
         if (std::exchange(watch.window, 0) > 0) watch.gap = true;
 }
 
-bool BridgeStationMessages::bridgeSaid(const std::vector<std::string>& fields) {
+bool StationMessages::bridgeSaid(const std::vector<std::string>& fields) {
     if (fields.front() == "window" && fields.size() == 3) return windowChanged(fields[1], fields[2]);
     if (fields.front() == "message" && fields.size() == 5) return messageCame(fields);
     return false;
 }
 
-bool BridgeStationMessages::windowChanged(const std::string& title, const std::string& handle) {
+bool StationMessages::windowChanged(const std::string& title, const std::string& handle) {
     const auto window = parse<long>(handle);
     if (!window || *window < 0) return false;
     const auto found = watches_.find(title);
@@ -128,7 +128,7 @@ bool BridgeStationMessages::windowChanged(const std::string& title, const std::s
     return true;
 }
 
-bool BridgeStationMessages::messageCame(const std::vector<std::string>& fields) {
+bool StationMessages::messageCame(const std::vector<std::string>& fields) {
     const auto wParam = parse<long>(fields[3]);
     const auto lParam = parse<long>(fields[4]);
     const auto message = messages_.find(fields[2]);
@@ -143,4 +143,4 @@ bool BridgeStationMessages::messageCame(const std::vector<std::string>& fields) 
     return true;
 }
 
-} // namespace linux_ports
+} // namespace bridge_ports

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/bridge_connection.h"
+#include "platform/bridge/connection.h"
 #include "platform/simulated/clock.h"
 #include "platform/simulated/tcp_clients.h"
 

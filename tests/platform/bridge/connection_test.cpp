@@ -1,5 +1,5 @@
-#include "platform/linux/bridge_connection.h"
-#include "tests/platform/linux/fake_bridge.h"
+#include "platform/bridge/connection.h"
+#include "tests/platform/bridge/fake_bridge.h"
 
 #include <gmock/gmock.h>
 
@@ -11,7 +11,7 @@ namespace {
 
 using Fields = std::vector<std::string>;
 
-class User : public linux_ports::BridgeUser {
+class User : public bridge_ports::User {
   public:
     bool wantsBridge() const override { return wants; }
     void bridgeConnected() override { heard.push_back({"(connected)"}); }
@@ -49,7 +49,7 @@ class BridgeConnectionTest : public ::testing::Test {
     simulated::Clock clock;
     FakeBridge fake;
     User user;
-    linux_ports::BridgeConnection connection{fake.tcp, clock, "9.9", {}};
+    bridge_ports::Connection connection{fake.tcp, clock, "9.9", {}};
 };
 
 TEST_F(BridgeConnectionTest, RestsUntilAskedAndGivesUpWhatNobodyWants) {

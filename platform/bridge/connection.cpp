@@ -1,10 +1,10 @@
-#include "platform/linux/bridge_connection.h"
+#include "platform/bridge/connection.h"
 
 #include <algorithm>
 #include <array>
 #include <utility>
 
-namespace linux_ports {
+namespace bridge_ports {
 
 namespace {
 
@@ -21,34 +21,34 @@ std::string quoted(const std::vector<std::string>& fields) {
     return text;
 }
 
-std::string textOf(const BridgeAddress& address) {
+std::string textOf(const Address& address) {
     const bool colons = address.host.find(':') != std::string::npos;
     return (colons ? "[" + address.host + "]" : address.host) + ":" + std::to_string(address.port);
 }
 
 } // namespace
 
-BridgeConnection::BridgeConnection(platform::TcpClients& tcp, platform::Timers& timers,
-                                   std::string programVersion, BridgeAddress address)
+Connection::Connection(platform::TcpClients& tcp, platform::Timers& timers, std::string programVersion,
+                       Address address)
     : tcp_(tcp), programVersion_(std::move(programVersion)), address_(std::move(address)),
       retry_(timers.create([this] { retry(); })), ping_(timers.create([this] { ping(); })),
       silence_(timers.create([this] {
           lost(stuck_ ? "it does not read" : connected_ ? "it fell silent" : "it does not answer");
       })) {}
 
-void BridgeConnection::attach(BridgeUser& user) {
+void Connection::attach(User& user) {
     users_.push_back(&user);
 }
 
-void BridgeConnection::detach(BridgeUser& user) {
+void Connection::detach(User& user) {
     std::erase(users_, &user);
 }
 
-bool BridgeConnection::wanted() const {
-    return stay_ || std::ranges::any_of(users_, &BridgeUser::wantsBridge);
+bool Connection::wanted() const {
+    return stay_ || std::ranges::any_of(users_, &User::wantsBridge);
 }
 
-void BridgeConnection::setAddress(const BridgeAddress& address) {
+void Connection::setAddress(const Address& address) {
     if (address == address_) return;
     drop({});
     address_ = address;
@@ -56,16 +56,16 @@ void BridgeConnection::setAddress(const BridgeAddress& address) {
     if (wanted()) connect();
 }
 
-void BridgeConnection::stayConnected(bool stay) {
+void Connection::stayConnected(bool stay) {
     stay_ = stay;
     if (stay_) ask();
 }
 
-void BridgeConnection::ask() {
+void Connection::ask() {
     if (!client_) connect();
 }
 
-void BridgeConnection::connect() {
+void Connection::connect() {
     retry_->stop();
     stuck_ = false;
     notUnderstood_ = 0;
@@ -84,36 +84,36 @@ void BridgeConnection::connect() {
     client_ = tcp_.connect(address_.host, address_.port, std::move(events));
 }
 
-void BridgeConnection::retry() {
+void Connection::retry() {
     retry_->stop();
     if (wanted()) connect();
 }
 
-void BridgeConnection::ping() {
+void Connection::ping() {
     // A connection that has lasted this long counts as good.
     losses_ = 0;
     say({"ping", std::to_string(++pings_)});
 }
 
 /// Ends the connection or the attempt, and schedules the next attempt if a connection is wanted.
-void BridgeConnection::lost(std::string reason) {
+void Connection::lost(std::string reason) {
     drop(std::move(reason));
     if (wanted()) retry_->start(std::chrono::milliseconds(kRetries.at(losses_)));
     losses_ = std::min(losses_ + 1, kRetries.size() - 1);
 }
 
-void BridgeConnection::drop(std::string reason) {
+void Connection::drop(std::string reason) {
     reason_ = std::move(reason);
     connected_ = false;
     client_.reset();
     reader_ = {};
     for (platform::PeriodicTimer* timer : {retry_.get(), ping_.get(), silence_.get()})
         timer->stop();
-    for (BridgeUser* user : users_)
+    for (User* user : users_)
         user->bridgeLost();
 }
 
-bool BridgeConnection::say(const std::vector<std::string_view>& fields) {
+bool Connection::say(const std::vector<std::string_view>& fields) {
     if (!connected_ || stuck_) return false;
     const std::string line = bridge::join(fields);
     if (!bridge::fits(line)) return false;
@@ -124,7 +124,7 @@ bool BridgeConnection::say(const std::vector<std::string_view>& fields) {
     return false;
 }
 
-void BridgeConnection::received(const std::string& bytes) {
+void Connection::received(const std::string& bytes) {
     if (connected_ && !stuck_) silence_->start(std::chrono::milliseconds(bridge::kSilenceLimit));
     reader_.feed(bytes);
     // Handling a line may open a box; lines that arrive meanwhile are handled in the box's event loop.
@@ -132,20 +132,20 @@ void BridgeConnection::received(const std::string& bytes) {
         hear(*line);
 }
 
-void BridgeConnection::hear(const bridge::LineReader::Line& line) {
+void Connection::hear(const bridge::LineReader::Line& line) {
     const auto fields = line.tooLong ? std::nullopt : bridge::split(line.text);
     const bool understood = fields && (connected_ ? hearWord(*fields) : hearBeforeGreeting(*fields));
     if (!understood) ++notUnderstood_;
 }
 
-bool BridgeConnection::hearBeforeGreeting(const std::vector<std::string>& fields) {
+bool Connection::hearBeforeGreeting(const std::vector<std::string>& fields) {
     if (fields.front() == "hello") return greet(fields);
     if (fields.front() != "error") return false;
     refusal_ = quoted(fields);
     return true;
 }
 
-bool BridgeConnection::greet(const std::vector<std::string>& fields) {
+bool Connection::greet(const std::vector<std::string>& fields) {
     if (fields.size() != 4) return false;
     const auto version = bridge::parseNumber(fields[1]);
     if (!version) return false;
@@ -158,12 +158,12 @@ bool BridgeConnection::greet(const std::vector<std::string>& fields) {
     peer_ = quoted({"", fields[2], fields[3]});
     ping_->start(std::chrono::milliseconds(bridge::kPingInterval));
     silence_->start(std::chrono::milliseconds(bridge::kSilenceLimit));
-    for (BridgeUser* user : users_)
+    for (User* user : users_)
         user->bridgeConnected();
     return true;
 }
 
-bool BridgeConnection::hearWord(const std::vector<std::string>& fields) {
+bool Connection::hearWord(const std::vector<std::string>& fields) {
     const std::string& word = fields.front();
     if (word == "ping" && fields.size() == 2) {
         say({"pong", fields[1]});
@@ -174,10 +174,10 @@ bool BridgeConnection::hearWord(const std::vector<std::string>& fields) {
         remark_ = quoted(fields);
         return true;
     }
-    return std::ranges::any_of(users_, [&fields](BridgeUser* user) { return user->bridgeSaid(fields); });
+    return std::ranges::any_of(users_, [&fields](User* user) { return user->bridgeSaid(fields); });
 }
 
-std::string BridgeConnection::stateText() const {
+std::string Connection::stateText() const {
     const std::string where = textOf(address_);
     if (connected_) {
         std::string text = "bridge " + where + " connected (" + peer_ + ")";
@@ -189,4 +189,4 @@ std::string BridgeConnection::stateText() const {
     return (client_ ? "looking for a bridge at " : "bridge not in use: ") + where;
 }
 
-} // namespace linux_ports
+} // namespace bridge_ports

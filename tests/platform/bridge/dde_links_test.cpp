@@ -1,5 +1,5 @@
-#include "platform/linux/bridge_dde_links.h"
-#include "tests/platform/linux/fake_bridge.h"
+#include "platform/bridge/dde_links.h"
+#include "tests/platform/bridge/fake_bridge.h"
 
 #include <gmock/gmock.h>
 
@@ -36,8 +36,8 @@ class BridgeDdeLinksTest : public ::testing::Test {
 
     simulated::Clock clock;
     FakeBridge fake;
-    linux_ports::BridgeConnection connection{fake.tcp, clock, "9.9", {}};
-    linux_ports::BridgeDdeLinks links{connection, clock};
+    bridge_ports::Connection connection{fake.tcp, clock, "9.9", {}};
+    bridge_ports::DdeLinks links{connection, clock};
     Texts told;
     std::function<void()> onEvent;
 };

@@ -1,9 +1,9 @@
 // The real main window's logic with the bridge's client under it.
 
-#include "platform/linux/bridge_dde_links.h"
-#include "platform/linux/bridge_station_messages.h"
+#include "platform/bridge/dde_links.h"
+#include "platform/bridge/station_messages.h"
 #include "tests/desk.h"
-#include "tests/platform/linux/fake_bridge.h"
+#include "tests/platform/bridge/fake_bridge.h"
 
 #include <gmock/gmock.h>
 
@@ -41,9 +41,9 @@ class BridgeWindowTest : public Desk {
     std::string button() { return f().cmdAutoMemConn.Caption; }
 
     FakeBridge fake;
-    linux_ports::BridgeConnection connection{fake.tcp, clock, "9.9", {}};
-    linux_ports::BridgeDdeLinks ddeLinks{connection, clock};
-    linux_ports::BridgeStationMessages messages{connection, clock};
+    bridge_ports::Connection connection{fake.tcp, clock, "9.9", {}};
+    bridge_ports::DdeLinks ddeLinks{connection, clock};
+    bridge_ports::StationMessages messages{connection, clock};
 };
 
 TEST_F(BridgeWindowTest, HamRadioDeluxeIsErrorWithoutABridgeOrAServer) {

@@ -1,20 +1,20 @@
 #pragma once
 
-#include "platform/linux/bridge_connection.h"
+#include "platform/bridge/connection.h"
 #include "platform/station_messages.h"
 
 #include <map>
 
-namespace linux_ports {
+namespace bridge_ports {
 
 /// Window messages through the bridge. Identifiers of messages and of our own windows are local; the bridge
 /// knows only their names.
-class BridgeStationMessages : public platform::StationMessages, private BridgeUser {
+class StationMessages : public platform::StationMessages, private User {
   public:
-    BridgeStationMessages(BridgeConnection& connection, platform::Timers& timers);
-    BridgeStationMessages(const BridgeStationMessages&) = delete;
-    BridgeStationMessages& operator=(const BridgeStationMessages&) = delete;
-    ~BridgeStationMessages() override;
+    StationMessages(Connection& connection, platform::Timers& timers);
+    StationMessages(const StationMessages&) = delete;
+    StationMessages& operator=(const StationMessages&) = delete;
+    ~StationMessages() override;
 
     long registerMessage(const std::string& name) override;
     /// The first call makes the bridge watch for the window. After the window or the bridge was lost, one
@@ -41,7 +41,7 @@ class BridgeStationMessages : public platform::StationMessages, private BridgeUs
     bool messageCame(const std::vector<std::string>& fields);
     void stopWatching();
 
-    BridgeConnection& connection_;
+    Connection& connection_;
     std::unique_ptr<platform::PeriodicTimer> unasked_; // ends watches that findWindow has not asked for
     std::map<std::string, long> messages_;             // identifier by name
     std::map<std::string, long> ownWindows_;           // handle by form
@@ -49,4 +49,4 @@ class BridgeStationMessages : public platform::StationMessages, private BridgeUs
     std::map<long, Receiver> receivers_;               // by our own window
 };
 
-} // namespace linux_ports
+} // namespace bridge_ports
