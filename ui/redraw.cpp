@@ -45,9 +45,13 @@ void Redraw::drawBetweenSteps() {
 void Redraw::drawAll() {
     timer_.stop();
     sinceLast_.start();
-    for (Adapter* adapter : std::exchange(waiting_, {})) {
-        adapter->draw();
+    // The second pass draws what the first one has marked, such as an engine's name in the names of its
+    // controls.
+    for (int pass = 0; pass < 2; ++pass) {
+        for (Adapter* adapter : std::exchange(waiting_, {}))
+            adapter->draw();
     }
+    if (waiting_.empty()) timer_.stop();
 }
 
 } // namespace ui
