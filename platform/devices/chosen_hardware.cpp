@@ -19,6 +19,12 @@ constexpr const char* kNotAgreed = "confirm Low in Hardware and links";
 
 } // namespace
 
+bridge_ports::Address bridgeAddress(const HardwareSettings& settings) {
+    const auto endpoint = config::parseEndpoint(settings.bridge, bridge::kPort);
+    if (!endpoint) throw runtime::ObjectError("\"" + settings.bridge + "\" is no address of a bridge");
+    return {endpoint->host, endpoint->port};
+}
+
 /// The USB board in use.
 class ChosenHardware::Board : public platform::UsbBoard {
   public:
@@ -107,6 +113,10 @@ bool ChosenHardware::isFixed(std::string HardwareSettings::*setting) const {
     return std::ranges::any_of(config::kHardwareFields, [&](const config::HardwareField& field) {
         return field.value == setting && given_.contains(field.name);
     });
+}
+
+bool ChosenHardware::choosesBridge() const {
+    return isFixed(&HardwareSettings::bridge) || settings_.bridge != HardwareSettings().bridge;
 }
 
 bool ChosenHardware::portWorks() const {

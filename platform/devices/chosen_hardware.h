@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/bridge/connection.h"
 #include "platform/devices/chosen_port.h"
 #include "platform/hardware.h"
 #include "platform/qt/settings_file.h"
@@ -14,6 +15,9 @@ namespace devices {
 
 /// The settings file, in the folder of "save.cfg".
 inline constexpr const char* kSettingsFile = "twinstep.ini";
+
+/// Where the settings say that the bridge is. Throws runtime::ObjectError if that is no address.
+bridge_ports::Address bridgeAddress(const platform::HardwareSettings& settings);
 
 /// The devices behind the output ports: opened by name, guarded by the watchdog, and exchanged while the
 /// program runs. Settings come from the command line, then from the settings file, then from the defaults.
@@ -38,6 +42,8 @@ class ChosenHardware : public platform::Hardware {
     const platform::HardwareSettings& settings() const override { return settings_; }
     bool portWorks() const override;
     bool isFixed(std::string platform::HardwareSettings::*setting) const override;
+    /// Whether the user has entered where the bridge is.
+    bool choosesBridge() const;
     void use(const platform::HardwareSettings& settings) override;
     void openPortAnew() override;
     void keep() override;

@@ -4,7 +4,6 @@
 #include "app/outside.h"
 
 #include "app/version.h"
-#include "config/hardware_settings.h"
 #include "config/position_slots.h"
 #include "platform/bridge/dde_links.h"
 #include "platform/bridge/station_messages.h"
@@ -44,17 +43,11 @@ in_addr listenAddress(const HardwareSettings& settings) {
     return *address;
 }
 
-bridge_ports::Address bridgeAddress(const HardwareSettings& settings) {
-    const auto endpoint = config::parseEndpoint(settings.bridge, bridge::kPort);
-    if (!endpoint) throw runtime::ObjectError("\"" + settings.bridge + "\" is no address of a bridge");
-    return {endpoint->host, endpoint->port};
-}
-
 /// Clocks and links: what needs the event loop.
 struct Connections {
     Connections(FdWatcher& watcher, platform::TcpClients& tcp, const HardwareSettings& settings)
         : timers(watcher), udp(watcher, listenAddress(settings)), tcpServers(watcher),
-          bridge(tcp, timers, std::string(app::kVersion), bridgeAddress(settings)) {}
+          bridge(tcp, timers, std::string(app::kVersion), devices::bridgeAddress(settings)) {}
 
     Timers timers;
     UdpSockets udp;
@@ -62,17 +55,6 @@ struct Connections {
     bridge_ports::Connection bridge;
     bridge_ports::DdeLinks links{bridge, timers};
     bridge_ports::StationMessages station{bridge, timers};
-};
-
-/// Every access to the outputs, recorded.
-struct Trace {
-    Trace(const std::filesystem::path& path, trace::TraceFile::Clock::time_point start,
-          const app::Outside::Tell& failure, devices::ChosenHardware& hardware)
-        : file(path, start, failure), printer(hardware.printer(), file), board(hardware.board(), file) {}
-
-    trace::TraceFile file;
-    trace::TracedPrinterPort printer;
-    trace::TracedUsbBoard board;
 };
 
 class Outside : public app::Outside {
@@ -84,12 +66,9 @@ class Outside : public app::Outside {
           positions_(folder_.path() / config::kPositionFile, notify), wantsRealtime_(options.realtime) {
         if (!folder_.held())
             std::cerr << "twinstep: the file system of this folder cannot keep a second Twinstep out of it\n";
-        if (!options.trace) return;
-        if (const auto own = trace::ownFile(*options.trace, folder_.path(), kOwnFiles)) {
-            throw runtime::FileError("trace file \"" + options.trace->string() + "\" would go over \"" +
-                                     *own + "\", which the program keeps for itself");
-        }
-        trace_.emplace(*options.trace, started_, notify, hardware_);
+        if (options.trace)
+            trace_.emplace(*options.trace, folder_.path(), kOwnFiles, started_, notify, hardware_.printer(),
+                           hardware_.board());
     }
 
     const std::filesystem::path& folder() const override { return folder_.path(); }
@@ -152,15 +131,12 @@ class Outside : public app::Outside {
   private:
     void use(const HardwareSettings& settings) {
         connections_->udp.setAddress(listenAddress(settings));
-        connections_->bridge.setAddress(bridgeAddress(settings));
+        connections_->bridge.setAddress(devices::bridgeAddress(settings));
         lookForBridge();
     }
 
     /// A bridge that the user has entered is connected at once; the default bridge only when a link needs it.
-    void lookForBridge() {
-        connections_->bridge.stayConnected(hardware_.isFixed(&HardwareSettings::bridge) ||
-                                           hardware_.settings().bridge != HardwareSettings().bridge);
-    }
+    void lookForBridge() { connections_->bridge.stayConnected(hardware_.choosesBridge()); }
 
     const trace::TraceFile::Clock::time_point started_ = trace::TraceFile::Clock::now();
     EndSignals signals_; // first, so that no signal is lost
@@ -169,7 +145,7 @@ class Outside : public app::Outside {
     Devices devices_;
     devices::ChosenHardware hardware_;
     PositionFile positions_;
-    std::optional<Trace> trace_;
+    std::optional<trace::TracedOutputs> trace_;
     qt_ports::FdWatcher watcher_;
     std::optional<Connections> connections_;
     Events events_;

@@ -1,8 +1,24 @@
 #include "platform/trace/traced_outputs.h"
 
+#include "runtime/errors.h"
+
 #include <string>
+#include <utility>
 
 namespace trace {
+
+namespace {
+
+const std::filesystem::path& notOwn(const std::filesystem::path& path, const std::filesystem::path& folder,
+                                    std::span<const std::string_view> own) {
+    if (const auto name = ownFile(path, folder, own)) {
+        throw runtime::FileError("trace file \"" + path.string() + "\" would go over \"" + *name +
+                                 "\", which the program keeps for itself");
+    }
+    return path;
+}
+
+} // namespace
 
 void TracedPrinterPort::clearBit(int bit) {
     port_.clearBit(bit);
@@ -36,5 +52,12 @@ void TracedUsbBoard::closeDevice() {
     board_.closeDevice();
     file_.add("usb close");
 }
+
+TracedOutputs::TracedOutputs(const std::filesystem::path& path, const std::filesystem::path& folder,
+                             std::span<const std::string_view> own, TraceFile::Clock::time_point start,
+                             TraceFile::Failure failure, platform::PrinterPort& tracedPort,
+                             platform::UsbBoard& tracedBoard)
+    : file(notOwn(path, folder, own), start, std::move(failure)), printer(tracedPort, file),
+      board(tracedBoard, file) {}
 
 } // namespace trace

@@ -40,4 +40,18 @@ class TracedUsbBoard : public platform::UsbBoard {
     TraceFile& file_;
 };
 
+/// Every access to both, recorded in a file.
+struct TracedOutputs {
+    /// Throws runtime::FileError if the file cannot be opened, or is one that the program keeps in `folder`
+    /// under a name that begins with one of `own`.
+    TracedOutputs(const std::filesystem::path& path, const std::filesystem::path& folder,
+                  std::span<const std::string_view> own, TraceFile::Clock::time_point start,
+                  TraceFile::Failure failure, platform::PrinterPort& tracedPort,
+                  platform::UsbBoard& tracedBoard);
+
+    TraceFile file;
+    TracedPrinterPort printer;
+    TracedUsbBoard board;
+};
+
 } // namespace trace

@@ -4,7 +4,6 @@
 #include "app/outside.h"
 
 #include "app/version.h"
-#include "config/hardware_settings.h"
 #include "config/position_slots.h"
 #include "platform/bridge/dde_links.h"
 #include "platform/bridge/station_messages.h"
@@ -25,7 +24,6 @@
 #include "platform/windows/tcp_servers.h"
 #include "platform/windows/text.h"
 #include "platform/windows/timers.h"
-#include "runtime/errors.h"
 
 #include <array>
 #include <optional>
@@ -48,12 +46,6 @@ std::filesystem::path usualFolder() {
     return std::filesystem::exists(beside / kPortable, error) ? beside : qt_ports::userDataFolder();
 }
 
-bridge_ports::Address bridgeAddress(const HardwareSettings& settings) {
-    const auto endpoint = config::parseEndpoint(settings.bridge, bridge::kPort);
-    if (!endpoint) throw runtime::ObjectError("\"" + settings.bridge + "\" is no address of a bridge");
-    return {endpoint->host, endpoint->port};
-}
-
 /// The station programs of this computer.
 struct HereLinks {
     explicit HereLinks(platform::Timers& timers) : links(timers) {}
@@ -64,8 +56,8 @@ struct HereLinks {
 /// The station programs of another computer.
 struct BridgeLinks {
     BridgeLinks(platform::TcpClients& tcp, platform::Timers& timers, const HardwareSettings& settings)
-        : bridge(tcp, timers, std::string(app::kVersion), bridgeAddress(settings)), links(bridge, timers),
-          station(bridge, timers) {
+        : bridge(tcp, timers, std::string(app::kVersion), devices::bridgeAddress(settings)),
+          links(bridge, timers), station(bridge, timers) {
         bridge.stayConnected(true);
     }
     bridge_ports::Connection bridge;
@@ -97,17 +89,6 @@ struct Connections {
     std::optional<BridgeLinks> bridge;
 };
 
-/// Every access to the outputs, recorded.
-struct Trace {
-    Trace(const std::filesystem::path& path, trace::TraceFile::Clock::time_point start,
-          const app::Outside::Tell& failure, devices::ChosenHardware& hardware)
-        : file(path, start, failure), printer(hardware.printer(), file), board(hardware.board(), file) {}
-
-    trace::TraceFile file;
-    trace::TracedPrinterPort printer;
-    trace::TracedUsbBoard board;
-};
-
 class Outside : public app::Outside {
   public:
     Outside(const app::Options& options, const Tell& notify)
@@ -117,20 +98,18 @@ class Outside : public app::Outside {
           positions_(folder_.path() / config::kPositionFile, notify), goesFirst_(options.realtime) {
         // No box of the system's own about a crash may keep the process, and with it the coils, alive.
         SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
-        if (!options.trace) return;
-        if (const auto own = trace::ownFile(*options.trace, folder_.path(), kOwnFiles)) {
-            throw runtime::FileError("trace file \"" + options.trace->string() + "\" would go over \"" +
-                                     *own + "\", which the program keeps for itself");
-        }
-        trace_.emplace(*options.trace, started_, notify, hardware_);
+        if (options.trace)
+            trace_.emplace(*options.trace, folder_.path(), kOwnFiles, started_, notify, hardware_.printer(),
+                           hardware_.board());
     }
 
     const std::filesystem::path& folder() const override { return folder_.path(); }
     const std::string& notice() const override { return hardware_.notice(); }
 
     app::Ports ports(const app::ToolkitPorts& toolkit) override {
-        const HardwareSettings& settings = hardware_.settings();
-        Connections& connections = connections_.emplace(toolkit.tcp, settings, wantsBridge(settings));
+        // The station programs of this computer need no bridge.
+        Connections& connections =
+            connections_.emplace(toolkit.tcp, hardware_.settings(), hardware_.choosesBridge());
         hardware_.bridgeState = [this] { return bridgeState(); };
         hardware_.onUse = [this](const HardwareSettings& used) { use(used); };
         app::Ports ports{.printer = hardware_.printer(),
@@ -182,20 +161,15 @@ class Outside : public app::Outside {
     }
 
   private:
-    /// A bridge that the user has entered. The station programs of this computer need none.
-    bool wantsBridge(const HardwareSettings& settings) const {
-        return hardware_.isFixed(&HardwareSettings::bridge) || settings.bridge != HardwareSettings().bridge;
-    }
-
     std::string bridgeState() const {
         const bool used = connections_->bridge.has_value();
-        if (used != wantsBridge(hardware_.settings())) return "used from the next start";
+        if (used != hardware_.choosesBridge()) return "used from the next start";
         return used ? connections_->bridge->bridge.stateText() : "not needed for programs on this computer";
     }
 
     void use(const HardwareSettings& settings) {
         connections_->udp.setAddress(settings.n1mmListen);
-        if (connections_->bridge) connections_->bridge->bridge.setAddress(bridgeAddress(settings));
+        if (connections_->bridge) connections_->bridge->bridge.setAddress(devices::bridgeAddress(settings));
     }
 
     const trace::TraceFile::Clock::time_point started_ = trace::TraceFile::Clock::now();
@@ -205,7 +179,7 @@ class Outside : public app::Outside {
     Devices devices_;
     devices::ChosenHardware hardware_;
     PositionFile positions_;
-    std::optional<Trace> trace_;
+    std::optional<trace::TracedOutputs> trace_;
     std::optional<Connections> connections_;
     Sound sound_{programFolder() / "assets" / "sounds"};
     Events events_;
