@@ -62,13 +62,14 @@ class EngineSetUp {
     /// As a user enters it: by the label's double-click. False if it was refused.
     static bool enter(const engine::Parameter& parameter, const std::string& text);
     std::string name() const { return side_.lblEngine.Caption; }
+    /// In the units of the function.
+    float& position() const;
 
     form::Form1& main_;
     form::AssistantEngine& shown_;
     const engine::Side& side_;
     engine::Motion& motion_;
     form::Timer& trial_;
-    float& position() const;
 
     Values found_{};
     float positionFound_ = 0;

@@ -265,7 +265,7 @@ void Motion::releaseJogs() {
     }
 }
 
-void Motion::selectSpeed(const Side& side, bool fast, bool byUser) {
+void Motion::selectSpeed(const Side& side, bool fast) {
     const bool chosen = usableSpeed(side, fast);
     side.bolVelAlta = chosen;
     paintSpeedButtons(side, chosen);
@@ -279,7 +279,15 @@ void Motion::selectSpeed(const Side& side, bool fast, bool byUser) {
         ramp.speedChanged();
     }
     showOtherSpeed(side);
-    if (chosen == fast || !(side.running() || byUser)) return;
+    if (chosen != fast && side.running()) sayMissing(side, fast);
+}
+
+void Motion::userSpeed(const Side& side, bool fast) {
+    selectSpeed(side, fast);
+    if (side.bolVelAlta != fast && !side.running()) sayMissing(side, fast);
+}
+
+void Motion::sayMissing(const Side& side, bool fast) {
     const Parameter& missing = fast ? side.fast : side.slow;
     form_.notice.tell(side.lblEngine.Caption.get() + " has no " + missing.label.Caption.get() +
                       " speed: it runs at the other one");
@@ -289,16 +297,17 @@ void Motion::showOtherSpeed(const Side& side) {
     const int direction = side.intDir.value();
     const int other = opposite(direction);
     const int interval = side.timer(other).Interval;
-    const bool differs = (direction == form::kForward || direction == form::kBackward) && interval > 0 &&
-                         interval != side.timer(direction).Interval;
-    const form::Button& jog = other == form::kForward ? side.cmdJogForward : side.cmdJogBackward;
-    constexpr int kMilliseconds = 1000;
+    side.otherSpeed.Caption = "";
+    if ((direction != form::kForward && direction != form::kBackward) || interval <= 0 ||
+        interval == side.timer(direction).Interval)
+        return;
     // A speed that was edited since is neither.
-    const std::string speed = interval == side.intTickBassa.value()  ? "slow"
-                              : interval == side.intTickAlta.value() ? "fast"
-                              : differs ? std::to_string(kMilliseconds / interval) + "/s"
-                                        : "";
-    side.otherSpeed.Caption = differs ? jog.Caption.get() + " " + speed : "";
+    const std::string speed = interval == side.intTickBassa.value() ? "slow"
+                              : interval == side.intTickAlta.value()
+                                  ? "fast"
+                                  : std::to_string(speedOf(interval)) + "/s";
+    const form::Button& jog = other == form::kForward ? side.cmdJogForward : side.cmdJogBackward;
+    side.otherSpeed.Caption = jog.Caption.get() + " " + speed;
 }
 
 void Motion::userStop(const Side& side) {

@@ -57,10 +57,10 @@ class Motion {
     void cmdAvB_Click() { run(sides_.b, form::kForward); }
     void cmdIndB_Click() { run(sides_.b, form::kBackward); }
 
-    void cmdAlta_Click() { selectSpeed(sides_.a, true, true); }
-    void cmdBassa_Click() { selectSpeed(sides_.a, false, true); }
-    void cmdAltaB_Click() { selectSpeed(sides_.b, true, true); }
-    void cmdBassaB_Click() { selectSpeed(sides_.b, false, true); }
+    void cmdAlta_Click() { userSpeed(sides_.a, true); }
+    void cmdBassa_Click() { userSpeed(sides_.a, false); }
+    void cmdAltaB_Click() { userSpeed(sides_.b, true); }
+    void cmdBassaB_Click() { userSpeed(sides_.b, false); }
 
     void cmdAlt_Click() { userStop(sides_.a); }
     void cmdAltB_Click() { userStop(sides_.b); }
@@ -111,7 +111,10 @@ class Motion {
     void userStop(const Side& side);
     void jogDown(const Side& side, int direction);
     void jogUp(const Side& side);
-    void selectSpeed(const Side& side, bool fast, bool byUser = false);
+    void selectSpeed(const Side& side, bool fast);
+    /// The same, and says so if the engine has no such speed.
+    void userSpeed(const Side& side, bool fast);
+    void sayMissing(const Side& side, bool fast);
     /// Names the speed of the direction that Fast and Slow do not act on, if it is another one.
     static void showOtherSpeed(const Side& side);
     void reset(const Side& side);

@@ -29,11 +29,6 @@ std::string listed(const std::vector<std::string>& names) {
     return text;
 }
 
-std::string speedText(form::Int16 period) {
-    constexpr double kMillisecondsPerSecond = 1000;
-    return std::to_string(std::lround(kMillisecondsPerSecond / period.value()));
-}
-
 } // namespace
 
 std::string timeText(double seconds) {
@@ -53,8 +48,9 @@ StepText stepText(const Side& side) {
     if (!slow && !fast) zeros.insert(zeros.end(), {side.slow.label.Caption, side.fast.label.Caption});
     if (zeros.size() == 1) return {zeros.front() + " is 0: it cannot run", false};
     if (!zeros.empty()) return {listed(zeros) + " are 0", false};
-    std::string speeds = speedText(slow ? side.intTickBassa : side.intTickAlta);
-    if (slow && fast && side.intTickBassa != side.intTickAlta) speeds += " to " + speedText(side.intTickAlta);
+    std::string speeds = std::to_string(speedOf((slow ? side.intTickBassa : side.intTickAlta).value()));
+    if (slow && fast && side.intTickBassa != side.intTickAlta)
+        speeds += " to " + std::to_string(speedOf(side.intTickAlta.value()));
     return {shortText(stepDistance(side)) + " " + side.unit() + " a step, " + speeds + " steps/s", true};
 }
 
@@ -84,7 +80,7 @@ void Movement::show(const Side& side) {
     Engine& engine = engines_.at(static_cast<std::size_t>(side.motor - 1));
     const bool runs = side.running();
     if (runs || engine.end != place(side)) engine.end.reset();
-    const bool follows = place(side).first == form::kSatelliteRotor && form_.chkRotOnOff.ticked();
+    const bool follows = form_.intFunzione == form::kSatelliteRotor && form_.chkRotOnOff.ticked();
     std::optional<Approach::Way> way;
     if (runs && !follows) way = approach_.way(side);
     side.bar.Visible = way.has_value();

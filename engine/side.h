@@ -68,14 +68,17 @@ struct Names {
     form::Timer& forward;
     form::Timer& backward;
     std::array<form::Shape*, 4> lamps;
+    form::Shape& shpDisplay;
     form::Label& lblPos;
     form::Label& lblPosRotor;
+    form::Label& lblRx; // the target received, in Satellite Rotor
     form::Label& lblUso;
     form::Label& lblEngine;
     form::Button& cmdRunForward;
     form::Button& cmdRunBackward;
     form::Button& cmdJogForward;
     form::Button& cmdJogBackward;
+    form::Button& cmdStop;
     form::Button& cmdFast;
     form::Button& cmdSlow;
     form::Button& cmdReset;
@@ -109,6 +112,11 @@ struct Side : Differences, Names {
 
 /// The size of one step in user units, always positive; 0 if the engine cannot step.
 double stepDistance(const Side& side);
+
+/// Steps per second at `period` milliseconds a step, rounded. Precondition: `period` is positive.
+constexpr int speedOf(int period) {
+    return (1000 + period / 2) / period;
+}
 
 Side sideA(form::Form1& form);
 Side sideB(form::Form1& form);

@@ -8,11 +8,6 @@ namespace engine {
 /// A trial of the speeds begins at this period of a step and goes down to 1 ms, in whole milliseconds.
 constexpr int kTrialSlowest = 20;
 
-/// Steps per second at `period` milliseconds a step, rounded. Precondition: `period` is positive.
-constexpr int speedOf(int period) {
-    return (1000 + period / 2) / period;
-}
-
 /// The speed in steps per second that is safe for a motor that stopped following at `period` milliseconds a
 /// step (1 and more): its period is a whole number of milliseconds, and at least one and a half times as
 /// long.

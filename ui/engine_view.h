@@ -1,8 +1,8 @@
 #pragma once
 
+#include "engine/side.h"
 #include "ui/adapters.h"
 #include "ui/card.h"
-#include "ui/engine_controls.h"
 
 namespace ui {
 
@@ -10,7 +10,11 @@ namespace ui {
 /// direction keep their side; everything else is mirrored between the two engines.
 class EngineView : public Card {
   public:
-    EngineView(const EngineControls& engine, Adapters& adapters);
+    struct Keys {
+        const char *slow, *fast, *stop;
+    };
+
+    EngineView(const engine::Side& side, Adapters& adapters);
 
     /// Speeds and parameters, which a small window shows elsewhere.
     QWidget* settings() { return settings_; }
@@ -30,12 +34,14 @@ class EngineView : public Card {
     void layOutSpeeds(QBoxLayout& place);
     QWidget* notices();
     void layOutParameters(QBoxLayout& place);
-    QLayout* parameter(const EngineControls::Parameter& parameter, const Words& words,
-                       const QString& captions);
+    QLayout* parameter(const engine::Parameter& parameter, const Words& words, const QString& captions);
     void nameEverything();
+    /// Whether it stands right of the middle of the window.
+    bool mirrored() const { return side_.motor == 2; }
     PushButton* withKey(PushButton* button, const char* key);
 
-    EngineControls engine_;
+    const engine::Side side_;
+    const Keys& keys_;
     Adapters& adapters_;
     QWidget* settings_;
     QWidget* jogChoice_;

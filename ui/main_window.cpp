@@ -98,8 +98,8 @@ MainWindow::~MainWindow() {
 void MainWindow::layOutContent() {
     memories_ = new MemoryView(form_, adapters_);
     auto* sky = new SkyView(form_);
-    const MainLayout::Cards cards{.engineA = new EngineView(engineA(form_), adapters_),
-                                  .engineB = new EngineView(engineB(form_), adapters_),
+    const MainLayout::Cards cards{.engineA = new EngineView(engine::sideA(form_), adapters_),
+                                  .engineB = new EngineView(engine::sideB(form_), adapters_),
                                   .memories = memories_,
                                   .sky = sky,
                                   .left = oneOf(memories_, sky),
