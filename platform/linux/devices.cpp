@@ -51,10 +51,6 @@ devices::OpenPort Devices::openBoard(const config::SerialBoard& board, std::uint
     return {std::make_unique<firmata::Port>(std::move(serial), name, wiring), name, board.device};
 }
 
-void Devices::forgetPort() {
-    if (watchdog_) watchdog_->forgetPort();
-}
-
 std::optional<std::string> Devices::identity(const std::string& device) const {
     struct stat status {};
     if (::stat(device.c_str(), &status) != 0) return std::nullopt;
@@ -65,10 +61,7 @@ std::unique_ptr<platform::UsbBoard> Devices::makeBoard(int card) {
     return std::make_unique<hid_ports::K8055>(
         card, hid_ports::K8055::Observer{
                   .opened = [this](const std::string& device) { watchdog().guardBoard(device); },
-                  .closed =
-                      [this] {
-                          if (watchdog_) watchdog_->forgetBoard();
-                      }});
+                  .closed = [this] { forgetBoard(); }});
 }
 
 std::vector<platform::OutputDevice> Devices::outputDevices() const {
@@ -77,19 +70,6 @@ std::vector<platform::OutputDevice> Devices::outputDevices() const {
 
 std::vector<platform::GpioLine> Devices::gpioLines(const std::string& chip) const {
     return gpioLinesOf(chip);
-}
-
-Watchdog& Devices::watchdog() {
-    if (!watchdog_) {
-        watchdog_ = std::make_unique<Watchdog>();
-        if (onWatchdog_) onWatchdog_(*watchdog_);
-    }
-    return *watchdog_;
-}
-
-void Devices::withWatchdog(std::function<void(Watchdog&)> use) {
-    onWatchdog_ = std::move(use);
-    if (watchdog_) onWatchdog_(*watchdog_);
 }
 
 } // namespace linux_ports

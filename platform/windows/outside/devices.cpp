@@ -9,7 +9,6 @@
 #include "runtime/errors.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace windows_ports {
@@ -44,10 +43,6 @@ devices::OpenPort Devices::openPort(const std::string& setting, std::uint8_t off
                                kUsualPort + " or to firmata:COM3");
 }
 
-void Devices::forgetPort() {
-    if (watchdog_) watchdog_->forgetPort();
-}
-
 std::optional<std::string> Devices::identity(const std::string& device) const {
     const auto found = serialDevices();
     const auto same = std::ranges::find(found, device, &SerialDevice::port);
@@ -55,9 +50,7 @@ std::optional<std::string> Devices::identity(const std::string& device) const {
 }
 
 std::unique_ptr<platform::UsbBoard> Devices::makeBoard(int card) {
-    const auto closed = [this] {
-        if (watchdog_) watchdog_->forgetBoard();
-    };
+    const auto closed = [this] { forgetBoard(); };
     if (Library::isThere(BoardLibrary::kLibrary)) {
         return std::make_unique<BoardLibrary>(
             card, BoardLibrary::Observer{.opened = [this](int opened) { watchdog().guardBoard({}, opened); },
@@ -75,19 +68,6 @@ std::vector<platform::OutputDevice> Devices::outputDevices() const {
         found.push_back({.port = "firmata:" + device.port, .name = "Arduino " + device.port});
     if (Library::isThere(DirectPort::kLibrary)) found.push_back({.port = kUsualPort, .name = kUsualPort});
     return found;
-}
-
-Watchdog& Devices::watchdog() {
-    if (!watchdog_) {
-        watchdog_ = std::make_unique<Watchdog>();
-        if (onWatchdog_) onWatchdog_(*watchdog_);
-    }
-    return *watchdog_;
-}
-
-void Devices::withWatchdog(std::function<void(Watchdog&)> use) {
-    onWatchdog_ = std::move(use);
-    if (watchdog_) onWatchdog_(*watchdog_);
 }
 
 } // namespace windows_ports
